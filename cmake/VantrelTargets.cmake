@@ -1,0 +1,45 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+# The flags of every target, and the three kinds of targets that the tree is made of.
+
+add_library(vantrel_flags INTERFACE)
+target_compile_options(vantrel_flags INTERFACE
+  -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror -fstack-protector-strong
+  -ffile-prefix-map=${PROJECT_SOURCE_DIR}=. -ffile-prefix-map=${PROJECT_BINARY_DIR}=build)
+target_compile_definitions(vantrel_flags INTERFACE
+  _GNU_SOURCE _GLIBCXX_ASSERTIONS
+  $<$<AND:$<CONFIG:Release,RelWithDebInfo>,$<STREQUAL:${VANTREL_SANITIZE},>>:_FORTIFY_SOURCE=2>)
+target_include_directories(vantrel_flags INTERFACE ${PROJECT_SOURCE_DIR})
+target_link_options(vantrel_flags INTERFACE -Wl,-z,relro,-z,now)
+if(VANTREL_SANITIZE)
+  target_compile_options(vantrel_flags INTERFACE
+    -fsanitize=${VANTREL_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -g)
+  target_link_options(vantrel_flags INTERFACE -fsanitize=${VANTREL_SANITIZE})
+endif()
+
+# vantrel_library(NAME SOURCE...): the objects of one module. Programs take the objects whole,
+# because a linker drops the self-registering modules of a static library.
+define_property(GLOBAL PROPERTY VANTREL_LIBRARIES BRIEF_DOCS "Every vantrel_library, in order")
+function(vantrel_library name)
+  add_library(${name} OBJECT ${ARGN})
+  target_link_libraries(${name} PUBLIC vantrel_flags)
+  set_property(GLOBAL APPEND PROPERTY VANTREL_LIBRARIES ${name})
+endfunction()
+
+# vantrel_use(TARGET LIBRARY...): link the objects of these modules into a program.
+function(vantrel_use target)
+  target_link_libraries(${target} PRIVATE vantrel_flags)
+  foreach(library IN LISTS ARGN)
+    target_sources(${target} PRIVATE $<TARGET_OBJECTS:${library}>)
+    target_include_directories(${target} PRIVATE
+      $<TARGET_PROPERTY:${library},INTERFACE_INCLUDE_DIRECTORIES>)
+  endforeach()
+endfunction()
+
+# vantrel_use_all(TARGET [REVERSED]): every module, in the reverse order on request.
+function(vantrel_use_all target)
+  get_property(libraries GLOBAL PROPERTY VANTREL_LIBRARIES)
+  if("REVERSED" IN_LIST ARGN)
+    list(REVERSE libraries)
+  endif()
+  vantrel_use(${target} ${libraries})
+endfunction()

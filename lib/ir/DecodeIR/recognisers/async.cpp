@@ -1,0 +1,6 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "lib/ir/DecodeIR/signal.h"
+
+void Signal::tryAsync() {}
+void Signal::tryAirboard() {}
+void Signal::tryAirAsync() {}

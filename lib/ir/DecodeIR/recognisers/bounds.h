@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What a candidate frame must at least be before a recogniser looks closer: bursts, the gap after
+// the frame and the gap before it, in µs. Cheap to test, so most candidates end here.
+#pragma once
+
+#include "lib/ir/DecodeIR/signal.h"
+
+inline constexpr frame_bounds kNeverBounds{.min_bursts = 101};
+
+inline constexpr frame_bounds kXmpBounds{.min_gap = 2000};
+inline constexpr frame_bounds kZenithBounds{.min_gap = 2000};
+inline constexpr frame_bounds kX10Bounds{.min_gap = 2000};
+inline constexpr frame_bounds kXxBounds{.min_gap = 2000};
+inline constexpr frame_bounds kTdcBounds{.min_gap = 2000};
+inline constexpr frame_bounds kSejinBounds{.min_gap = 2000};
+inline constexpr frame_bounds kSolidtekBounds{.min_gap = 2000};
+inline constexpr frame_bounds kDirecTvBounds{.min_gap = 2000};
+inline constexpr frame_bounds kSomfyBounds{.min_gap = 2000};
+inline constexpr frame_bounds kGapBounds{.min_gap = 2000};
+inline constexpr frame_bounds kRc5Bounds{.min_gap = 2000};
+inline constexpr frame_bounds kRc6Bounds{.min_gap = 2000};
+inline constexpr frame_bounds kCanalSatBounds{.min_gap = 2000};
+inline constexpr frame_bounds kNokiaBounds{.min_gap = 2000};
+inline constexpr frame_bounds kPctvBounds{.min_gap = 2000};
+inline constexpr frame_bounds kF12Bounds{.min_gap = 2000};
+inline constexpr frame_bounds kSonyBounds{.min_gap = 2000};
+inline constexpr frame_bounds kSingleBurstSizeBounds{.min_gap = 2000};
+inline constexpr frame_bounds kGxbBounds{.min_gap = 2000};
+inline constexpr frame_bounds kSunfireBounds{.min_gap = 2000};
+inline constexpr frame_bounds kGrundig16Bounds{.min_gap = 2000};
+inline constexpr frame_bounds kLutronBounds{.min_gap = 2000};
+inline constexpr frame_bounds kElanBounds{.min_gap = 2000};
+inline constexpr frame_bounds kBrystonBounds{.min_gap = 2000};
+inline constexpr frame_bounds kHumaxBounds{.min_gap = 2000};
+inline constexpr frame_bounds kAdNotamBounds{.min_gap = 2000};

@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Running statistics of a candidate frame's durations, all in µs. A frame grows burst by burst,
+// so each set is kept by insertion and never recomputed.
+#pragma once
+
+#include <array>
+
+/// The on-times (marks) of the frame.
+struct setOn {
+  float smallest, largest, second;  // second: the second largest
+
+  setOn() { clear(); }
+  void clear();
+  void insert(const float* on);
+};
+
+/// The off-times (spaces) of the frame, without the trailing gap.
+struct setOff {
+  float smallest, largest;
+
+  setOff() { clear(); }
+  void clear();
+  void insert(const float* off);
+};
+
+/// The burst lengths (on + off) of the frame: an ordered set of the distinct lengths, the three
+/// smallest and three largest, and the widest difference between neighbours in the set.
+class setBurst {
+ public:
+  static constexpr int kMostLengths = 100;
+
+  float smallest, second_smallest, third_smallest;
+  float mid_low, mid_high;  // the lengths below and above the widest difference
+  float largest, second_largest, third_largest;
+
+  setBurst() { clear(); }
+  /// Empties the set and restores the start values; clearF restores only the latter.
+  void clear();
+  void clearF();
+  /// Adds burst[0] + burst[1]; equal lengths count separately among the three smallest and
+  /// largest. insert also keeps the mid-point pair up to date.
+  /// REQUIRES: fewer than kMostLengths insertions since the last clear.
+  void insert1(const float* burst);
+  void insert(const float* burst);
+  /// Finds the mid-point pair anew; the first of equally wide differences wins.
+  void findMid();
+
+ private:
+  std::array<float, kMostLengths> lengths_;  // rising, distinct
+  int count_ = 0;
+};

@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The registry of commands, their options, and the ways to run them.
+#pragma once
+
+#include "lib/libdict/dict.h"
+
+/// One row of a command's option table; a row whose name is null ends the table.
+struct cmd_opt {
+  const char* name;         // the key in the option dictionary
+  const char* description;  // shown by `help <command>`
+  char shortopt;            // letter of the short form, 0 for none
+  const char* longopt;      // the long form without its dashes, null for none
+};
+
+struct cmd;
+
+/// Runs a command. `argv` holds the words after the options, `appdata` is what the program's
+/// entry passed down, `opts` is never null. Returns the number of words consumed, negative for
+/// failure.
+using cmd_handler = int (*)(int argc, const char** argv, const cmd* cmd, void* appdata,
+                            dictionary* opts);
+
+struct cmd {
+  const char* name;
+  cmd_handler handler;
+  const char* summary;     // one line in the command list
+  const char* help;        // usage text, may hold newlines
+  void* priv;              // unused, null
+  const cmd_opt* options;  // null when the command takes none
+};
+
+struct list_head {
+  list_head* next;
+  list_head* prev;
+};
+
+/// A command's place in the registry: static and writable, owned by the command's module.
+struct cmd_mgr {
+  list_head node;
+  const struct cmd* cmd;
+};
+
+/// Links a command into the registry, sorted by name. Called by the command's constructor
+/// function REGFUNC__<command> (priority startup::kCommand); the record lives for ever.
+void _register_cmd(cmd_mgr* rcmd);
+
+/// Runs one command. 0, 1 when its handler failed, -38 when there is no such command, -12 when
+/// out of memory.
+int run_cmd(const char* name, int argc, const char** argv, void* appdata);
+
+/// Runs the commands of one word list, each taking the words it reports as consumed. 0, -38,
+/// -12, or the index of the first word of the command that failed.
+int run_cmds(int argc, const char** argv, void* appdata);
+
+/// Splits a line into words and runs it as one command. As run_cmd, or -22 for an empty line.
+int run_cmd_line(const char* cmd_line, void* appdata);
