@@ -3,6 +3,8 @@
 #include "lib/ir/DecodeIR/signal.h"
 
 #include <algorithm>
+#include <cstdarg>
+#include <cstdio>
 #include <cstring>
 
 namespace {
@@ -74,6 +76,22 @@ void Signal::setzContext() {
   context_[1] = static_cast<unsigned>(recogniserIndex_ + 1) +
                 (static_cast<unsigned>(preemptLevel_) << 8) +
                 (static_cast<unsigned>(frameLength_ - 2) << 16);
+}
+
+void Signal::claim(const char* name, int device, int subDevice, int obc, int hex0) {
+  std::snprintf(protocol_, kMostNameChars + 1, "%s", name);
+  *device_ = device;
+  *subDevice_ = subDevice;
+  *obc_ = obc;
+  hex_[0] = hex0;
+  setzContext();
+}
+
+void Signal::remark(const char* fmt, ...) {
+  va_list args;
+  va_start(args, fmt);
+  std::vsnprintf(misc_, kMostRemarkChars + 1, fmt, args);
+  va_end(args);
 }
 
 void Signal::decode() {

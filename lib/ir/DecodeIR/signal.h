@@ -121,6 +121,15 @@ class Signal {
   [[nodiscard]] bool lead_in(float minTotal, float maxTotal, float maxOn, float minOff,
                              float extra) const;
 
+  // --- How a recogniser answers -----------------------------------------------------------
+  // The result buffers belong to the caller; names and remarks stay within these lengths.
+  static constexpr int kMostNameChars = 63;
+  static constexpr int kMostRemarkChars = 199;
+  /// Claims the frame: writes the name and the numbers (-1 for none) and calls setzContext.
+  void claim(const char* name, int device, int subDevice, int obc, int hex0 = -1);
+  /// Writes the remark of the frame being claimed.
+  [[gnu::format(printf, 2, 3)]] void remark(const char* fmt, ...);
+
   // --- The bit buffer ---------------------------------------------------------------------
   static constexpr int kMostBits = 128;
   void cleanup();
