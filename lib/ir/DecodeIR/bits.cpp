@@ -1,10 +1,21 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The bit buffer: bit n stands in byte n / 8 at position n mod 8.
-#include <cassert>
 #include <cstdio>
 #include <cstdlib>
 
 #include "lib/ir/DecodeIR/signal.h"
+
+namespace {
+
+/// Stops the program, in release builds too: a recogniser that asks for more bits than the
+/// buffer holds is wrong, and writing on would not be safe.
+void assertFits(bool fits, const char* text, const char* function) {
+  if (fits) return;
+  std::fprintf(stderr, "lib/ir/DecodeIR: %s: Assertion `%s' failed.\n", function, text);
+  std::abort();
+}
+
+}  // namespace
 
 void Signal::cleanup() {
   cBits_.fill(0);
@@ -13,18 +24,18 @@ void Signal::cleanup() {
 }
 
 void Signal::appendBit(bool bit) {
-  assert(nBit_ < kMostBits);
+  assertFits(nBit_ < kMostBits, "nBit+1 <= sizeof(cBits)*8", __func__);
   if (bit) cBits_[static_cast<size_t>(nBit_ / 8)] |= static_cast<uint8_t>(1 << nBit_ % 8);
   ++nBit_;
 }
 
 void Signal::decodeX(int count) {
-  assert(nBit_ + count <= kMostBits);
+  assertFits(nBit_ + count <= kMostBits, "nBit+nCount <= sizeof(cBits)*8", __func__);
   for (; count > 0; --count, decodeAt_ += 2) appendBit(decodeAt_[0] > threshold_);
 }
 
 void Signal::decodeX2(int count) {
-  assert(nBit_ + count <= kMostBits);
+  assertFits(nBit_ + count <= kMostBits, "nBit+nCount <= sizeof(cBits)*8", __func__);
   for (; count > 0; --count, decodeAt_ += 2) appendBit(decodeAt_[0] + decodeAt_[1] > threshold_);
 }
 

@@ -31,7 +31,12 @@ Signal::Signal(unsigned int* context, const int* bursts, int freq, int singleCou
       lastBurst_(0),
       freq_(freq),
       hasRepeatInfo_(repeatCount > 0 || *device < -1),
-      recognisers_(recognisers) {
+      recognisers_(recognisers),
+      shortestGap_(std::min_element(recognisers.begin(), recognisers.end(),
+                                    [](const recogniser& a, const recogniser& b) {
+                                      return a.bounds.min_gap < b.bounds.min_gap;
+                                    })
+                       ->bounds.min_gap) {
   if (nRepeat_ > 0 && *device < -1)
     nExtra_ = *device > -(1 << kStartBits) ? -*device : 1 << kStartBits;
   if (*subDevice < -1) interfaceLevel_ = *subDevice > -1000 ? -*subDevice : 1000;
@@ -99,7 +104,7 @@ void Signal::decode() {
   *device_ = *subDevice_ = *obc_ = -1;
   std::fill_n(hex_, 4, -1);
   dittos_ = 0;
-  nameVariant_ = xmpFlag_ = false;
+  nameVariant_ = false;
   repeatKind_ = repeatKind2_ = -1;
   suffix_.fill('\0');
   matchedRecogniser_ = -1;
@@ -156,19 +161,25 @@ bool Signal::tryFrame() {
     frameFreq_ = interfaceLevel_ > 4 && cycles_ != nullptr
                      ? getFreq(frameStart_, frameStart_ + frameLength_)
                      : freq_;
-    for (; recogniserIndex_ < static_cast<int>(recognisers_.size()); ++recogniserIndex_) {
-      const recogniser& row = recognisers_[static_cast<size_t>(recogniserIndex_)];
-      if (!within(row.bounds)) continue;
-      (this->*row.member)();
-      if (*protocol_ != '\0') {
-        matchedRecogniser_ = recogniserIndex_;
-        return true;
-      }
-    }
+    if (trailingGap_ >= shortestGap_ && callRecognisers()) return true;
     recogniserIndex_ = 0;
     totalDuration_ += trailingGap_;
     setOff_.insert(last + 1);
     setBurst_.insert(last);
+  }
+  return false;
+}
+
+/// Runs the recognisers from the current one on; whether one of them named the frame.
+bool Signal::callRecognisers() {
+  for (; recogniserIndex_ < static_cast<int>(recognisers_.size()); ++recogniserIndex_) {
+    const recogniser& row = recognisers_[static_cast<size_t>(recogniserIndex_)];
+    if (!within(row.bounds)) continue;
+    (this->*row.member)();
+    if (*protocol_ != '\0') {
+      matchedRecogniser_ = recogniserIndex_;
+      return true;
+    }
   }
   return false;
 }

@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <memory>
 #include <span>
+#include <string_view>
 
 #include "lib/ir/DecodeIR/statistics.h"
 
@@ -125,6 +126,7 @@ class Signal {
   // The result buffers belong to the caller; names and remarks stay within these lengths.
   static constexpr int kMostNameChars = 63;
   static constexpr int kMostRemarkChars = 199;
+  static constexpr int kMostMiscChars = 254;  // the repeat description and the remark
   /// Claims the frame: writes the name and the numbers (-1 for none) and calls setzContext.
   void claim(const char* name, int device, int subDevice, int obc, int hex0 = -1);
   /// Writes the remark of the frame being claimed.
@@ -137,7 +139,8 @@ class Signal {
   /// length (decodeX2) exceeds threshold_.
   void decodeX(int count);
   void decodeX2(int count);
-  /// Appends one bit; the counterpart for codes that the two above cannot read.
+  /// Appends one bit, for codes that the two above cannot read. All three stop the program with
+  /// an assertion rather than overrun the buffer.
   void appendBit(bool bit);
   [[nodiscard]] unsigned getBit(int n) const;
   [[nodiscard]] unsigned getLsb(int first, int count) const;
@@ -187,10 +190,12 @@ class Signal {
   // --- What a recogniser tells the bookkeeping; cleared at each decode ----------------------
   int dittos_ = 0;            // dittos counted after the frame
   bool nameVariant_ = false;  // JVC: lead-in present; RCA: long first mark; X10: first frame
-  bool xmpFlag_ = false;      // XMP: the result may be continued by the next frame
   int repeatKind_ = -1;       // the two repeat-kind words of the interface
   int repeatKind2_ = -1;
   std::array<char, 16> suffix_{};  // "-f16", "-rnc", "-Yamaha" of a NEC name
+
+  // Kept from one decode to the next, unlike the words above.
+  bool xmpFlag_ = false;  // XMP: frames that follow may continue the result
 
   /// The two bursts that may be a lead-in, each with the duration recorded with it.
   struct leadIn {
@@ -205,11 +210,27 @@ class Signal {
   float threshold_ = 0;
 
  private:
+  struct place;
+  struct result;
+  /// What a further result is to the press that began with the kept one.
+  enum class verdict { kCopy, kX10Copy, kSupersedes, kAbsorbed, kEnd };
+
   void searchFrom(int start);
   bool tryFrame();
-  int frameCounter_ = 1;  // frames of this call: 1 + copies
+  bool callRecognisers();
+
+  [[nodiscard]] result currentResult() const;
+  [[nodiscard]] verdict judge(const result& kept, const place& last, const result& next,
+                              bool endMarker) const;
+  static bool belongsToSolidtek(const result& kept, const result& next);
+  static bool isSonyByProduct(std::string_view remark);
+  void restore(const result& kept, const place& last);
+  void finish(const result& kept, const place& last, int frames);
+  void writeLevels(const result& kept, const place& last, int repeatWord);
+  void describeRepeats(const result& kept, int frames);
 
   std::span<const recogniser, 32> recognisers_;
+  float shortestGap_;  // the least trailing gap that any recogniser looks at
 };
 
 /// The low `count` bits of `value` in reversed order.

@@ -1,5 +1,51 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The signal analysis of one captured packet, as the program calls it.
-#include "lib/ir/DecodeIR/DecodeIR.h"
+#include <algorithm>
+#include <array>
+#include <cstdio>
 
-void DecodeIR(struct ir_packet* /*packet*/, size_t /*count*/) {}
+#include "lib/ir/DecodeIR/DecodeIR.h"
+#include "lib/ir/result.h"
+
+namespace {
+
+constexpr int kCarrierHz = 38380;  // the device does not measure it
+constexpr int kFinalSpaceUs = 50;  // completes the last burst of a packet that ends in a mark
+constexpr size_t kTextSize = 255;
+
+}  // namespace
+
+void DecodeIR(struct ir_packet* packet, size_t count) {
+  std::array<int, std::size(ir_packet{}.buf) + 1> bursts;
+  count = std::min(count, std::size(packet->buf));
+  std::copy_n(packet->buf, count, bursts.begin());
+  bursts[count] = kFinalSpaceUs;
+
+  std::array<unsigned int, 2> context{};
+  std::array<char, kTextSize> protocol{};
+  std::array<char, kTextSize> misc{};
+  std::array<char, kTextSize> error{};
+  std::array<int, 4> hex = {-1, -1, -1, -1};
+  int device = -1;
+  int subDevice = -1;
+  int obc = -1;
+  // One call: the first interpretation is the one shown.
+  _DecodeIR(context.data(), bursts.data(), kCarrierHz, static_cast<int>((count + 1) / 2), 0,
+            protocol.data(), &device, &subDevice, &obc, hex.data(), misc.data(), error.data());
+
+  const bool found = protocol[0] != '\0';
+  const char* const name = found ? protocol.data() : "UNKNOWN";
+  const auto scancode = static_cast<unsigned>(hex[0]);
+  std::array<char, kTextSize + 80> line;
+  const int length =
+      found ? std::snprintf(line.data(), line.size(),
+                            ":: %-8s :: %-13s - scancode: 0x%04X  D:0x%04X  S:0x%04X\n", "DECODEIR",
+                            name, scancode, static_cast<unsigned>(device),
+                            static_cast<unsigned>(subDevice))
+            : std::snprintf(line.data(), line.size(), ":: %-8s :: %-13s -\n", "DECODEIR", name);
+  report_result({.family = "DECODEIR",
+                 .name = name,
+                 .scancode = found ? scancode : 0,
+                 .bits = 0,
+                 .line = {line.data(), static_cast<size_t>(length)}});
+}

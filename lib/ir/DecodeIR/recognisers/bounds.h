@@ -5,7 +5,7 @@
 
 #include "lib/ir/DecodeIR/signal.h"
 
-inline constexpr frame_bounds kNeverBounds{.min_bursts = 101};
+inline constexpr frame_bounds kNeverBounds{.min_bursts = 101, .min_gap = 1e9F};
 
 inline constexpr frame_bounds kXmpBounds{.min_gap = 2000};
 inline constexpr frame_bounds kZenithBounds{.min_gap = 2000};
