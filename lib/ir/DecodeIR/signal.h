@@ -14,6 +14,7 @@
 #include <span>
 #include <string_view>
 
+#include "lib/ir/DecodeIR/slicer.h"
 #include "lib/ir/DecodeIR/statistics.h"
 
 class Signal;
@@ -121,6 +122,9 @@ class Signal {
   /// Whether one of the two lead-in bursts recorded by the pulse-distance recogniser fits.
   [[nodiscard]] bool lead_in(float minTotal, float maxTotal, float maxOn, float minOff,
                              float extra) const;
+
+  /// Expresses the frame, its trailing gap excluded, in units; refuses by the statistics first.
+  bool sliceFrame(const slice_rule& rule, slicer* frame) const;
 
   // --- How a recogniser answers -----------------------------------------------------------
   // The result buffers belong to the caller; names and remarks stay within these lengths.

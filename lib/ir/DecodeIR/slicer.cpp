@@ -1,0 +1,135 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "lib/ir/DecodeIR/slicer.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "lib/ir/DecodeIR/signal.h"
+
+namespace {
+
+constexpr int kRounds = 3;          // of estimating and counting anew
+constexpr int kFewest = 3;          // durations that an estimate needs
+constexpr float kSettledUs = 1.0F;  // the estimate moves no more
+constexpr float kTooAlike = 1e-3F;  // relative determinant: bias and clock cannot be told apart
+
+bool isMark(int i) {
+  return i % 2 == 0;
+}
+
+}  // namespace
+
+bool slicer::slice(const float* durations, int count, const slice_rule& rule) {
+  count_ = count;
+  bias_ = 0;
+  scale_ = 1;
+  firstIsOdd_ = lastIsOdd_ = false;
+  if (count < kFewest || count > kMostDurations) return false;
+
+  // The ends may be odd, so the estimate rests on what lies between them where that is enough.
+  const fit_range inner = count >= 2 * kFewest ? fit_range{1, count - 1} : fit_range{0, count};
+  for (int round = 0; round < kRounds; ++round) {
+    count_units(durations, rule);
+    const float before = bias_;
+    if (!estimate(durations, rule, inner)) return false;
+    if (std::abs(bias_ - before) < kSettledUs) break;
+  }
+  count_units(durations, rule);
+
+  const float tolerance = rule.tolerance();
+  for (int i = 1; i < count - 1; ++i) {
+    if (std::abs(deviation(durations, i, rule)) > tolerance) return false;
+  }
+  firstIsOdd_ = std::abs(deviation(durations, 0, rule)) > tolerance;
+  lastIsOdd_ = std::abs(deviation(durations, count - 1, rule)) > tolerance;
+  return !(firstIsOdd_ && lastIsOdd_);
+}
+
+/// The nearest number of units of every duration, by the bias and clock known so far.
+void slicer::count_units(const float* durations, const slice_rule& rule) {
+  const float perUnit = 1.0F / (rule.unit_us * scale_);
+  const auto most = static_cast<float>(rule.longest);
+  for (int i = 0; i < count_; ++i) {
+    const float exact = (durations[i] + (isMark(i) ? -bias_ : bias_)) * perUnit + 0.5F;
+    units_[static_cast<size_t>(i)] = static_cast<uint8_t>(std::clamp(exact, 1.0F, most));
+  }
+}
+
+/// The bias and the clock by least squares over duration = units x unit x scale +- bias.
+bool slicer::estimate(const float* durations, const slice_rule& rule, fit_range range) {
+  float kk = 0;
+  float ks = 0;
+  float dk = 0;
+  float ds = 0;
+  for (int i = range.first; i < range.end; ++i) {
+    const auto k = static_cast<float>(units(i)) * rule.unit_us;
+    const float sign = isMark(i) ? 1.0F : -1.0F;
+    kk += k * k;
+    ks += k * sign;
+    dk += k * durations[i];
+    ds += sign * durations[i];
+  }
+  const auto n = static_cast<float>(range.end - range.first);
+  const float determinant = kk * n - ks * ks;
+  if (determinant <= kTooAlike * kk * n) return false;
+  scale_ = (dk * n - ds * ks) / determinant;
+  scale_ = std::clamp(scale_, 1.0F - rule.clock_error, 1.0F + rule.clock_error);
+  bias_ = (ds - ks * scale_) / n;
+  return std::abs(bias_) <= rule.most_bias();
+}
+
+float slicer::deviation(const float* durations, int i, const slice_rule& rule) const {
+  const float nominal = static_cast<float>(units(i)) * rule.unit_us * scale_;
+  return durations[i] - nominal - (isMark(i) ? bias_ : -bias_);
+}
+
+level_reader::level_reader(const slicer& frame, int from)
+    : frame_(frame), at_(from), left_(from < frame.count() ? frame.units(from) : 0) {}
+
+void level_reader::take(int units) {
+  if (atEnd()) return;
+  left_ -= units;
+  if (left_ > 0) return;
+  ++at_;
+  left_ = atEnd() ? 0 : frame_.units(at_);
+}
+
+int level_reader::level(int width) {
+  if (atEnd()) return 0;
+  if (left_ < width) return -1;
+  const int found = isMark(at_) ? 1 : 0;
+  take(width);
+  return found;
+}
+
+bool level_reader::run(int width, int wanted) {
+  if (atEnd() || left_ != width || (isMark(at_) ? 1 : 0) != wanted) return false;
+  take(width);
+  return true;
+}
+
+bool level_reader::bits(int count, bi_phase coding, uint64_t* value, int width) {
+  uint64_t read = 0;
+  for (int i = 0; i < count; ++i) {
+    const int first = level(width);
+    const int second = level(width);
+    if (first < 0 || second < 0 || first == second) return false;
+    const bool one = (first == 1) == (coding == bi_phase::mark_first_is_one);
+    read = read << 1 | (one ? 1U : 0U);
+  }
+  *value = read;
+  return true;
+}
+
+void level_reader::levels(int count, uint64_t* value) {
+  uint64_t read = 0;
+  for (int i = 0; i < count; ++i) read = read << 1 | static_cast<unsigned>(level() == 1);
+  *value = read;
+}
+
+bool Signal::sliceFrame(const slice_rule& rule, slicer* frame) const {
+  const float most = rule.unit_us * (static_cast<float>(rule.longest) + 0.5F) + rule.most_bias();
+  if (largestDuration_ > most || setOff_.smallest < 0.5F * rule.unit_us - rule.most_bias())
+    return false;
+  return frame->slice(frame_, 2 * frameLength_ - 1, rule);
+}
