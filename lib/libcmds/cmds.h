@@ -3,6 +3,7 @@
 #pragma once
 
 #include "lib/libdict/dict.h"
+#include "lib/libutil/list.h"
 
 /// One row of a command's option table; a row whose name is null ends the table.
 struct cmd_opt {
@@ -27,11 +28,6 @@ struct cmd {
   const char* help;        // usage text, may hold newlines
   void* priv;              // unused, null
   const cmd_opt* options;  // null when the command takes none
-};
-
-struct list_head {
-  list_head* next;
-  list_head* prev;
 };
 
 /// A command's place in the registry: static and writable, owned by the command's module.
