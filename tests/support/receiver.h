@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What an infrared receiver makes of a signal: marks come out longer and spaces shorter (or the
+// other way round), every edge jitters, the remote's clock is a little off, and edges fall on the
+// grid of the receiver's own clock or of the carrier.
+//
+//   Random random(7);                                            // the same seed, the same signal
+//   std::vector<int> seen = receive(sent, random);               // an ordinary receiver
+//   std::vector<int> mild = receive(sent, random, fixed_receiver(20, 0.02));  // 20 µs, 2 %
+#pragma once
+
+#include <cstdint>
+#include <random>
+#include <string_view>
+#include <vector>
+
+/// Random numbers that are the same on every machine (the standard's distributions are not).
+class Random {
+ public:
+  explicit Random(uint64_t seed) : engine_(seed) {}
+  /// A stream of its own for every text, such as a protocol's name.
+  Random(uint64_t seed, std::string_view text);
+
+  /// low to high, both included. REQUIRES: low <= high.
+  int64_t between(int64_t low, int64_t high);
+  /// low to high.
+  double uniform(double low, double high);
+
+ private:
+  std::mt19937_64 engine_;
+};
+
+struct Range {
+  double low, high;
+};
+
+struct Receiver {
+  Range bias_us = {-40, 120};   // marks longer and spaces shorter; drawn once per signal
+  Range jitter = {0.02, 0.04};  // of every edge, as a part of the shortest duration
+  double clock = 0.01;          // the remote's clock error, + or -, as a part
+  std::vector<double> grids_us = {1, 1, 26.3};  // edges fall on multiples of one of these
+};
+
+/// A receiver with just this bias and jitter, an exact clock and a grid of 1 µs.
+Receiver fixed_receiver(double bias_us, double jitter);
+
+/// `sent` (µs, mark first, marks and spaces in turn) as a receiver delivers it: as many durations,
+/// none below 1 µs. A signal without carrier, or with durations below 60 µs, is only jittered.
+std::vector<int> receive(const std::vector<int>& sent, Random& random,
+                         const Receiver& receiver = {}, bool modulated = true);
