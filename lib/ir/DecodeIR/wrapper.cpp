@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "lib/ir/DecodeIR/DecodeIR.h"
+#include "lib/ir/ir_packet.h"
 #include "lib/ir/result.h"
 
 namespace {
