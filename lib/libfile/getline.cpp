@@ -1,1 +1,41 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "lib/libfile/getline.h"
+
+#include "lib/libutil/interrupt.h"
+
+namespace {
+
+bool ends_line(int c) {
+  return c == '\n' || c == '\r';
+}
+
+/// Reads over the second half of a two-character line end. Returns the character looked at.
+int skip_line_end_partner(FILE* fp, int end) {
+  const int partner = end == '\n' ? '\r' : '\n';
+  const int next = getc_unlocked(fp);
+  if (next != partner) ungetc(next, fp);
+  return next;
+}
+
+}  // namespace
+
+ssize_t fgetline(FILE* fp, char* buf, size_t bufsz) {
+  if (bufsz == 0) return -1;
+  const interrupt::wait waiting;
+  size_t n = 0;
+  for (int c = getc_unlocked(fp); c != EOF; c = getc_unlocked(fp)) {
+    if (n == bufsz - 1) {
+      // The character just read is lost, a line end too; what follows is the next line.
+      buf[n] = '\0';
+      return static_cast<ssize_t>(n);
+    }
+    if (ends_line(c)) {
+      const int next = skip_line_end_partner(fp, c);
+      buf[n] = '\0';
+      return n == 0 && next == EOF ? -1 : static_cast<ssize_t>(n);
+    }
+    buf[n++] = static_cast<char>(c);
+  }
+  buf[n] = '\0';
+  return n > 0 ? static_cast<ssize_t>(n) : -1;
+}

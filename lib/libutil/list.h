@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Circular doubly linked lists through links that are members of the records they chain: the
+// Linked lists through links that are members of the records they chain: the
 // registries are filled before main without allocating, and a record moves between lists for free.
 #pragma once
 
@@ -31,4 +31,27 @@ template <class Record>
 Record* list_record(list_head* node) {
   static_assert(std::is_standard_layout_v<Record>);
   return reinterpret_cast<Record*>(node);
+}
+
+/// A link of a record in a chain, which it leaves without knowing the chain's head.
+struct hlist_node {
+  hlist_node* next;
+  hlist_node** pprev;  // the link that points here: the chain's head or the previous node's next
+};
+
+/// The head of a chain, null when empty.
+struct hlist_head {
+  hlist_node* first;
+};
+
+inline void hlist_add_head(hlist_node* node, hlist_head* head) {
+  node->next = head->first;
+  node->pprev = &head->first;
+  if (head->first != nullptr) head->first->pprev = &node->next;
+  head->first = node;
+}
+
+inline void hlist_del(hlist_node* node) {
+  *node->pprev = node->next;
+  if (node->next != nullptr) node->next->pprev = node->pprev;
 }

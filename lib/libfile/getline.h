@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The line reader of scripts and pattern files.
+#pragma once
+
+#include <sys/types.h>
+
+#include <cstddef>
+#include <cstdio>
+
+/// Reads one line without its end ("\n", "\r", "\r\n" or "\n\r") into `buf`, which holds `bufsz`
+/// bytes, and ends it with a zero. Returns its length, or -1 at the end of input (also for an
+/// empty line right before it, and when `bufsz` is 0).
+///
+/// A longer line comes in pieces of `bufsz` - 1 characters; at each cut one character is lost.
+/// SIGINT ends the program at once while this waits for input.
+ssize_t fgetline(FILE* fp, char* buf, size_t bufsz);
