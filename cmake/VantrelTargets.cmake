@@ -32,6 +32,8 @@ function(vantrel_use target)
     target_sources(${target} PRIVATE $<TARGET_OBJECTS:${library}>)
     target_include_directories(${target} PRIVATE
       $<TARGET_PROPERTY:${library},INTERFACE_INCLUDE_DIRECTORIES>)
+    target_link_libraries(${target} PRIVATE
+      $<TARGET_PROPERTY:${library},INTERFACE_LINK_LIBRARIES>)
   endforeach()
 endfunction()
 

@@ -1,4 +1,125 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-int main() {
-  return 0;
+// The entry: hooks around the commands that the start name and the arguments choose.
+#include <fcntl.h>
+#include <libgen.h>
+#include <poll.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+
+#include "lib/libcmds/cmds.h"
+#include "lib/liblog/logging.h"
+#include "lib/libutil/interrupt.h"
+#include "src/prepost.h"
+
+namespace {
+
+constexpr const char* kProgramName = "vantrel";
+
+// Run when the program starts under its own name without arguments.
+constexpr std::array kDefaultCmds = {"version --pretty", "help"};
+
+struct free_block {
+  void operator()(char* block) const { std::free(block); }
+};
+
+void set_loglevel_from_environment() {
+  constexpr int kEverything = 5;
+  constexpr int kWarnings = 2;
+  const char* const debug = std::getenv("DEBUG");
+  if (debug == nullptr) return;
+  set_loglevel(std::strcmp(debug, "true") == 0 ? kEverything : kWarnings);
+}
+
+/// Gives a closed standard stream a descriptor that cannot be used, so that no file or device
+/// opened later takes its number and receives the program's output.
+void occupy_standard_streams() {
+  for (int fd = STDIN_FILENO; fd <= STDERR_FILENO; fd++) {
+    if (fcntl(fd, F_GETFD) != -1) continue;
+    const int wrong_way = fd == STDIN_FILENO ? O_WRONLY : O_RDONLY;
+    if (open("/dev/null", wrong_way) == -1) return;
+  }
+}
+
+/// The exit status: `status`, or 1 when standard output could not take all that was printed.
+int close_stdout(int status) {
+  const bool failed_before = std::ferror(stdout) != 0;
+  if (std::fflush(stdout) == 0 && !failed_before) return status;
+  _log(1, "[E] %s(%d): could not write to standard output: %s\n", __func__, __LINE__,
+       std::strerror(failed_before ? EIO : errno));
+  return EXIT_FAILURE;
+}
+
+/// Ends the line that may stand unfinished and says what happens. Nothing is buffered.
+void announce_cleanup() {
+  constexpr char kText[] = "\nCleaning up....\n";
+  pollfd out = {STDOUT_FILENO, POLLOUT, 0};
+  if (poll(&out, 1, 0) != 1 || (out.revents & POLLOUT) == 0) return;  // it would block for ever
+  (void)!write(STDOUT_FILENO, kText, sizeof kText - 1);
+}
+
+}  // namespace
+
+/// Runs on SIGINT, and once more when it had to wait for a better moment. In a wait nothing of the
+/// C library is half done, so that flushing, closing the device (which frees memory) and logging
+/// are safe although this is a signal handler; lib/libutil/interrupt.h has the rest.
+static void ex_program(int sig) {
+  const interrupt::moment moment = interrupt::arrived(sig);
+  if (moment == interrupt::moment::kLater) return;
+  interrupt::restore_terminal();
+  if (moment == interrupt::moment::kSafe) std::fflush(stdout);
+  announce_cleanup();
+  const int failed = run_hooks(postcmdfuncs, &apppriv);
+  if (failed >= 0) {
+    _log(1, "[E] %s(%d): post-command function %d returned error\n", __func__, __LINE__, failed);
+  }
+  _exit(EXIT_FAILURE);
+}
+
+int main(int argc, const char** argv) {
+  occupy_standard_streams();
+  interrupt::install(ex_program);
+  set_loglevel_from_environment();
+
+  const std::unique_ptr<char, free_block> path(strdup(argc > 0 ? argv[0] : ""));
+  if (path == nullptr) {
+    _log(1, "[E] %s(%d): Could not allocate arg0", __func__, __LINE__);
+    return EXIT_FAILURE;
+  }
+  const char* const name = basename(path.get());
+  if (name == nullptr) {
+    _log(1, "[E] %s(%d): Could not get basename of command", __func__, __LINE__);
+    return EXIT_FAILURE;
+  }
+
+  const int failed_pre = run_hooks(precmdfuncs, &apppriv);
+  if (failed_pre >= 0) {
+    _log(1, "[E] %s(%d): pre-command function %d returned error\n", __func__, __LINE__, failed_pre);
+    return EXIT_FAILURE;
+  }
+
+  int result = 0;
+  if (std::strcmp(name, kProgramName) != 0) {
+    result = run_cmd(name, argc - 1, argv + 1, &apppriv);
+  } else if (argc == 1) {
+    for (const char* line : kDefaultCmds) run_cmd_line(line, &apppriv);
+  } else {
+    result = run_cmds(argc - 1, argv + 1, &apppriv);
+  }
+  interrupt::checkpoint();
+  // A failed command leaves the device open; the end of the process closes it.
+  if (result != 0) return close_stdout(EXIT_FAILURE);
+
+  const int failed_post = run_hooks(postcmdfuncs, &apppriv);
+  if (failed_post >= 0) {
+    _log(1, "[E] %s(%d): post-command function %d returned error\n", __func__, __LINE__,
+         failed_post);
+    return EXIT_FAILURE;
+  }
+  return close_stdout(EXIT_SUCCESS);
 }
