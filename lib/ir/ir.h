@@ -7,6 +7,9 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "lib/ir/ir_packet.h"
+#include "lib/libutil/list.h"
+
 /// The numbers are fixed: they index the bit masks of the decoders.
 enum rc_proto : uint32_t {
   RC_PROTO_UNKNOWN = 0,
@@ -63,6 +66,47 @@ struct ir_t {
   uint8_t repeat;     // set by analyzers that see a repeat frame
   ir_prot p;
 };
+
+/// One registered analyzer or decoder: static and writable, owned by the module of its name.
+struct protocol {
+  list_head node;        // place in its registry
+  const char* category;  // "irprotocol" or "iranalyzer"
+  const char* name;      // shown in the listings
+  void* iface;           // its IR_PROTOCOL_HANDLER or IR_PROTOCOL_ANALYZER
+};
+
+/// A decoder: what it claims and how it reads an event.
+struct IR_PROTOCOL_HANDLER {
+  list_head node;
+  uint64_t protocols;                      // bit n: decodes rc_proto n; 0: the catch-all
+  int (*decode)(ir_t* event, ir_prot* p);  // fills p and reports; the result is not looked at
+  uint32_t (*hash)(ir_t* event);           // reserved, null
+  int (*encode)(rc_proto protocol, uint32_t scancode, ir_t* event, unsigned int max);  // reserved
+  uint32_t carrier;                                                                    // Hz
+  uint32_t min_timeout;  // µs of silence that end a frame, 0: not fixed
+};
+
+/// An edge analyzer: every duration adds its distance from the expected one to `acc`.
+struct IR_PROTOCOL_ANALYZER {
+  list_head node;  // active or dropped
+  /// Scores one duration in µs; its index is ir->count.
+  void (*analyze)(uint32_t duration, ir_t* ir, IR_PROTOCOL_ANALYZER* self);
+  /// Called for the winner: the rc_proto that it stands for.
+  uint32_t (*finish)(uint32_t ticks, ir_t* ir, IR_PROTOCOL_ANALYZER* self);
+  /// Called after every decode, whoever won; may be null.
+  void (*reset)(IR_PROTOCOL_ANALYZER* self);
+  void* priv;      // the analyzer's own memory
+  uint16_t acc;    // error sum in µs, wraps
+  uint8_t result;  // of the analyzer while it leads
+};
+
+/// Append a record to its registry. Called by the REGFUNC__… constructors in the order of
+/// startup::priority; the record lives for ever.
+void _register_protocol_iranalyzer(protocol* p);
+void _register_protocol_irprotocol(protocol* p);
+
+/// The event that decoders see of a packet: its first 200 durations, all else zero.
+ir_t ir_event_of(const ir_packet& packet);
 
 /// Analyses and decodes an event: the decoder fills ir->p and reports its line. Returns the
 /// analyzers' choice, which the decoder may have refined. REQUIRES: no duration over 14000 µs.

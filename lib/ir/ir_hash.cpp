@@ -1,1 +1,67 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "lib/ir/ir_hash.h"
+
+#include <algorithm>
+#include <span>
+
+namespace {
+
+constexpr size_t kMostTimings = 255;
+constexpr int kPasses = 3;
+constexpr uint32_t kHashSeed = 5381;
+constexpr uint32_t kHashFactor = 33;
+
+// The mean of all timings that a cluster was ever given. It is kept over the passes, so that
+// early passes weigh in; an empty cluster keeps the mean it started with.
+struct cluster {
+  uint16_t mean = 0;
+  uint32_t sum = 0;
+  uint32_t count = 0;
+
+  void add(uint16_t timing) {
+    sum += timing;
+    ++count;
+  }
+  void settle() {
+    if (count > 0) mean = static_cast<uint16_t>(sum / count);
+  }
+};
+
+// Splits the timings into short and long ones: what is above the result is long.
+uint16_t find_threshold(std::span<const uint16_t> timings, uint16_t max_edge) {
+  if (timings.empty()) return 0;
+  cluster short_ones;
+  cluster long_ones;
+  short_ones.mean = *std::min_element(timings.begin(), timings.end());
+  for (const uint16_t timing : timings) {
+    if (timing < max_edge) long_ones.mean = std::max(long_ones.mean, timing);
+  }
+  if (long_ones.mean == 0) long_ones.mean = short_ones.mean;
+
+  uint16_t mid = 0;
+  for (int pass = 0; pass < kPasses; ++pass) {
+    mid = static_cast<uint16_t>((short_ones.mean + long_ones.mean) >> 1);
+    for (const uint16_t timing : timings) {
+      if (timing > max_edge) continue;
+      (timing > mid ? long_ones : short_ones).add(timing);
+    }
+    short_ones.settle();
+    long_ones.settle();
+  }
+  return mid;
+}
+
+}  // namespace
+
+uint32_t ir_hash(const uint16_t* buf, size_t len, uint16_t max_edge) {
+  const std::span timings(buf, std::min(len, kMostTimings));
+  // The first mark is often part of a lead and says nothing about the bits.
+  const uint16_t threshold =
+      timings.empty() ? uint16_t{0} : find_threshold(timings.subspan(1), max_edge);
+  uint32_t hash = kHashSeed;
+  for (const uint16_t timing : timings) {
+    const char letter = timing > max_edge ? 'G' : timing > threshold ? 'L' : 'S';
+    hash = hash * kHashFactor + static_cast<uint8_t>(letter);
+  }
+  return hash;
+}

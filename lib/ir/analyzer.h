@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The vote that names a signal's protocol before any bits are read. Each analyzer sums up how far
+// the durations are from those of its protocol; one that is too far off drops out, and in the end
+// the smallest sum wins. Ties go to the one that stands first in the list, which is the order of
+// registration until drops rearrange it: a dropped analyzer comes back at the tail.
+#pragma once
+
+#include "lib/ir/ir.h"
+
+/// Scores one duration in µs, whose index is ir->count, with every active analyzer. Returns the
+/// result byte of the one that leads.
+uint8_t analyze_edge(uint32_t duration, ir_t* ir);
+
+/// The rc_proto of the winner, 0 when every analyzer has dropped out. REQUIRES: ir->count is the
+/// number of durations that were fed.
+uint32_t analyze_finish(uint32_t ticks, ir_t* ir);
+
+/// Makes every analyzer ready for the next signal.
+void reset_analyzer();
+
+/// The vote on `len` bare durations in µs (at most 200 are looked at): an rc_proto.
+uint32_t analyze_protocol(const uint16_t* buf, uint8_t len);
+
+/// Prints the names of the analyzers in the order of registration.
+void print_all_analyzers();
+
+/// The ticks that end an event, as every caller of analyze_finish passes them.
+constexpr uint32_t kFinishTicks = 100;
+
+/// What the analyzers share: adds the distance of a duration from the expected one.
+inline void add_error(IR_PROTOCOL_ANALYZER* self, uint32_t duration, uint32_t expected) {
+  const uint32_t error = duration > expected ? duration - expected : expected - duration;
+  self->acc = static_cast<uint16_t>(self->acc + error);
+}
+
+/// Every mark has an even index, every space an odd one.
+inline bool is_mark(uint32_t index) {
+  return index % 2 == 0;
+}
+
+/// An analyzer's memory of its last win. A win is remembered over the next decode and forgotten
+/// after it, so that a repeat frame can be told from a first one.
+struct win_memory {
+  uint8_t decodes_left;   // until it is forgotten; 0: nothing remembered
+  uint8_t frame_entries;  // of the frame that won
+};
+
+/// Remembers a win for this decode and the next.
+inline void remember_win(win_memory& memory) {
+  memory.decodes_left = 2;
+}
+
+/// The reset function of every analyzer whose priv is a win_memory.
+void age_win_memory(IR_PROTOCOL_ANALYZER* self);
+
+/// Marks the event as a repeat when the analyzer won lately and the gap before the event is
+/// within the window in ms, then remembers this win. The memory is the analyzer's priv.
+void note_win(ir_t* ir, IR_PROTOCOL_ANALYZER* self, uint16_t min_gap_ms, uint16_t max_gap_ms);

@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// RC5: bi-phase, every duration one or two half bits; the first is one.
+#include "lib/ir/analyzer.h"
+#include "lib/libutil/startup.h"
+
+namespace {
+
+constexpr uint32_t kHalfBitUs = 889;
+constexpr uint32_t kSplitUs = 1332;
+
+void analyze_rc5(uint32_t duration, ir_t* ir, IR_PROTOCOL_ANALYZER* self) {
+  const bool two_halves = ir->count > 0 && duration > kSplitUs;
+  add_error(self, duration, two_halves ? 2 * kHalfBitUs : kHalfBitUs);
+}
+
+uint32_t finish_rc5(uint32_t /*ticks*/, ir_t* /*ir*/, IR_PROTOCOL_ANALYZER* /*self*/) {
+  return RC_PROTO_RC5;
+}
+
+constinit IR_PROTOCOL_ANALYZER analyzer = {
+    .node = {},
+    .analyze = analyze_rc5,
+    .finish = finish_rc5,
+    .reset = nullptr,
+    .priv = nullptr,
+    .acc = 0,
+    .result = 0,
+};
+
+constinit protocol registration = {{}, "iranalyzer", "rc5", &analyzer};
+
+[[gnu::constructor(startup::kAnalyzerRc5)]] void REGFUNC__iranalyzer() {
+  _register_protocol_iranalyzer(&registration);
+}
+
+}  // namespace

@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Sharp: marks of one unit, spaces of three or seven; no lead. The first space is always taken
+// for a long one.
+#include "lib/ir/analyzer.h"
+#include "lib/libutil/startup.h"
+
+namespace {
+
+constexpr uint32_t kUnitUs = 264;
+constexpr uint32_t kShortSpaceUs = 3 * kUnitUs;
+constexpr uint32_t kLongSpaceUs = 7 * kUnitUs;
+constexpr uint32_t kMarkSplitUs = 528;
+constexpr uint32_t kSpaceSplitUs = 1320;
+// A frame is followed by its complemented copy this much later.
+constexpr uint16_t kMinRepeatGapMs = 43;
+constexpr uint16_t kMaxRepeatGapMs = 50;
+
+void analyze_sharp(uint32_t duration, ir_t* ir, IR_PROTOCOL_ANALYZER* self) {
+  uint32_t expected = kLongSpaceUs;
+  if (ir->count != 1 && duration < kSpaceSplitUs) {
+    expected = duration < kMarkSplitUs ? kUnitUs : kShortSpaceUs;
+  }
+  add_error(self, duration, expected);
+}
+
+uint32_t finish_sharp(uint32_t /*ticks*/, ir_t* ir, IR_PROTOCOL_ANALYZER* self) {
+  note_win(ir, self, kMinRepeatGapMs, kMaxRepeatGapMs);
+  return RC_PROTO_SHARP;
+}
+
+constinit win_memory memory = {};
+
+constinit IR_PROTOCOL_ANALYZER analyzer = {
+    .node = {},
+    .analyze = analyze_sharp,
+    .finish = finish_sharp,
+    .reset = age_win_memory,
+    .priv = &memory,
+    .acc = 0,
+    .result = 0,
+};
+
+constinit protocol registration = {{}, "iranalyzer", "sharp", &analyzer};
+
+[[gnu::constructor(startup::kAnalyzerSharp)]] void REGFUNC__iranalyzer() {
+  _register_protocol_iranalyzer(&registration);
+}
+
+}  // namespace
