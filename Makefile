@@ -8,28 +8,37 @@ all:
 	cmake --build --preset release
 
 setup:
-	packaging/install-dependencies
+	packaging/install-dependencies test lint bench fuzz
 
-demo: setup all
+demo:
+	packaging/install-dependencies build
+	cmake --preset demo
+	cmake --build --preset demo --target vantrel
 	build/vantrel decode --read=examples/patterns.csv
 
-test: setup all
+test:
+	packaging/install-dependencies test
+	$(MAKE) all
 	ctest --preset release
 
-sanitize: setup
+sanitize:
+	packaging/install-dependencies test
 	cmake --preset sanitize
 	cmake --build --preset sanitize
 	ctest --preset sanitize
 
-lint: setup
+lint:
+	packaging/install-dependencies lint
 	cmake --preset release
 	packaging/lint build
 
-bench: setup
+bench:
+	packaging/install-dependencies bench
 	cmake --preset bench
 	cmake --build --preset bench --target run_benchmarks
 
-fuzz: setup
+fuzz:
+	packaging/install-dependencies fuzz
 	cmake --preset fuzz
 	cmake --build --preset fuzz
 	fuzz/run build-fuzz 60
