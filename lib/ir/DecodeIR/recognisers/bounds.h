@@ -7,20 +7,24 @@
 
 inline constexpr frame_bounds kNeverBounds{.min_bursts = 101, .min_gap = 1e9F};
 
-inline constexpr frame_bounds kXmpBounds{.min_gap = 2000};
-inline constexpr frame_bounds kZenithBounds{.min_gap = 2000};
+inline constexpr frame_bounds kXmpBounds{
+    .min_bursts = 9, .max_bursts = 18, .min_gap = 10000, .min_gap_before = 16000};
+inline constexpr frame_bounds kZenithBounds{
+    .min_bursts = 16, .max_bursts = 26, .min_gap = 10000, .min_gap_before = 10000};
 inline constexpr frame_bounds kX10Bounds{.min_gap = 2000};
 inline constexpr frame_bounds kXxBounds{.min_gap = 2000};
 inline constexpr frame_bounds kTdcBounds{.min_gap = 2000};
 inline constexpr frame_bounds kSejinBounds{.min_gap = 2000};
 inline constexpr frame_bounds kSolidtekBounds{.min_gap = 2000};
-inline constexpr frame_bounds kDirecTvBounds{.min_gap = 2000};
+inline constexpr frame_bounds kDirecTvBounds{
+    .min_bursts = 10, .max_bursts = 15, .min_gap = 5000, .min_gap_before = 5000};
 inline constexpr frame_bounds kSomfyBounds{.min_gap = 2000};
 inline constexpr frame_bounds kGapBounds{.min_gap = 2000};
 inline constexpr frame_bounds kRc5Bounds{.min_gap = 2000};
 inline constexpr frame_bounds kRc6Bounds{.min_gap = 2000};
 inline constexpr frame_bounds kCanalSatBounds{.min_gap = 2000};
-inline constexpr frame_bounds kNokiaBounds{.min_gap = 2000};
+inline constexpr frame_bounds kNokiaBounds{
+    .min_bursts = 8, .max_bursts = 18, .min_gap = 5000, .min_gap_before = 5000};
 inline constexpr frame_bounds kPctvBounds{.min_gap = 2000};
 inline constexpr frame_bounds kF12Bounds{.min_gap = 2000};
 inline constexpr frame_bounds kSonyBounds{.min_gap = 2000};
