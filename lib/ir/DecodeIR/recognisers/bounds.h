@@ -19,7 +19,7 @@ inline constexpr frame_bounds kSolidtekBounds{.min_gap = 2000};
 inline constexpr frame_bounds kDirecTvBounds{
     .min_bursts = 10, .max_bursts = 15, .min_gap = 5000, .min_gap_before = 5000};
 inline constexpr frame_bounds kSomfyBounds{.min_gap = 2000};
-inline constexpr frame_bounds kGapBounds{.min_gap = 2000};
+inline constexpr frame_bounds kGapBounds{.min_gap = 3600, .min_gap_before = 3600};
 inline constexpr frame_bounds kRc5Bounds{.min_gap = 2000};
 inline constexpr frame_bounds kRc6Bounds{.min_gap = 2000};
 inline constexpr frame_bounds kCanalSatBounds{.min_gap = 2000};
