@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The system's sleeping and clock functions on virtual time, once a script is played.
+#include <sys/time.h>
+
+#include <cerrno>
+#include <ctime>
+
+#include "tests/support/fake_world.h"
+
+namespace {
+
+constexpr long kNsPerUs = 1000;
+constexpr uint64_t kUsPerSecond = 1'000'000;
+
+uint64_t to_us(const timespec& time) {
+  return static_cast<uint64_t>(time.tv_sec) * kUsPerSecond +
+         static_cast<uint64_t>(time.tv_nsec / kNsPerUs);
+}
+
+}  // namespace
+
+extern "C" {
+
+int nanosleep(const timespec* requested, timespec* remaining) {
+  fake_usb::world& world = fake_usb::the_world();
+  if (!world.active) {
+    const int error = clock_nanosleep(CLOCK_REALTIME, 0, requested, remaining);
+    errno = error;
+    return error == 0 ? 0 : -1;
+  }
+  const uint64_t until = world.now + to_us(*requested);
+  if (world.advance(until, [] { return false; })) return 0;
+  const uint64_t left = until - world.now;
+  if (remaining != nullptr) {
+    remaining->tv_sec = static_cast<time_t>(left / kUsPerSecond);
+    remaining->tv_nsec = static_cast<long>(left % kUsPerSecond) * kNsPerUs;
+  }
+  errno = EINTR;
+  return -1;
+}
+
+/// The real time, moved on by what the program believes to have slept.
+int gettimeofday(timeval* now, void* /*zone*/) noexcept {
+  timespec real{};
+  clock_gettime(CLOCK_REALTIME, &real);
+  const uint64_t us = to_us(real) + fake_usb::the_world().now;
+  now->tv_sec = static_cast<time_t>(us / kUsPerSecond);
+  now->tv_usec = static_cast<suseconds_t>(us % kUsPerSecond);
+  return 0;
+}
+
+}  // extern "C"
