@@ -74,6 +74,8 @@ static void ex_program(int sig) {
   interrupt::restore_terminal();
   if (moment == interrupt::moment::kSafe) std::fflush(stdout);
   announce_cleanup();
+  // Anywhere else the hooks might free what is half freed; the kernel closes the device then.
+  if (moment != interrupt::moment::kSafe) _exit(EXIT_FAILURE);
   const int failed = run_hooks(postcmdfuncs, &apppriv);
   if (failed >= 0) {
     _log(1, "[E] %s(%d): post-command function %d returned error\n", __func__, __LINE__, failed);

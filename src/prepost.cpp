@@ -1,13 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "src/prepost.h"
 
+#include "src/session.h"
+
 appdata_priv apppriv = {};
 
 const hook precmdfuncs[] = {
+    zarvo_init,
     nullptr,
 };
 
 const hook postcmdfuncs[] = {
+    zarvo_deinit,
     nullptr,
 };
 

@@ -1,11 +1,33 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "src/cmds/decode_listen.h"
 
-// Nothing opens a device yet.
-bool can_decode_live(const appdata_priv& /*session*/) {
-  return false;
+#include <cstdio>
+
+#include "src/cmds/decode.h"
+#include "src/common.h"
+#include "src/session.h"
+
+namespace {
+
+constexpr uint16_t kRequiredMajor = 4;
+constexpr uint16_t kRequiredMinor = 7;
+
+void print_and_decode(ir_packet* p) {
+  std::printf("RAW:    ");
+  print_raw(p);
+  std::printf("PRONTO: ");
+  print_pronto(p);
+  decodeit(p);
+  std::fflush(stdout);
 }
 
-int decode_listen(appdata_priv& /*session*/) {
-  return -1;
+}  // namespace
+
+bool can_decode_live(const appdata_priv& session) {
+  return zv_version_compare(session.dev, kRequiredMajor, kRequiredMinor) >= 0;
+}
+
+int decode_listen(appdata_priv& session) {
+  tessarin_iface_en(session.dev, 1);
+  return listen_for_signals(&session, print_and_decode);
 }

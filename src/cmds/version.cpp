@@ -1,13 +1,29 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+// The version command: the program's own version, and the firmware's when there is a device.
+#include <array>
 #include <cstdio>
 
 #include "lib/libcmds/cmds.h"
 #include "lib/libutil/startup.h"
+#include "src/session.h"
 #include "version_info.h"
 
 namespace {
 
-int version(int /*argc*/, const char** /*argv*/, const cmd* /*cmd*/, void* /*appdata*/,
+/// The result is the command's: a query that fails does not fail the program.
+int print_firmware_version(transport::dev_t* dev) {
+  constexpr int kQueryFailed = 1;
+  std::array<uint8_t, kVersionReplySize> reply{};
+  if (dev_send_cmd(dev, "getversion", reply.data(), kVersionReplySize) < 0) return kQueryFailed;
+  const version_t firmware = parse_version(reply.data());
+  std::printf(" FW Version: v%d.%d.%d\n", firmware.major_version, firmware.minor_version,
+              firmware.patch_version);
+  std::printf("    Git Hash: 0x%08X\n", firmware.scm_hash);
+  std::printf("    Config:   %s\n", firmware.type);
+  return 0;
+}
+
+int version(int /*argc*/, const char** /*argv*/, const cmd* /*cmd*/, void* appdata,
             dictionary* opts) {
   if (dict_has_key(opts, "date") != 0) {
     std::printf("Build Date: %s\nVersion:    ", kBuildDate);
@@ -19,7 +35,8 @@ int version(int /*argc*/, const char** /*argv*/, const cmd* /*cmd*/, void* /*app
   } else {
     std::printf("%s\n", kVersionText);
   }
-  return 0;
+  transport::dev_t* const dev = static_cast<const appdata_priv*>(appdata)->dev;
+  return dev == nullptr ? 0 : print_firmware_version(dev);
 }
 
 const cmd_opt version_opts[] = {
