@@ -2,11 +2,12 @@
 #include "lib/ir/decode_families.h"
 
 #include "lib/ir/DecodeIR/DecodeIR.h"
+#include "lib/ir/arduino/arduino.h"
 #include "lib/ir/ir.h"
 
 void decode_families(ir_packet* packet) {
   DecodeIR(packet, packet->len);
   ir_t event = ir_event_of(*packet);
   ir_decode_packet(&event);
-  // The mark/space matchers come third: arduino_decode(packet, packet->len).
+  arduino_decode(packet, packet->len);
 }

@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "lib/ir/arduino/arduino.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+
+#include "lib/ir/arduino/matchers.h"
+#include "lib/ir/result.h"
+#include "lib/liblog/logging.h"
+
+namespace {
+
+using arduino::frame;
+using matcher = bool (*)(const frame& f, arduino_result& result);
+
+// In the order of how much a match proves: codes that check themselves come first, then those
+// whose every half bit has a counterpart, then those that only a lead-in, a bit count and their
+// lengths tell apart. The hash proves nothing and comes last.
+constexpr matcher kMatchers[] = {
+    arduino::match_checked_mark_space,
+    arduino::match_rc6,
+    arduino::match_rc5,
+    arduino::match_dish,
+    arduino::match_sony,
+    arduino::match_plain_mark_space,
+    arduino::match_nec_repeat,
+    arduino::match_hash,
+};
+
+// The pattern without the space after it.
+frame frame_of(std::span<const uint16_t> durations) {
+  if (durations.size() % 2 == 1) return {durations, 0};
+  return {durations.first(durations.size() - 1), durations.back()};
+}
+
+}  // namespace
+
+bool IRrecv::decode(std::span<const uint16_t> durations, arduino_result& result) {
+  result = {};
+  if (durations.size() > kBufferLength) {
+    result.overflow = uint32_t(durations.size() - kBufferLength);
+    return false;
+  }
+  if (durations.empty()) return false;
+  const frame f = frame_of(durations);
+  const bool found = std::any_of(std::begin(kMatchers), std::end(kMatchers),
+                                 [&](matcher match) { return match(f, result); });
+  if (!found) result = {};
+  return found;
+}
+
+void arduino_decode(struct ir_packet* packet, size_t len) {
+  const size_t length = std::min(len, std::size(packet->buf));
+  arduino_result result;
+  if (!IRrecv::decode({packet->buf, length}, result)) {
+    if (result.overflow > 0) {
+      _log(1, "[E] %s(%d): IR code too long. length: %d, overflow: %d\n", __func__, __LINE__,
+           int(length), int(result.overflow));
+    }
+    return;
+  }
+  std::array<char, 80> line;
+  const int written =
+      std::snprintf(line.data(), line.size(), ":: %-8s :: %-13s - scancode: 0x%08X {%d}\n",
+                    "ARDUINO", result.type, result.value, int(result.bits));
+  report_result(
+      {"ARDUINO", result.type, result.value, result.bits, {line.data(), size_t(written)}});
+}

@@ -1,0 +1,139 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The protocols that the mark/space engine knows, and what their bits say about each other.
+//
+// Lengths and layouts are the makers' published ones; the limits of scale and stretch are what
+// captured remotes and receivers show.
+#include <algorithm>
+#include <span>
+
+#include "lib/ir/arduino/mark_space.h"
+
+namespace arduino {
+namespace {
+
+// Bits `from` … `from + count - 1` of a frame of `all` bits, bit 0 sent first.
+constexpr uint64_t field(uint64_t bits, unsigned all, unsigned from, unsigned count) {
+  return bits >> (all - from - count) & ((uint64_t{1} << count) - 1);
+}
+
+constexpr bool complementary(uint64_t a, uint64_t b, unsigned count) {
+  return (a ^ b) == (uint64_t{1} << count) - 1;
+}
+
+// cccccccccccccCCCCCCCCCCCCCkkkkkkkkKKKKKKKK: custom code and key, each with its complement.
+constexpr unsigned kSanyoBits = 42;
+constexpr unsigned kCustomBits = 13;
+constexpr unsigned kKeyBits = 8;
+constexpr uint64_t kAiwaCustom = 0b1000100111111;
+
+int check_sanyo(uint64_t bits) {
+  const uint64_t custom = field(bits, kSanyoBits, 0, kCustomBits);
+  const uint64_t custom_inverse = field(bits, kSanyoBits, kCustomBits, kCustomBits);
+  const uint64_t key = field(bits, kSanyoBits, 2 * kCustomBits, kKeyBits);
+  const uint64_t key_inverse = field(bits, kSanyoBits, 2 * kCustomBits + kKeyBits, kKeyBits);
+  return complementary(custom, custom_inverse, kCustomBits) &&
+                 complementary(key, key_inverse, kKeyBits)
+             ? int(kCustomBits + kKeyBits)
+             : -1;
+}
+
+int check_aiwa(uint64_t bits) {
+  const int proof = check_sanyo(bits);
+  if (proof < 0 || field(bits, kSanyoBits, 0, kCustomBits) != kAiwaCustom) return -1;
+  return proof + int(kCustomBits);
+}
+
+// mmmmmmmmmmmmmmmm dddddddd ssssssss ffffffff xxxxxxxx: maker, device, subdevice, function, and
+// x = d ^ s ^ f. The maker is 2, 32, each byte sent lowest bit first.
+constexpr unsigned kPanasonicBits = 48;
+constexpr uint64_t kPanasonicMaker = 0x4004;
+
+int check_panasonic(uint64_t bits) {
+  constexpr unsigned kMakerBits = 16;
+  const auto byte = [bits](unsigned number) { return field(bits, kPanasonicBits, 8 * number, 8); };
+  if (field(bits, kPanasonicBits, 0, kMakerBits) != kPanasonicMaker) return -1;
+  return (byte(2) ^ byte(3) ^ byte(4)) == byte(5) ? int(kMakerBits) + 8 : -1;
+}
+
+// aaaaaaaa cccccccccccccccc ssss: address, command, and s = the sum of the command's nibbles.
+constexpr unsigned kLgBits = 28;
+
+int check_lg(uint64_t bits) {
+  uint64_t sum = 0;
+  for (unsigned nibble = 2; nibble < 6; nibble++) sum += field(bits, kLgBits, 4 * nibble, 4);
+  return (sum & 0xF) == (bits & 0xF) ? 4 : -1;
+}
+
+// dddddddd ssssssss ffffffff FFFFFFFF: many remotes use the last byte for something else than the
+// complement of the function, so it proves the frame but does not refute it.
+constexpr unsigned kNecBits = 32;
+
+int check_nec(uint64_t bits) {
+  return complementary(field(bits, kNecBits, 16, 8), field(bits, kNecBits, 24, 8), 8) ? 8 : 0;
+}
+
+// The last two bits, expansion and check, differ in Sharp frames and are alike in Denon's.
+int check_sharp(uint64_t bits) {
+  return (bits >> 1 & 1U) != (bits & 1U) ? 1 : -1;
+}
+
+int check_denon(uint64_t bits) {
+  return (bits >> 1 & 1U) == (bits & 1U) ? 1 : -1;
+}
+
+constexpr lead_in kNoLead = {};
+constexpr lead_in kNecLead = {2, {9000, 4500}, 0.08};
+constexpr symbols_sent kNecSymbols = {560, 560, 1690};
+constexpr limits kNecSeen = {0.90, 1.08, 80, 200};  // Pioneer's unit is 525 µs, others reach 600
+constexpr symbols_sent kSharpSymbols = {264, 792, 1848};
+constexpr limits kSharpSeen = {0.92, 1.09, 170, 180};
+constexpr symbols_sent kJvcSymbols = {525, 525, 1575};
+
+// Frames that a check of their own vouches for, the strongest first. NEC and Samsung stand among
+// them for their complement, though some remotes do without.
+constexpr mark_space kChecked[] = {
+    {"AIWA_RC_T501", kNecLead, kNecSymbols, kSanyoBits, kNecSeen, check_aiwa},
+    {"PANASONIC",
+     {2, {3456, 1728}, 0.08},
+     {432, 432, 1296},
+     kPanasonicBits,
+     {0.91, 1.09, 110, 140},
+     check_panasonic},
+    {"SANYO", kNecLead, kNecSymbols, kSanyoBits, kNecSeen, check_sanyo},
+    {"NEC", kNecLead, kNecSymbols, kNecBits, kNecSeen, check_nec},
+    {"SAMSUNG", {2, {4500, 4500}, 0.08}, kNecSymbols, kNecBits, kNecSeen, check_nec},
+    {"LG", {2, {9000, 4500}, 0.12}, kNecSymbols, kLgBits, {0.88, 1.05, 80, 200}, check_lg},
+};
+
+// Frames with a lead-in or a bit count of their own, and little else. JVC's limits of scale keep
+// a 16-bit frame of NEC's unit out.
+constexpr mark_space kPlain[] = {
+    {"WHYNTER",
+     {4, {750, 750, 3000, 3000}, 0.08},
+     {750, 750, 2250},
+     32,
+     {0.93, 1.07, 100, 200},
+     nullptr},
+    {"JVC", {2, {8400, 4200}, 0.08}, kJvcSymbols, 16, {0.93, 1.05, 80, 180}, nullptr},
+    {"SHARP", kNoLead, kSharpSymbols, 15, kSharpSeen, check_sharp},
+    {"DENON", kNoLead, kSharpSymbols, 15, kSharpSeen, check_denon},
+    {"MITSUBISHI", kNoLead, {300, 900, 2100}, 16, {0.93, 1.07, 100, 160}, nullptr},
+    {"JVC", kNoLead, kJvcSymbols, 16, {0.93, 1.06, 80, 180}, nullptr},
+};
+
+bool match_any(std::span<const mark_space> rows, const frame& f, arduino_result& result) {
+  return std::any_of(rows.begin(), rows.end(),
+                     [&](const mark_space& row) { return match_row(row, f, result); });
+}
+
+}  // namespace
+
+bool match_checked_mark_space(const frame& f, arduino_result& result) {
+  return match_any(kChecked, f, result);
+}
+
+bool match_plain_mark_space(const frame& f, arduino_result& result) {
+  return match_any(kPlain, f, result);
+}
+
+}  // namespace arduino
