@@ -18,6 +18,11 @@
 #include "lib/ir/DecodeIR/statistics.h"
 
 class Signal;
+namespace gap {
+struct answer;
+struct coding;
+struct ditto;
+}  // namespace gap
 
 /// What a frame must at least be for a recogniser to look at it. The search tests the bounds
 /// before it calls the member, and the member tests them again, so that each answers alone.
@@ -218,6 +223,13 @@ class Signal {
   struct result;
   /// What a further result is to the press that began with the kept one.
   enum class verdict { kCopy, kX10Copy, kSupersedes, kAbsorbed, kEnd };
+
+  // The steps of tryGap.
+  bool gapRow();
+  bool gapDitto();
+  void gapUnknown();
+  void countDittos(const gap::coding& wire, const gap::ditto& form, float scale, float bias);
+  void answerGap(const gap::answer& found, int level);
 
   void searchFrom(int start);
   bool tryFrame();

@@ -10,6 +10,7 @@ namespace {
 
 constexpr int kRounds = 3;          // of estimating and counting anew
 constexpr int kFewest = 3;          // durations that an estimate needs
+constexpr float kLargeBias = 0.5F;  // of a unit
 constexpr float kSettledUs = 1.0F;  // the estimate moves no more
 constexpr float kTooAlike = 1e-3F;  // relative determinant: bias and clock cannot be told apart
 
@@ -21,13 +22,18 @@ bool isMark(int i) {
 
 bool slicer::slice(const float* durations, int count, const slice_rule& rule) {
   count_ = count;
-  bias_ = 0;
-  scale_ = 1;
-  firstIsOdd_ = lastIsOdd_ = false;
   if (count < kFewest || count > kMostDurations) return false;
+  // A bias of half a unit makes the nearest number of units the wrong one; so it is assumed where
+  // the frame does not fit without.
+  return fits(durations, rule, rule.bias * rule.unit_us) ||
+         fits(durations, rule, kLargeBias * rule.unit_us);
+}
 
+bool slicer::fits(const float* durations, const slice_rule& rule, float assumedBias) {
+  bias_ = assumedBias;
+  scale_ = 1;
   // The ends may be odd, so the estimate rests on what lies between them where that is enough.
-  const fit_range inner = count >= 2 * kFewest ? fit_range{1, count - 1} : fit_range{0, count};
+  const fit_range inner = count_ >= 2 * kFewest ? fit_range{1, count_ - 1} : fit_range{0, count_};
   for (int round = 0; round < kRounds; ++round) {
     count_units(durations, rule);
     const float before = bias_;
@@ -36,12 +42,17 @@ bool slicer::slice(const float* durations, int count, const slice_rule& rule) {
   }
   count_units(durations, rule);
 
-  const float tolerance = rule.tolerance();
-  for (int i = 1; i < count - 1; ++i) {
-    if (std::abs(deviation(durations, i, rule)) > tolerance) return false;
+  const float tolerance = rule.tolerance * rule.unit_us;
+  const float spread = rule.spread * rule.unit_us;
+  float squares = 0;
+  for (int i = 1; i < count_ - 1; ++i) {
+    const float off = deviation(durations, i, rule);
+    if (std::abs(off) > tolerance) return false;
+    squares += off * off;
   }
+  if (squares > static_cast<float>(count_ - 2) * spread * spread) return false;
   firstIsOdd_ = std::abs(deviation(durations, 0, rule)) > tolerance;
-  lastIsOdd_ = std::abs(deviation(durations, count - 1, rule)) > tolerance;
+  lastIsOdd_ = std::abs(deviation(durations, count_ - 1, rule)) > tolerance;
   return !(firstIsOdd_ && lastIsOdd_);
 }
 

@@ -8,6 +8,7 @@
 // lead-in mark, and the last mark may be cut. Storage is fixed, nothing is allocated.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -16,16 +17,13 @@
 struct slice_rule {
   float unit_us;              // half a bit, or the length of one level
   int longest = 2;            // units of the longest duration inside a frame
-  float tolerance_us = 0;     // of a duration once bias and clock are known; 0: from the unit
+  float tolerance = 0.3F;     // of one duration once bias and clock are known, in units
+  float spread = 0.15F;       // root mean square over the frame, in units
   float clock_error = 0.03F;  // +-, as a part
+  float bias = 0;             // assumed at first, in units; more than half a unit is not found
 
-  [[nodiscard]] float tolerance() const {
-    return tolerance_us > 0 ? tolerance_us : 0.12F * unit_us + 30.0F;
-  }
   /// How far a receiver may shift an edge pair: what marks gain and spaces lose.
-  [[nodiscard]] float most_bias() const {
-    return 0.45F * unit_us < 180.0F ? 0.45F * unit_us : 180.0F;
-  }
+  [[nodiscard]] float most_bias() const { return std::min(0.65F * unit_us, 250.0F); }
 };
 
 /// One frame expressed in units.
@@ -51,6 +49,7 @@ class slicer {
   struct fit_range {
     int first, end;  // durations that the estimate rests on
   };
+  bool fits(const float* durations, const slice_rule& rule, float assumedBias);
   void count_units(const float* durations, const slice_rule& rule);
   bool estimate(const float* durations, const slice_rule& rule, fit_range range);
   [[nodiscard]] float deviation(const float* durations, int i, const slice_rule& rule) const;

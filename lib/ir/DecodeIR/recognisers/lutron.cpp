@@ -1,4 +1,46 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+// Lutron.
+//
+// Carrier 40 kHz, raw levels of 2300 µs (a one is a mark), most significant bit first. Frames
+// follow each other without a gap of their own: eight marks, 24 levels, four spaces.
+//
+//   11111111 X(24) 0000
+//   X code; a real one has no long run of equal levels
+//
+// Trailing zeros of X merge with the four spaces, so a frame has up to four levels less than 32
+// before its gap, and the gap makes up for them.
+//
+// Sample, X = 0xAAAAAA:
+//   20700,2300,2300,2300,(...),2300
+// Facts: public protocol definitions in IRP notation.
+#include "lib/ir/DecodeIR/recognisers/bounds.h"
 #include "lib/ir/DecodeIR/signal.h"
+#include "lib/ir/DecodeIR/wire_bits.h"
 
-void Signal::tryLutron() {}
+namespace {
+
+constexpr float kUnitUs = 2300;
+constexpr int kStartLevels = 8;
+constexpr int kCodeLevels = 24;
+constexpr int kStopLevels = 4;
+constexpr int kLongestRun = 4;  // of equal levels in a code
+constexpr slice_rule kRule{.unit_us = kUnitUs, .longest = kStartLevels + kLongestRun};
+
+}  // namespace
+
+void Signal::tryLutron() {
+  if (!within(kLutronBounds) || on(0) < (kStartLevels - 0.5F) * kUnitUs) return;
+  if (setOff_.largest > (kLongestRun + 0.5F) * kUnitUs) return;
+  slicer frame;
+  if (!sliceFrame(kRule, &frame)) return;
+  level_reader reader(frame);
+  wire_bits bits{.count = kStartLevels + kCodeLevels};
+  reader.levels(bits.count, &bits.value);
+  if (!reader.atEnd() || bits.msb(0, kStartLevels) != 0xFF) return;
+
+  const unsigned code = bits.msb(kStartLevels, kCodeLevels);
+  const int zeros = code == 0 ? kCodeLevels : __builtin_ctz(code);
+  const auto gap = static_cast<float>(kStopLevels + zeros);
+  if (zeros > kLongestRun || trailingGap_ < (gap - 0.5F) * kUnitUs) return;
+  claim("Lutron", -1, -1, static_cast<int>(code));
+}

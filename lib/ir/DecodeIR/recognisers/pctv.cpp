@@ -1,4 +1,47 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+// PCTV.
+//
+// Carrier 38.4 kHz, raw levels of 832 µs (a one is a mark), least significant bit first.
+//
+//   <2,-8,1> DDDDDDDD FFFFFFFF <2>    gap 100 ms
+//   D device, F function
+//
+// 29 levels in all: their number, the lead-in and the stop mark are what can be checked.
+//
+// Sample, D = 1, F = 2:
+//   1664,6656,1664,6656,832,5824...
+// Facts: public protocol definitions in IRP notation.
+#include "lib/ir/DecodeIR/recognisers/bounds.h"
 #include "lib/ir/DecodeIR/signal.h"
+#include "lib/ir/DecodeIR/wire_bits.h"
 
-void Signal::tryPCTV() {}
+namespace {
+
+constexpr int kDataBits = 16;
+constexpr int kLead = 0b11000000001;  // mark 2, space 8, mark 1
+constexpr int kLeadLevels = 11;
+constexpr int kStop = 0b11;
+constexpr int kStopLevels = 2;
+constexpr slice_rule kRule{.unit_us = 832, .longest = 1 + kDataBits + kStopLevels};
+
+}  // namespace
+
+void Signal::tryPCTV() {
+  if (!within(kPctvBounds)) return;
+  const auto near = [](float us, int units) {
+    const float nominal = kRule.unit_us * static_cast<float>(units);
+    return us > nominal - kRule.most_bias() && us < nominal + kRule.most_bias();
+  };
+  if (!near(off(0), 8) || !near(on(0), 2)) return;
+  slicer frame;
+  if (!sliceFrame(kRule, &frame)) return;
+  level_reader reader(frame);
+  wire_bits bits{.count = kLeadLevels + kDataBits + kStopLevels};
+  reader.levels(bits.count, &bits.value);
+  if (!reader.atEnd() || bits.msb(0, kLeadLevels) != kLead ||
+      bits.msb(kLeadLevels + kDataBits, kStopLevels) != kStop)
+    return;
+  claim("PCTV", static_cast<int>(bits.lsb(kLeadLevels, 8)), -1,
+        static_cast<int>(bits.lsb(kLeadLevels + 8, 8)),
+        static_cast<int>(bits.msb(kLeadLevels + 8, 8)));
+}
