@@ -11,14 +11,20 @@ inline constexpr frame_bounds kXmpBounds{
     .min_bursts = 9, .max_bursts = 18, .min_gap = 10000, .min_gap_before = 16000};
 inline constexpr frame_bounds kZenithBounds{
     .min_bursts = 16, .max_bursts = 26, .min_gap = 10000, .min_gap_before = 10000};
-inline constexpr frame_bounds kX10Bounds{.min_gap = 2000};
-inline constexpr frame_bounds kXxBounds{.min_gap = 2000};
-inline constexpr frame_bounds kTdcBounds{.min_gap = 2000};
-inline constexpr frame_bounds kSejinBounds{.min_gap = 2000};
-inline constexpr frame_bounds kSolidtekBounds{.min_gap = 2000};
+inline constexpr frame_bounds kX10Bounds{
+    .min_bursts = 10, .max_bursts = 12, .min_gap = 3400, .min_gap_before = 3400};
+inline constexpr frame_bounds kXxBounds{
+    .min_bursts = 6, .max_bursts = 36, .min_gap = 10000, .min_gap_before = 10000};
+inline constexpr frame_bounds kTdcBounds{
+    .min_bursts = 9, .max_bursts = 40, .min_gap = 9000, .min_gap_before = 9000};
+inline constexpr frame_bounds kSejinBounds{
+    .min_bursts = 10, .max_bursts = 18, .min_gap = 10000, .min_gap_before = 10000};
+inline constexpr frame_bounds kSolidtekBounds{
+    .min_bursts = 6, .max_bursts = 36, .min_gap = 10000, .min_gap_before = 10000};
 inline constexpr frame_bounds kDirecTvBounds{
     .min_bursts = 10, .max_bursts = 15, .min_gap = 5000, .min_gap_before = 5000};
-inline constexpr frame_bounds kSomfyBounds{.min_gap = 2000};
+inline constexpr frame_bounds kSomfyBounds{
+    .min_bursts = 10, .max_bursts = 10, .min_gap = 2400, .min_gap_before = 2400};
 inline constexpr frame_bounds kGapBounds{.min_gap = 3600, .min_gap_before = 3600};
 inline constexpr frame_bounds kRc5Bounds{
     .min_bursts = 7, .max_bursts = 20, .min_gap = 6000, .min_gap_before = 6000};
