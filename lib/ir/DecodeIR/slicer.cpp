@@ -11,6 +11,8 @@ namespace {
 constexpr int kRounds = 3;          // of estimating and counting anew
 constexpr int kFewest = 3;          // durations that an estimate needs
 constexpr float kLargeBias = 0.5F;  // of a unit
+constexpr float kMostClockError = 0.08F;
+constexpr float kOddest = 0.75F;    // units by which an end may be too long
 constexpr float kSettledUs = 1.0F;  // the estimate moves no more
 constexpr float kTooAlike = 1e-3F;  // relative determinant: bias and clock cannot be told apart
 
@@ -45,15 +47,24 @@ bool slicer::fits(const float* durations, const slice_rule& rule, float assumedB
   const float tolerance = rule.tolerance * rule.unit_us;
   const float spread = rule.spread * rule.unit_us;
   float squares = 0;
+  float total = 0;
+  int totalUnits = 0;
   for (int i = 1; i < count_ - 1; ++i) {
     const float off = deviation(durations, i, rule);
     if (std::abs(off) > tolerance) return false;
     squares += off * off;
+    total += durations[i];
+    totalUnits += units(i);
   }
+  // The bias of neighbours cancels out, so their sum tells the clock whatever the estimate says.
+  const float nominal = static_cast<float>(totalUnits) * rule.unit_us;
+  if (std::abs(total - nominal) > kMostClockError * nominal + rule.most_bias()) return false;
   if (squares > static_cast<float>(count_ - 2) * spread * spread) return false;
-  firstIsOdd_ = std::abs(deviation(durations, 0, rule)) > tolerance;
-  lastIsOdd_ = std::abs(deviation(durations, count_ - 1, rule)) > tolerance;
-  return !(firstIsOdd_ && lastIsOdd_);
+  const float first = deviation(durations, 0, rule);
+  const float last = deviation(durations, count_ - 1, rule);
+  firstIsOdd_ = std::abs(first) > tolerance;
+  lastIsOdd_ = std::abs(last) > tolerance;
+  return std::max(first, last) <= kOddest * rule.unit_us && !(firstIsOdd_ && lastIsOdd_);
 }
 
 /// The nearest number of units of every duration, by the bias and clock known so far.

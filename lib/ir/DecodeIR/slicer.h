@@ -18,7 +18,7 @@ struct slice_rule {
   float unit_us;              // half a bit, or the length of one level
   int longest = 2;            // units of the longest duration inside a frame
   float tolerance = 0.3F;     // of one duration once bias and clock are known, in units
-  float spread = 0.15F;       // root mean square over the frame, in units
+  float spread = 0.12F;       // root mean square over the frame, in units
   float clock_error = 0.03F;  // +-, as a part
   float bias = 0;             // assumed at first, in units; more than half a unit is not found
 

@@ -39,9 +39,11 @@ struct pulse_pair {
 };
 
 /// Reads `count` bits from the mark of the burst `first` on. The space after the frame's last mark
-/// has merged with the gap and is not looked at. False where a pair is neither.
+/// has merged with the gap and is not looked at. False where a pair is neither, or where the last
+/// mark is too odd to say which.
 inline bool readPairs(const slicer& frame, int first, int count, const pulse_pair& pair,
                       wire_bits* bits) {
+  if (frame.lastIsOdd() && 2 * (first + count) > frame.count()) return false;
   for (int burst = first; burst < first + count; ++burst) {
     const int mark = frame.units(2 * burst);
     const bool one = mark == pair.one_mark;

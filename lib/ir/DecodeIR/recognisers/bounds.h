@@ -37,7 +37,7 @@ inline constexpr frame_bounds kNokiaBounds{
 inline constexpr frame_bounds kPctvBounds{
     .min_bursts = 2, .max_bursts = 12, .min_gap = 10000, .min_gap_before = 10000};
 inline constexpr frame_bounds kF12Bounds{
-    .min_bursts = 12, .max_bursts = 33, .min_gap = 2000, .min_gap_before = 2000};
+    .min_bursts = 12, .max_bursts = 33, .min_gap = 6000, .min_gap_before = 6000};
 inline constexpr frame_bounds kSonyBounds{
     .min_bursts = 9, .max_bursts = 21, .min_gap = 5000, .min_gap_before = 5000};
 inline constexpr frame_bounds kSingleBurstSizeBounds{
@@ -45,7 +45,7 @@ inline constexpr frame_bounds kSingleBurstSizeBounds{
 inline constexpr frame_bounds kGxbBounds{
     .min_bursts = 15, .max_bursts = 15, .min_gap = 10000, .min_gap_before = 10000};
 inline constexpr frame_bounds kSunfireBounds{
-    .min_bursts = 25, .max_bursts = 25, .min_gap = 10000, .min_gap_before = 10000};
+    .min_bursts = 25, .max_bursts = 26, .min_gap = 10000, .min_gap_before = 10000};
 inline constexpr frame_bounds kGrundig16Bounds{
     .min_bursts = 10, .max_bursts = 18, .min_gap = 10000, .min_gap_before = 10000};
 inline constexpr frame_bounds kLutronBounds{
@@ -57,4 +57,4 @@ inline constexpr frame_bounds kBrystonBounds{
 inline constexpr frame_bounds kHumaxBounds{
     .min_bursts = 8, .max_bursts = 24, .min_gap = 10000, .min_gap_before = 10000};
 inline constexpr frame_bounds kAdNotamBounds{
-    .min_bursts = 8, .max_bursts = 14, .min_gap = 10000, .min_gap_before = 10000};
+    .min_bursts = 8, .max_bursts = 76, .min_gap = 10000, .min_gap_before = 10000};

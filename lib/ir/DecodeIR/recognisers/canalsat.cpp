@@ -37,27 +37,54 @@ bool readFrame(const slicer& frame, int count, wire_bits* bits) {
   return reader.bits(count, kCoding, &bits->value) && reader.atEnd() && bits->bit(0) == 1;
 }
 
+/// Whether the frames right before this one (given with the bursts of the signal before it) are its
+/// like and go back to one with the toggle at zero.
+bool followsStartFrame(const float* frame, int burstsBefore, const slice_rule& rule,
+                       const wire_bits& bits) {
+  constexpr uint64_t kToggle = uint64_t{1} << (kCanalSatBits - 1 - kToggleAt);
+  while (burstsBefore > 0) {
+    int length = 1;
+    while (length < burstsBefore && frame[-2 * length - 1] < kFramesGapUs) ++length;
+    frame -= 2 * length;
+    burstsBefore -= length;
+    slicer earlier;
+    wire_bits found;
+    if (!earlier.slice(frame, 2 * length - 1, rule) || !readFrame(earlier, kCanalSatBits, &found) ||
+        ((found.value ^ bits.value) & ~kToggle) != 0)
+      return false;
+    if (found.bit(kToggleAt) == 0) return true;
+  }
+  return false;
+}
+
 }  // namespace
 
 void Signal::tryCanalSat() {
   if (!within(kCanalSatBounds)) return;
   slicer frame;
   wire_bits bits;
+  const slice_rule* rule = nullptr;
   if (sliceFrame(kCanalSat, &frame) && readFrame(frame, kCanalSatBits, &bits)) {
-    if (bits.bit(kZeroAt) != 0) return;
-    const int function = static_cast<int>(bits.msb(16, 7));
-    claim("CanalSat", static_cast<int>(bits.msb(1, 7)), static_cast<int>(bits.msb(8, 6)), function,
-          function);
+    rule = &kCanalSat;
   } else if (sliceFrame(kCanalSatLd, &frame) && readFrame(frame, kCanalSatBits, &bits)) {
-    if (bits.bit(kZeroAt) != 0 || bits.bit(21) == bits.bit(22)) return;
-    const int function = static_cast<int>(bits.msb(16, 6));
-    claim("CanalSatLD", static_cast<int>(bits.msb(1, 7)), static_cast<int>(bits.msb(8, 6)),
-          function, function);
+    rule = &kCanalSatLd;
   } else if (sliceFrame(kNovaPace, &frame) && readFrame(frame, kNovaPaceBits, &bits)) {
     if (bits.bit(28) != 0) return;
     const int function = static_cast<int>(bits.msb(19, 8));
     claim("Nova Pace", static_cast<int>(bits.msb(1, 10)), static_cast<int>(bits.msb(11, 8)),
           function, function);
     remark("T=%u", bits.bit(27));
+    return;
+  } else {
+    return;
   }
+
+  if (bits.bit(kZeroAt) != 0) return;
+  const bool ld = rule == &kCanalSatLd;
+  if (ld && bits.bit(21) == bits.bit(22)) return;
+  const int function = static_cast<int>(bits.msb(16, ld ? 6 : 7));
+  claim(ld ? "CanalSatLD" : "CanalSat", static_cast<int>(bits.msb(1, 7)),
+        static_cast<int>(bits.msb(8, 6)), function, function);
+  if (bits.bit(kToggleAt) != 0 && !followsStartFrame(frame_, frameStart_, *rule, bits))
+    remark("no start frame");
 }

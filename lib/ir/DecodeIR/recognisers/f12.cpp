@@ -18,6 +18,8 @@
 // Sample, F12, D = 3, S = 1, F = 2:
 //   1266,422,1266,422,422,1266,1266,422,422,1266,1266,422,422,1266,(...),422,1266,422
 // Facts: public protocol definitions in IRP notation.
+#include <cstddef>
+
 #include "lib/ir/DecodeIR/recognisers/bounds.h"
 #include "lib/ir/DecodeIR/signal.h"
 #include "lib/ir/DecodeIR/wire_bits.h"
@@ -45,15 +47,32 @@ constexpr unsigned kElunevisionDevice = 0xF48080;
 
 struct f12_code {
   int device, subDevice, function;
+  unsigned wire;  // the function with its first bit as the most significant one
 };
 
-bool readF12(const slicer& frame, f12_code* code, unsigned* wireFunction) {
+bool readF12(const slicer& frame, f12_code* code) {
   wire_bits bits;
   if (!readPairs(frame, 0, kF12Bits, kBit, &bits)) return false;
   *code = {static_cast<int>(bits.lsb(0, 3)), static_cast<int>(bits.bit(3)),
-           static_cast<int>(bits.lsb(4, 8))};
-  *wireFunction = bits.msb(4, 8);
+           static_cast<int>(bits.lsb(4, 8)), bits.msb(4, 8)};
   return true;
+}
+
+/// The function of the last of the frames that follow this one, `bursts` long with all that is
+/// left of the signal, at the short gap of F12x.
+int lastFunction(const float* frame, int bursts, const f12_code& code) {
+  int function = code.function;
+  while (bursts >= 2 * kF12Bits && frame[2 * kF12Bits - 1] <= kF12xGapUs) {
+    frame += 2 * static_cast<ptrdiff_t>(kF12Bits);
+    bursts -= kF12Bits;
+    slicer next;
+    f12_code found;
+    if (!next.slice(frame, 2 * kF12Bits - 1, kRule) || !readF12(next, &found) ||
+        found.device != code.device || found.subDevice != code.subDevice)
+      break;
+    function = found.function;
+  }
+  return function;
 }
 
 /// The position of an arctech dial, 1 to 16, or 0 when its bits are not sent as 0 x.
@@ -74,16 +93,17 @@ void Signal::tryF12() {
   wire_bits bits;
   if (frameLength_ == kF12Bits) {
     f12_code code;
-    unsigned wireFunction = 0;
-    if (!sliceFrame(kRule, &frame) || !readF12(frame, &code, &wireFunction)) return;
+    if (!sliceFrame(kRule, &frame) || !readF12(frame, &code)) return;
+    const char* name = "F12x";
     if (framingGap_ > kPairGapUs) {
-      claim("F12", code.device, code.subDevice, code.function, static_cast<int>(wireFunction));
+      name = "F12";
     } else if (framingGap_ > kF12xGapUs) {
-      claim(code.subDevice == 0 ? "F12-0" : "F12-1", code.device, code.subDevice, code.function,
-            static_cast<int>(wireFunction));
-    } else {
-      claim("F12x", code.device, code.subDevice, code.function, static_cast<int>(wireFunction));
+      name = code.subDevice == 0 ? "F12-0" : "F12-1";
     }
+    claim(name, code.device, code.subDevice, code.function, static_cast<int>(code.wire));
+    if (framingGap_ > kF12xGapUs) return;
+    const int last = lastFunction(frame_, burstsFromFrame(), code);
+    if (last != code.function) remark("E = %d", last);
   } else if (frameLength_ == kArctechBits) {
     if (!sliceFrame(kArctech, &frame) || !readPairs(frame, 0, kArctechBits, kBit, &bits)) return;
     const int device = readDial(bits, 0);

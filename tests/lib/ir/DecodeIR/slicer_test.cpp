@@ -51,7 +51,7 @@ TEST(Slicer, ForgivesOneOddEndAndNothingElse) {
     float added;
     bool accepted, firstOdd, lastOdd;
   } const cases[] = {
-      {"long lead-in mark", 0, 400, true, true, false},
+      {"long lead-in mark", 0, 300, true, true, false},
       {"cut last mark", 10, -250, true, false, true},
       {"stretched last mark", 10, 220, true, false, true},
       {"odd space inside", 3, 200, false, false, false},
@@ -69,7 +69,7 @@ TEST(Slicer, ForgivesOneOddEndAndNothingElse) {
     EXPECT_EQ(frame.units(5), 1) << c.what;
   }
   auto durations = received(kFrame, 50);
-  durations.front() += 400;
+  durations.front() += 300;
   durations.back() -= 250;
   slicer frame;
   EXPECT_FALSE(slice(frame, durations)) << "both ends odd";

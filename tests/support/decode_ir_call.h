@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// One call of the signal-analysis decoder, as the tests of its recognisers make it.
+#pragma once
+
+#include <array>
+#include <string>
+#include <vector>
+
+#include "lib/ir/DecodeIR/DecodeIR.h"
+#include "tests/support/contract.h"
+
+namespace decode_ir {
+
+/// The carrier that the program assumes.
+constexpr int kCarrier = 38380;
+
+struct Result {
+  std::string name, misc, error;
+  int device = -1, subDevice = -1, obc = -1;
+  std::array<int, 4> hex = {-1, -1, -1, -1};
+
+  operator contract::Answer() const { return {name, device, subDevice, obc, hex[0]}; }
+};
+
+/// The first result for a signal of single and repeat part (counts in bursts). `context` holds the
+/// resume state of successive calls.
+inline Result call(std::vector<int> durations, int carrier, int singleCount, int repeatCount,
+                   std::array<unsigned, 16>* context = nullptr) {
+  std::array<unsigned, 16> fresh{};
+  std::array<char, 256> protocol{};
+  std::array<char, 256> misc{};
+  std::array<char, 256> error{};
+  Result result;
+  _DecodeIR((context != nullptr ? *context : fresh).data(), durations.data(), carrier, singleCount,
+            repeatCount, protocol.data(), &result.device, &result.subDevice, &result.obc,
+            result.hex.data(), misc.data(), error.data());
+  result.name = protocol.data();
+  result.misc = misc.data();
+  result.error = error.data();
+  return result;
+}
+
+/// A single frame without final space, or a signal of frames with their gaps.
+inline Result call(std::vector<int> durations, int carrier = kCarrier) {
+  if (durations.size() % 2 == 1) durations.push_back(50);
+  const int bursts = static_cast<int>(durations.size() / 2);
+  return call(std::move(durations), carrier, bursts, 0);
+}
+
+/// A sample of the contract.
+inline Result call(const contract::Sample& sample) {
+  std::vector<int> durations = sample.durations;
+  if (durations.size() % 2 == 1) durations.push_back(50);
+  return call(std::move(durations), sample.carrier, sample.singleCount, sample.repeatCount);
+}
+
+}  // namespace decode_ir
