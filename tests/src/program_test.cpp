@@ -1,0 +1,216 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The program itself: how it is started, what it prints where, and how it ends.
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include "tests/support/capture.h"
+#include "tests/support/process.h"
+#include "version_info.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+const std::string kVersionLine = std::string(kVersionText) + "\n";
+const std::string kCleanup = "\nCleaning up....\n";
+
+using words = std::vector<std::string>;
+
+class Program : public testing::Test {
+ protected:
+  Program() {
+    folder_ = fs::temp_directory_path() / ("vantrel-test-" + std::to_string(getpid()));
+    fs::create_directory(folder_);
+  }
+  ~Program() override { fs::remove_all(folder_); }
+
+  static process_options with(words arguments) {
+    arguments.insert(arguments.begin(), VANTREL_PROGRAM);
+    return {.argv = std::move(arguments)};
+  }
+
+  /// Expects a result; line numbers in messages are "#".
+  static void expect(const process_options& options, const process_result& expected,
+                     const std::string& input = {}) {
+    const process_result result = run_process(options, input);
+    const std::string title = testing::PrintToString(options.argv);
+    EXPECT_EQ(result.out, expected.out) << title;
+    EXPECT_EQ(without_line_numbers(result.err), expected.err) << title;
+    EXPECT_EQ(result.status, expected.status) << title;
+  }
+
+  std::string file(const std::string& name, const std::string& text) {
+    std::ofstream(folder_ / name) << text;
+    return folder_ / name;
+  }
+
+  fs::path folder_;
+};
+
+TEST_F(Program, RunsTheCommandsOfItsArguments) {
+  const std::string help_version =
+      "Help for `version' command:\n"
+      "usage: version\n"
+      "OPTIONS:\n"
+      "  -p, --pretty         print version with context\n"
+      "  -d, --date           print build date\n"
+      "  -b, --branch         show the SCM branch\n";
+  const std::string dated =
+      std::string("Build Date: ") + kBuildDate + "\nVersion:    " + kVersionText;
+  expect(with({"version"}), {kVersionLine, "", 0});
+  expect(with({"version", "--pretty", "help", "version"}),
+         {"Version: " + kVersionLine + help_version, "", 0});
+  expect(with({"version", "-dp", "version", "--branch", "--date"}),
+         {dated + "\n" + dated + " (" + kScmBranch + ")\n", "", 0});
+  expect(with({"version", "-b", "nothing"}),
+         {std::string(kVersionText) + " (" + kScmBranch + ")\n",
+          "[E] lib/libcmds/cmds run_cmds(#): could not find command 'nothing'\n", 1});
+  expect(with({""}), {"", "[E] lib/libcmds/cmds run_cmds(#): could not find command ''\n", 1});
+}
+
+TEST_F(Program, IsTheCommandThatItsNameSays) {
+  const auto started_as = [](std::string name, words arguments = {}) {
+    arguments.insert(arguments.begin(), std::move(name));
+    return process_options{.argv = std::move(arguments), .file = VANTREL_PROGRAM};
+  };
+  expect(started_as("/anywhere/version", {"--pretty", "nothing"}),
+         {"Version: " + kVersionLine, "", 0});
+  expect(started_as("version/", {}), {kVersionLine, "", 0});
+  expect(started_as("help", {"nothing"}),
+         {"", "[E] lib/libcmds/cmds help(#): help: command `nothing' not found.\n", 1});
+  for (const char* name : {"Vantrel", "nothing"}) {
+    expect(started_as(name, {"version"}),
+           {"",
+            "[E] lib/libcmds/cmds run_cmd(#): could not find command '" + std::string(name) + "'\n",
+            1});
+  }
+  expect(started_as(""), {"", "[E] lib/libcmds/cmds run_cmd(#): could not find command '.'\n", 1});
+}
+
+TEST_F(Program, ABareStartShowsVersionAndCommands) {
+  const process_result list = run_process(with({"help"}));
+  EXPECT_EQ(list.out.substr(0, 10), "Commands:\n");
+  expect(with({}), {"Version: " + kVersionLine + list.out, "", 0});
+  expect({.argv = {"./dir/vantrel"}, .file = VANTREL_PROGRAM},
+         {"Version: " + kVersionLine + list.out, "", 0});
+}
+
+TEST_F(Program, DebugChoosesTheMessages) {
+  const std::string warning =
+      "[W] lib/libcmds/cmds handle_shortopt(#): `version' doesn't take '-z' option\n";
+  process_options options = with({"version", "-z"});
+  expect(options, {kVersionLine, "", 0});
+  for (const char* setting : {"DEBUG=", "DEBUG=1", "DEBUG=TRUE", "DEBUG=true"}) {
+    options.env = {setting};
+    expect(options, {kVersionLine, warning, 0});
+  }
+}
+
+TEST_F(Program, FailsWhenItsOutputGoesNowhere) {
+  const std::string message = "[E] close_stdout(#): could not write to standard output: ";
+  process_options options = with({"version"});
+  options.stdout_file = "/dev/full";
+  expect(options, {"", message + "No space left on device\n", 1});
+  options = with({"version"});
+  options.closed = {1};
+  expect(options, {"", message + "Bad file descriptor\n", 1});
+  options.closed = {0, 1, 2};
+  expect(options, {"", "", 1});
+  // More than a buffer: the failure comes early, and only once.
+  options = with({"script", "-"});
+  options.stdout_file = "/dev/full";
+  std::string many;
+  for (int i = 0; i < 500; i++) many += "help\n";
+  expect(options, {"", message + "Input/output error\n", 1}, many);
+}
+
+TEST_F(Program, ScriptsRunLineByLine) {
+  const std::string script_failed = "[E] script_handler(#): script: an error occured with line #";
+  const std::string not_found = "[E] lib/libcmds/cmds run_cmd(#): could not find command '";
+  expect(with({"script"}), {"", "[E] script_handler(#): script: no file specified\n", 1});
+  expect(with({"script", folder_ / "missing"}),
+         {"", "could not open script file: No such file or directory\n", 1});
+  expect(with({"script", folder_, "version"}), {kVersionLine, "", 0});  // a folder reads as empty
+  expect(with({"script", file("comments", "# version\n\n#\r\n\r\n"), "version"}),
+         {kVersionLine, "", 0});
+  expect(with({"script", file("third", "version\nversion -p\n nothing\nversion\n"), "version"}),
+         {kVersionLine + "Version: " + kVersionLine,
+          not_found + "nothing'\n" + script_failed + "3\n", 1});
+  expect(with({"script", file("blank", "\n #\n")}),
+         {"", not_found + "#'\n" + script_failed + "2\n", 1});
+  expect(with({"script", "-", "version"}), {kVersionLine + kVersionLine, "", 0}, "version");
+  expect(with({"script", "-"}), {"", "", 0});
+}
+
+TEST_F(Program, ScriptsSurviveAnyBytes) {
+  const std::string not_found = "[E] lib/libcmds/cmds run_cmd(#): could not find command '";
+  const std::string line_1 = "[E] script_handler(#): script: an error occured with line #1\n";
+  expect(with({"script", "-"}), {"", not_found + std::string(1023, 'x') + "'\n" + line_1, 1},
+         std::string(10'000'000, 'x'));
+  expect(with({"script", "-"}), {kVersionLine, "", 0}, std::string("version\0 -p\n", 12));
+  expect(with({"script", "-"}),
+         {"", "[E] lib/libcmds/cmds run_cmd_line(#): command line empty\n" + line_1, 1},
+         std::string("\0version\n", 9));
+  // A script that runs itself ends.
+  const std::string self = file("self", "");
+  file("self", "script " + self + "\n");
+  const process_result result = run_process(with({"script", self}));
+  EXPECT_EQ(without_line_numbers(result.err).substr(0, 73),
+            "[E] lib/libcmds/cmds run_cmd_line(#): command lines nested too deeply\n[E]");
+  EXPECT_EQ(result.status, 1);
+}
+
+TEST_F(Program, TheShellGoesOnAfterFailures) {
+  expect(with({"shell", "version"}),
+         {"vantrel $ version\n" + kVersionLine +
+              "vantrel $ nothing\nvantrel $ \nvantrel $  \nvantrel $ \n" + kVersionLine,
+          "[E] lib/libcmds/cmds run_cmd(#): could not find command 'nothing'\n"
+          "[E] lib/libcmds/cmds run_cmd_line(#): command line empty\n",
+          0},
+         "version\nnothing\n\n \n");
+}
+
+TEST_F(Program, AnInterruptKeepsWhatWasPrinted) {
+  process_options options = with({"script", "-"});
+  options.env = {"DEBUG=1"};
+  process waiting(options);
+  waiting.send("version -z\n#");
+  ASSERT_TRUE(waiting.wait_for("'-z' option\n"));
+  waiting.signal(SIGINT);  // it prints the version now, or has printed it and waits for a line
+  const process_result result = waiting.finish();
+  EXPECT_EQ(result.out, kVersionLine + kCleanup);
+  EXPECT_EQ(result.status, 1);
+}
+
+TEST_F(Program, AnInterruptEndsAStuckProgram) {
+  process stuck(with({"script", "-"}));
+  std::string many;
+  for (int i = 0; i < 5000; i++) many += "help\n";
+  stuck.send(many);
+  ASSERT_TRUE(stuck.wait_for("Commands:"));
+  usleep(200000);  // nobody reads on: the pipe fills up and the program cannot go to its next line
+  stuck.signal(SIGINT);
+  const process_result result = stuck.finish(false);
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(result.err, "");
+}
+
+TEST_F(Program, AnInterruptLeavesTheTerminalAsItWas) {
+  process_options options = with({"shell"});
+  options.terminal = true;
+  options.env = {"TERM=xterm"};
+  process shell(options);
+  ASSERT_TRUE(shell.wait_for("vantrel $ "));
+  EXPECT_FALSE(shell.terminal_echoes());
+  shell.signal(SIGINT);
+  ASSERT_TRUE(shell.wait_for("Cleaning up....\r\n"));
+  EXPECT_TRUE(shell.terminal_echoes());
+  EXPECT_EQ(shell.finish().status, 1);
+}
+
+}  // namespace
