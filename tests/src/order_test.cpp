@@ -14,7 +14,8 @@ TEST(Order, CommandsAreSortedByName) {
   for (list_head* node = registered_cmds.next; node != &registered_cmds; node = node->next) {
     names.emplace_back(list_record<cmd_mgr>(node)->cmd->name);
   }
-  const std::vector<std::string> expected = {"help", "script", "shell", "version"};
+  const std::vector<std::string> expected = {"decode", "help",  "listen", "script",
+                                             "sendir", "shell", "version"};
   EXPECT_EQ(names, expected);
 }
 

@@ -105,10 +105,14 @@ TEST_F(Program, DebugChoosesTheMessages) {
       "[W] lib/libcmds/cmds handle_shortopt(#): `version' doesn't take '-z' option\n";
   process_options options = with({"version", "-z"});
   expect(options, {kVersionLine, "", 0});
-  for (const char* setting : {"DEBUG=", "DEBUG=1", "DEBUG=TRUE", "DEBUG=true"}) {
+  for (const char* setting : {"DEBUG=", "DEBUG=1", "DEBUG=TRUE"}) {
     options.env = {setting};
     expect(options, {kVersionLine, warning, 0});
   }
+  options.env = {"DEBUG=true"};
+  const std::string everything = without_line_numbers(run_process(options).err);
+  EXPECT_EQ(everything.substr(0, 4), "[I] ");  // the search for the device
+  EXPECT_NE(everything.find("\n" + warning), std::string::npos) << everything;
 }
 
 TEST_F(Program, FailsWhenItsOutputGoesNowhere) {
