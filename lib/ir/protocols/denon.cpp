@@ -12,7 +12,7 @@
 //               v  00 and 11 Denon, 01 and 10 Sharp
 // Check       the number of bits
 // Scancode    device in bits 8-12, command in 0-7; a hash of the frame stands beside it
-// Sample      device 0x1C, command 0xFF, bits 00: "DENON{1}", scancode 0x000007FF
+// Sample      device 0x0C, command 0x0F, bits 00: "DENON{1}", scancode 0x0000180F
 #include <cstdio>
 
 #include "lib/ir/ir_hash.h"
@@ -68,8 +68,8 @@ int ir_denon_decode(ir_t* event, ir_prot* p) {
   const uint32_t bits = gather_bits(*event);
   const variant& found = kVariants[bits & 3];
   const uint32_t command = reverse8(bits >> 2);
-  // The 7 bits from bit 8 on are reversed as a byte, which leaves the device one place too high
-  // with its last bit cut off and a command bit below it; kept for the codes already in use.
+  // The device's 5 bits are reversed in a byte of which only 7 bits are filled, so they end up one
+  // place too high and lose the highest; kept, because codes in use were learned that way.
   const uint32_t device = reverse8(bits >> 8) & 0x1FU;
   p->protocol = found.protocol;
   p->scancode = device << 8 | (found.complemented ? ~command & 0xFF : command);

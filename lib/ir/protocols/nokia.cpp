@@ -6,12 +6,15 @@
 //             (mark and space together are read: 272 + 169 * symbol, rounded down)
 // Data        most significant bit first
 //
-//               cccccccc dddd                         12 bits
-//               cccccccc dddddddd ssssssss            24 bits
+//               dddd cccccccc                         12 bits
+//               dddddddd ssssssss cccccccc            24 bits
 //               dddddddd ssssssss t xxxxxxx cccccccc  32 bits
 //
-//               c  command      d  device       s  subdevice
+//               d  device
+//               s  subdevice
+//               c  command
 //               t  toggle, left out of the scancode
+//               x  free
 // Check       the number of bits; other frames are reported with a hash as "NOKIA-??"
 // Scancode    the bits as gathered
 // Sample      12 bits 0xA53: a frame of 15 durations, scancode 0x00000A53

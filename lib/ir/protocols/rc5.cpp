@@ -6,7 +6,7 @@
 // Data        most significant bit first; the decoder seeds the two start bits
 //
 //               1 1 t aaaaa cccccc           RC5
-//               1 1 t aaaaaaa cccccc         RC5-SZ
+//               1 1 t aaaaa ccccccc          RC5-SZ
 //               1 1 t aaaaa cccccc dddddd    RC5X
 //
 //               t  toggle, changes with every key press
@@ -14,7 +14,9 @@
 //               c  command
 //               d  data
 // Check       the number of bits
-// Scancode    address in bits 8-12, command in 0-5 (RC5); RC5-SZ as gathered without the toggle
+// Scancode    RC5: address in bits 8-12, command in 0-5
+//             RC5-SZ: the bits as gathered, the second start bit on top, without the toggle
+//             RC5X: address in bits 16-20, command in 8-13, data in 0-5
 // Sample      address 5, command 53: scancode 0x00000535
 #include "lib/ir/protocols.h"
 #include "lib/libutil/startup.h"

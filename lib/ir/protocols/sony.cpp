@@ -24,8 +24,8 @@ namespace {
 constexpr unsigned kFirstBitMark = 2;
 constexpr uint16_t kLongestZeroUs = 900;
 
-// The last bit is moved up as well when the frame has no final space, and so reads as 0 one
-// place too high: callers that stored such codes rely on it.
+// Without a final space the frame ends before its last bit is looked at, which then reads as 0;
+// kept, because codes in use were learned that way.
 uint32_t gather_bits(const ir_t& event) {
   uint32_t bits = 0;
   for (unsigned i = kFirstBitMark; i + 1 < event.count; i += 2) {

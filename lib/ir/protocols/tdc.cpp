@@ -2,7 +2,7 @@
 // TDC, as set-top boxes of one operator use it.
 //
 // Modulation  bi-phase, 36 kHz
-// Timings     half bit 315 µs
+// Timings     half bit 315 µs; the first mark is the second half of a start bit 0
 // Data        17 bits, most significant bit first
 //
 //               ccccc sssss fffffff

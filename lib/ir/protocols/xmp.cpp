@@ -5,13 +5,19 @@
 // Timings     mark 210 µs, mark and space together 835 + 136 * nibble; the halves 13.8 ms apart
 // Data        the halves, their nibbles in wire order
 //
-//               SCST OODD    SCsTs FFFF is drawn below by number
-//               N0 sub  N1 check  N2 sub  N3 toggle  N4 N5 maker  N6 N7 device
-//               N8 sub  N9 check  N10 toggle  N11 sub  N12 N13 N14 N15 function
+//               s k s 1 m m d d   s k t s f f f f     one letter per nibble, most significant first
+//
+//               s  subaddress
+//               k  check
+//               1  always 15
+//               m  maker
+//               d  device
+//               t  toggle
+//               f  function
 // Check       the nibbles of each half add up to 0 modulo 16; the subaddress of both halves is
 //             the same; the maker is 0x44. A frame that fails is reported all the same.
-// Scancode    device, subaddress, N12 N13, N14 N15
-// Sample      sub 0x1F, maker 0x44, device 0x15, function 0x1200: scancode 0x151F1200
+// Scancode    d d s s f f f f
+// Sample      subaddress 0x1F, device 0x15, function 0x1200: scancode 0x151F1200
 #include <array>
 
 #include "lib/ir/protocols.h"

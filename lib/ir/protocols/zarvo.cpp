@@ -4,17 +4,18 @@
 // Modulation  pulse distance, then bi-phase, 36 kHz
 // Timings     lead 4900 µs; mark 840, space 840 = 1, 1680 = 0; a second lead mark of 4480; then
 //             half bits of 840
-// Data        7 bits, then 11 bi-phase bits, most significant bit first
+// Data        7 bits, one told by the space that follows them, 11 bi-phase bits; most significant
+//             bit first
 //
-//               iiiiiii [i] ii dddd x ... ffffffff is read as one value of 20 bits:
-//               iiiiiiii dddd xxxx ffffffff from bit 19 down
+//               iiiiiii 0 p ppp cccccccc
 //
-//               i  remote's id
-//               d  device profile
-//               f  command
+//               i  the remote's id; shown as a byte, the 0 with it
+//               p  device profile; its first bit is 1 when the space before the second lead is
+//                  longer than 4900
+//               c  command
 // Check       none
-// Scancode    the value
-// Sample      see the tests: id 0x2A, profile 1 (Plex), command 0x35
+// Scancode    the 20 bits
+// Sample      id 0x54, profile 1 (Plex), command 0x35: scancode 0x00054135
 #include <array>
 #include <cstdio>
 
