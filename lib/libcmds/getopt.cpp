@@ -44,7 +44,7 @@ void handle_shortopt(const cmd* cmd_entry, dictionary* opts, const char* word) {
     if (opt != nullptr) {
       addopt(opts, opt, nullptr);
     } else {
-      _log(2, "[W] %s %s(%d): `%s' doesn't take '-%c' option\n", kModule, __func__, __LINE__,
+      _log(2, "[W] %s %s(%d): `%s' doesn not take '-%c' option\n", kModule, __func__, __LINE__,
            cmd_entry->name, *letter);
     }
   }

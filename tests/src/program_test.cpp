@@ -102,7 +102,7 @@ TEST_F(Program, ABareStartShowsVersionAndCommands) {
 
 TEST_F(Program, DebugChoosesTheMessages) {
   const std::string warning =
-      "[W] lib/libcmds/cmds handle_shortopt(#): `version' doesn't take '-z' option\n";
+      "[W] lib/libcmds/cmds handle_shortopt(#): `version' doesn not take '-z' option\n";
   process_options options = with({"version", "-z"});
   expect(options, {kVersionLine, "", 0});
   for (const char* setting : {"DEBUG=", "DEBUG=1", "DEBUG=TRUE"}) {

@@ -121,7 +121,7 @@ TEST_F(Commands, AFailureStopsTheRest) {
 
 TEST_F(Commands, OptionsStandBetweenCommandAndArguments) {
   const std::string no_long = kWarn + "handle_longopt(#): `probe' doesn not take '";
-  const std::string no_short = kWarn + "handle_shortopt(#): `probe' doesn't take '";
+  const std::string no_short = kWarn + "handle_shortopt(#): `probe' doesn not take '";
   const struct {
     std::vector<const char*> words;
     unsigned cursor;
