@@ -60,15 +60,16 @@ version_t query_version(transport::dev_t* dev) {
   return parse_version(reply.data());
 }
 
-/// Sends the bytes in as many commands as they need.
-int upload(transport::dev_t* dev, const char* cmd, std::span<const uint8_t> bytes) {
+/// Sends the bytes in as many commands as they need. `caller` names the function in the message.
+int upload(transport::dev_t* dev, const char* cmd, std::span<const uint8_t> bytes,
+           const char* caller) {
   long_command argument{};
   while (!bytes.empty()) {
     const size_t size = std::min(bytes.size(), transport::kCmdDataSize);
     std::copy_n(bytes.begin(), size, argument.begin());
     // What a short last chunk leaves behind it is not cleared: the device knows the length.
     if (dev_send_cmd(dev, cmd, argument.data(), kLongCommand) < 0) {
-      _log(1, "[E] %s(%d): error sending data, ceck device log\n", __func__, __LINE__);
+      _log(1, "[E] %s(%d): error sending data, ceck device log\n", caller, __LINE__);
       return -1;
     }
     bytes = bytes.subspan(size);
@@ -178,7 +179,7 @@ int zv_rb_wake_sig(transport::dev_t* dev, const uint16_t* buf, uint8_t len) {
   if (dev_send_cmd(dev, "rbsetlen", header.data(), kLongCommand) < 0) return -1;
   // Counted in 8 bits: the device has no room for 128 entries or more.
   const auto size = static_cast<uint8_t>(sizeof(uint16_t) * len);
-  return upload(dev, "rbwakesig", {reinterpret_cast<const uint8_t*>(buf), size});
+  return upload(dev, "rbwakesig", {reinterpret_cast<const uint8_t*>(buf), size}, __func__);
 }
 
 int zv_transmit_raw(transport::dev_t* dev, const uint16_t* buf, uint16_t len, uint16_t ik,
@@ -189,7 +190,7 @@ int zv_transmit_raw(transport::dev_t* dev, const uint16_t* buf, uint16_t len, ui
   header[4] = repeat;
   if (dev_send_cmd(dev, "irtranset", header.data(), kLongCommand) < 0) return -1;
   const auto size = static_cast<uint16_t>(sizeof(uint16_t) * len);
-  return upload(dev, "irtransraw", {reinterpret_cast<const uint8_t*>(buf), size});
+  return upload(dev, "irtransraw", {reinterpret_cast<const uint8_t*>(buf), size}, __func__);
 }
 
 int zv_transmit_kill(transport::dev_t* dev) {
