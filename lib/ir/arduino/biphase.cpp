@@ -34,9 +34,13 @@ fit fit_units(std::span<const uint16_t> durations, double unit_us, const fit& gu
       mark_units += n;
     }
   }
-  if (all_units == 0) return {0, 0};
+  if (all_units == 0) return {};
   const double scale = total / (all_units * unit_us);
   return {scale, (marks - scale * mark_units * unit_us) / (double(count) / 2)};
+}
+
+bool scale_is_plausible(const fit& found) {
+  return found.scale >= kScaleLow && found.scale <= kScaleHigh;
 }
 
 }  // namespace
@@ -45,8 +49,9 @@ bool read_units(const biphase& code, std::span<const uint16_t> durations, unit_l
                 fit& found) {
   // Most signals are read right at once; the second pass is for those that are stretched.
   found = fit_units(durations, code.unit_us, {1.0, 0.0});
+  if (!scale_is_plausible(found)) return false;
   found = fit_units(durations, code.unit_us, found);
-  if (found.scale < kScaleLow || found.scale > kScaleHigh) return false;
+  if (!scale_is_plausible(found)) return false;
   if (found.stretch_us < code.stretch_low_us || found.stretch_us > code.stretch_high_us) {
     return false;
   }

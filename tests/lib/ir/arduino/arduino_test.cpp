@@ -53,7 +53,7 @@ TEST(ArduinoDecode, SaysNothingToShortPatterns) {
 TEST(ArduinoDecode, HoldsTwoHundredDurations) {
   const std::vector<int> pattern(256, 560);
   EXPECT_NE(decode(pattern, 200).lines, "");
-  for (const size_t len : {201, 256}) {
+  for (const size_t len : {size_t{201}, size_t{256}}) {
     const Output output = decode(pattern, len);
     EXPECT_EQ(output.lines, "");
     EXPECT_EQ(output.log.find("[E] arduino_decode("), 0U);

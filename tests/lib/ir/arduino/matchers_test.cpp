@@ -196,6 +196,7 @@ TEST(Matchers, RefuseFramesWhoseChecksFail) {
       {"JVC with the unit of NEC", sent("Dgtec", {{"D", 1}, {"F", 2}})},
       {"NEC repeat with the space of a frame", {9000, 4500, 560, 560, 560, 560, 560}},
       {"lamp", Durations(67, 300)},
+      {"nothing but zeros", Durations(23, 0)},
   };
   for (const auto& [what, frame] : cases) {
     EXPECT_EQ(type_of(frame), "UNKNOWN") << what << ": " << irp::csv(frame);
