@@ -20,8 +20,9 @@ namespace {
 constexpr int kTimingLevel = 1;
 constexpr int kCheckedLevel = 2;
 constexpr int kFewestCheckBits = 4;
-// One symbol out of line is a guessed bit, a lead-in out of line proves less: both need checks.
-constexpr int kOddCheckBits = 8;
+// With a symbol or the lead-in out of line the timing proves less; checks have to make up for it.
+constexpr int kUnevenCheckBits = 8;
+constexpr int kMostRough = 1;
 
 /// What a frame without data says about a held key.
 struct lone_ditto {
@@ -65,8 +66,11 @@ bool Signal::gapRow() {
       fits = gap::slice(wire, frame_, &frame.wire);
     }
     if (!fits) continue;
-    if ((frame.wire.odd_symbol || frame.wire.odd_lead) && redundancy < kOddCheckBits) continue;
     frame.from = row;
+    const int guessed = frame.wire.guessed;
+    const bool uneven = guessed >= 0 || frame.wire.uneven || frame.wire.rough > kMostRough;
+    if (uneven && redundancy < kUnevenCheckBits) continue;
+    if (guessed >= 0 && !frame.vouched(guessed)) continue;
     gap::answer found;
     if (!gap::checks_hold(frame) || !gap::read_row(frame, &found)) continue;
     if (row->repeat != nullptr) countDittos(wire, *row->repeat, frame.wire.scale, frame.wire.bias);

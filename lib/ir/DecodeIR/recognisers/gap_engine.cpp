@@ -14,15 +14,24 @@ constexpr float kRoughTolerance = 0.28F;
 // the edges' jitter, at most a part of the difference between the two symbols.
 constexpr float kSymbolTolerance = 0.045F;
 constexpr float kSymbolJitterUs = 60;
+// The bounds for a frame without checks, which has to be cleaner.
+constexpr float kStrictTolerance = 0.025F;
+constexpr float kStrictJitterUs = 50;
+// A symbol out of line is not read at all beyond this part of its nominal length.
+constexpr float kGuessRange = 0.45F;
 constexpr float kSymbolShare = 0.3F;
+// The mean lengths of the two symbols have to tell the same clock.
+constexpr float kClockTolerance = 0.07F;
+constexpr float kClockJitterUs = 25;
 // Marks against their mean.
 constexpr float kMarkTolerance = 0.15F;
 constexpr float kMarkJitterUs = 45;
 constexpr float kJitterShare = 0.25F;  // jitter of short marks, as a part of the mark
+constexpr float kOddMarkRange = 0.6F;
 constexpr float kShortestMarkPart = 0.35F;
 constexpr float kLongestBiasUs = 220;
 constexpr float kLeastBiasUs = -200;
-constexpr float kLongestBiasMark = 0.9F;  // of the mark
+constexpr float kLongestBiasMark = 0.9F;   // of the mark
 constexpr float kLongestBiasPart = 0.75F;  // of the shortest space
 constexpr float kLongestStopPart = 2.6F;   // of a mark
 // Lead-in and split bursts.
@@ -84,20 +93,27 @@ class slicing {
       if (one) out_.bits |= uint64_t{1} << bit;
       ++bit;
       if (!near(found, nominal, kRoughTolerance * nominal)) {
-        out_.odd_symbol = true;
-        if (++odd_ > kMostOdd) return false;
+        out_.guessed = bit - 1;
+        if (++odd_ > kMostOdd || !near(found, nominal, kGuessRange * nominal)) return false;
         odd_at_ = i;
         continue;
       }
-      nominal_sum_ += nominal;
-      found_sum_ += found;
+      const auto symbol = static_cast<size_t>(one);
+      nominal_sum_[symbol] += nominal;
+      found_sum_[symbol] += found;
     }
-    return nominal_sum_ > 0;
+    return true;
   }
 
   bool clock() {
-    out_.scale = found_sum_ / nominal_sum_;
-    return out_.scale >= wire_.fastest && out_.scale <= wire_.slowest;
+    const float nominal = nominal_sum_[0] + nominal_sum_[1];
+    if (nominal <= 0) return false;
+    out_.scale = (found_sum_[0] + found_sum_[1]) / nominal;
+    if (out_.scale < wire_.fastest || out_.scale > wire_.slowest) return false;
+    if (nominal_sum_[0] <= 0 || nominal_sum_[1] <= 0) return true;
+    const float difference = found_sum_[0] / nominal_sum_[0] - found_sum_[1] / nominal_sum_[1];
+    const float jitter = std::min(kClockJitterUs, mark_) / std::min(zero_, one_);
+    return near(difference, 0, kClockTolerance + jitter);
   }
 
   bool symbolsFit() {
@@ -109,8 +125,10 @@ class slicing {
       if (i == odd_at_) continue;
       const float tolerance =
           std::min(most, kSymbolTolerance * nominal + std::min(kSymbolJitterUs, mark_));
-      if (near(length(data_ + 2 * i), nominal, tolerance)) continue;
-      out_.odd_symbol = true;
+      const float off = std::fabs(length(data_ + 2 * i) - nominal);
+      if (off > kStrictTolerance * nominal + std::min(kStrictJitterUs, mark_)) ++out_.rough;
+      if (off <= tolerance) continue;
+      out_.uneven = true;
       odd_at_ = i;
       if (++odd_ > kMostOdd) return false;
     }
@@ -139,9 +157,20 @@ class slicing {
     mark_tolerance_ = kMarkTolerance * nominal + std::min(kMarkJitterUs, kJitterShare * nominal);
     for (int i = 0; i < bursts_; ++i) {
       if (i == wire_.split.at || i == odd_at_) continue;
-      if (!near(data_[2 * i], mean, mark_tolerance_) && ++odd_ > kMostOdd) return false;
+      if (near(data_[2 * i], mean, mark_tolerance_)) continue;
+      if (++odd_ > kMostOdd || !near(data_[2 * i], mean, kOddMarkRange * nominal)) return false;
     }
-    return true;
+    return odd_at_ < 0 || oddSymbolFits(mean);
+  }
+
+  /// Of the symbol out of line either the mark or the space is whole.
+  bool oddSymbolFits(float mean) const {
+    const float* const burst = data_ + 2 * odd_at_;
+    const auto fits = [&](float symbol) {
+      const float space = symbol * out_.scale - mean;
+      return near(burst[1], space, mark_tolerance_ + kSymbolTolerance * space);
+    };
+    return near(burst[0], mean, mark_tolerance_) || fits(zero_) || fits(one_);
   }
 
   bool leadFits() {
@@ -153,7 +182,7 @@ class slicing {
     if (total_fits && near(frame_[0], on + out_.bias, kLeadMarkTolerance * on + jitter))
       return true;
     // The receiver's gain settles during the first mark: forgive one of the two durations.
-    out_.odd_lead = true;
+    out_.uneven = true;
     const bool on_fits = near(frame_[0], on + out_.bias, kLeadMarkTolerance * on + jitter);
     const bool off_fits = near(frame_[1], off - out_.bias, kLeadTolerance * off + jitter);
     return (total_fits || on_fits || off_fits) && near(frame_[0], on, kOddLeadRange * on) &&
@@ -183,8 +212,8 @@ class slicing {
   int bursts_;         // data bursts, the split included
   sliced& out_;
   float mark_, zero_, one_;  // nominal lengths in µs; those of the symbols with their spaces
-  float nominal_sum_ = 0;
-  float found_sum_ = 0;
+  std::array<float, 2> nominal_sum_{};  // µs in all zeros and all ones
+  std::array<float, 2> found_sum_{};
   float mark_tolerance_ = 0;
   int odd_ = 0;      // durations out of line
   int odd_at_ = -1;  // the symbol among them
@@ -207,6 +236,16 @@ unsigned bits_at(uint64_t bits, const field& where, bool msb) {
 
 unsigned reading::get(const field& where) const {
   return bits_at(wire.bits, where, from->msb);
+}
+
+bool reading::vouched(int bit) const {
+  if (from->check != nullptr || from->vets_bits) return true;
+  const auto within = [bit](int first, int width) { return bit >= first && bit < first + width; };
+  return std::any_of(std::begin(from->constants), std::end(from->constants),
+                     [&](const constant& fixed) { return within(fixed.first, fixed.width); }) ||
+         std::any_of(std::begin(from->mirrors), std::end(from->mirrors), [&](const mirror& twice) {
+           return within(twice.first, twice.width) || within(twice.second, twice.width);
+         });
 }
 
 bool checks_hold(const reading& frame) {

@@ -53,10 +53,11 @@ struct coding {
 /// A frame that fits a coding. Bit i of `bits` is the i-th symbol sent.
 struct sliced {
   uint64_t bits = 0;
-  float scale = 1;          // the remote's clock, as a part of the coding's unit
-  float bias = 0;           // µs that the receiver adds to a mark
-  bool odd_symbol = false;  // one symbol is out of line: its bit is a guess
-  bool odd_lead = false;    // the lead-in mark is out of line
+  float scale = 1;      // the remote's clock, as a part of the coding's unit
+  float bias = 0;       // µs that the receiver adds to a mark
+  int rough = 0;        // symbols beyond the bounds for frames without checks
+  bool uneven = false;  // the lead-in or a symbol is out of line
+  int guessed = -1;     // the symbol so far out of line that its bit is a guess; -1: none
 };
 
 /// Slices the bursts of `frame`, which number wire.bursts(). False when they don't fit.
@@ -117,6 +118,8 @@ struct reading {
   int carrier;  // Hz, 0 when not known
 
   [[nodiscard]] unsigned get(const field& where) const;
+  /// Whether a check of the row would notice that this bit is wrong.
+  [[nodiscard]] bool vouched(int bit) const;
 };
 
 /// What the bits of a coding mean.
@@ -132,6 +135,7 @@ struct row {
   bool (*check)(const reading&) = nullptr;
   /// Completes the answer where a row cannot say it; false refuses the frame.
   bool (*finish)(const reading&, answer*) = nullptr;
+  bool vets_bits = false;  // finish refuses a guessed bit where nothing vouches for it
   extra extras[2] = {};
   const ditto* repeat = nullptr;
   bool variant = false;

@@ -20,6 +20,7 @@ constexpr coding kKeeprite{570, {16, 8}, 1, 1, 3, 35};
 constexpr coding kAnthem{605, {8000 / 605.0F, 4000 / 605.0F}, 1, 1, 3, 32};
 constexpr coding kAkord{477, {18, 8}, 1, 1, 2, 32};
 constexpr coding kLg{560, {15.2F, 7.6F}, 1, 1, 3, 28};
+constexpr coding kLgFast{512, {17, 8}, 1, 1, 3, 28};
 constexpr coding kLgShortLead{500, {6.4F, 19.5F}, 1, 1, 3, 28};
 constexpr coding kCoolix{554, {8, 8}, 1, 1, 3, 48};
 constexpr coding kJvc{.unit = 527,
@@ -28,7 +29,7 @@ constexpr coding kJvc{.unit = 527,
                       .zero = 1,
                       .one = 3,
                       .bits = 16,
-                      .fastest = 0.93F,
+                      .fastest = 0.945F,
                       .slowest = 1.04F};
 constexpr coding kJvcRepeat{.unit = 527,
                             .mark = 1,
@@ -36,11 +37,27 @@ constexpr coding kJvcRepeat{.unit = 527,
                             .one = 3,
                             .bits = 16,
                             .min_before = 9000,
-                            .fastest = 0.93F,
+                            .fastest = 0.945F,
                             .slowest = 1.04F};
-constexpr coding kProton{500, {16, 8}, 1, 1, 3, 16, {8, {1, 8}}};
+constexpr coding kProton{.unit = 500,
+                         .lead = {16, 8},
+                         .mark = 1,
+                         .zero = 1,
+                         .one = 3,
+                         .bits = 16,
+                         .split = {8, {1, 8}},
+                         .fastest = 0.93F,
+                         .slowest = 1.11F};
 constexpr coding kBose{500, {2, 3}, 1, 1, 3, 16};
-constexpr coding kKonka{500, {6, 6}, 1, 3, 5, 16, {16, {1, 8}}};
+constexpr coding kKonka{.unit = 500,
+                        .lead = {6, 6},
+                        .mark = 1,
+                        .zero = 3,
+                        .one = 5,
+                        .bits = 16,
+                        .split = {16, {1, 8}},
+                        .fastest = 0.96F,
+                        .slowest = 1.04F};
 constexpr coding kBalboa{.unit = 500,
                          .lead = {9, 5},
                          .mark = 2,
@@ -51,14 +68,42 @@ constexpr coding kBalboa{.unit = 500,
                          .min_before = 4200};
 constexpr coding kAmazonFan{520, {9, 9}, 1, 3, 5, 33, {17, {9, 9}}};
 constexpr coding kGiCable{490, {18, 9}, 1, 4.5F, 9, 16};
-constexpr coding kGi4dtv{992, {5, 2}, 1, 1, 3, 12};
-constexpr coding kGiRg{1000, {5, 3}, 1, 1, 3, 16};
+constexpr coding kGi4dtv{.unit = 992,
+                         .lead = {5, 2},
+                         .mark = 1,
+                         .zero = 1,
+                         .one = 3,
+                         .bits = 12,
+                         .fastest = 0.95F,
+                         .slowest = 1.05F};
+constexpr coding kGiRg{.unit = 1000,
+                       .lead = {5, 3},
+                       .mark = 1,
+                       .zero = 1,
+                       .one = 3,
+                       .bits = 16,
+                       .fastest = 0.96F,
+                       .slowest = 1.04F};
 constexpr coding kEmerson{850, {4, 4}, 1, 1, 3, 24};
 constexpr coding kPanasonicOld{833, {4, 4}, 1, 1, 3, 22};
-constexpr coding kSamsung20{564, {8, 8}, 1, 1, 3, 20};
+constexpr coding kSamsung20{.unit = 564,
+                            .lead = {8, 8},
+                            .mark = 1,
+                            .zero = 1,
+                            .one = 3,
+                            .bits = 20,
+                            .fastest = 0.97F,
+                            .slowest = 1.03F};
 constexpr coding kSamsung36{560, {4500 / 560.0F, 4500 / 560.0F}, 1, 1, 3, 36, {16, {1, 9}}};
-constexpr coding kSamsungSmtG{497, {4497 / 497.0F, 4497 / 497.0F}, 1, 1, 3,
-                              36,  {16, {1, 4497 / 497.0F}}};
+constexpr coding kSamsungSmtG{.unit = 497,
+                              .lead = {4497 / 497.0F, 4497 / 497.0F},
+                              .mark = 1,
+                              .zero = 1,
+                              .one = 3,
+                              .bits = 36,
+                              .split = {16, {1, 4497 / 497.0F}},
+                              .fastest = 0.95F,
+                              .slowest = 1.05F};
 constexpr coding kKaseikyo{
     .unit = 425, .lead = {8, 4}, .mark = 1, .zero = 1, .one = 3, .bits = 48, .fastest = 0.87F};
 constexpr coding kKaseikyo56{
@@ -74,26 +119,78 @@ constexpr coding kRcaOld{.unit = 475,
                          .stop = 2,
                          .min_gap = 5500};
 constexpr coding kDigivision{182, {20, 10}, 3, 3, 6, 40, {24, {20, 10}}};
-constexpr coding kDyson{770, {3, 1}, 1, 1, 2, 15};
+constexpr coding kDyson{.unit = 770,
+                        .lead = {3, 1},
+                        .mark = 1,
+                        .zero = 1,
+                        .one = 2,
+                        .bits = 15,
+                        .fastest = 0.91F,
+                        .slowest = 1.04F};
 constexpr coding kLogitech{127, {31, 36}, 3, 4, 8, 24};
-constexpr coding kInterVideo{300, {10, 5}, 1, 1, 3, 17};
-constexpr coding kSim2{400, {6, 7}, 3, 3, 7, 16};
+constexpr coding kInterVideo{.unit = 300,
+                             .lead = {10, 5},
+                             .mark = 1,
+                             .zero = 1,
+                             .one = 3,
+                             .bits = 17,
+                             .fastest = 0.95F,
+                             .slowest = 1.05F};
+constexpr coding kSim2{.unit = 400,
+                       .lead = {6, 7},
+                       .mark = 3,
+                       .zero = 3,
+                       .one = 7,
+                       .bits = 16,
+                       .fastest = 0.95F,
+                       .slowest = 1.05F};
 constexpr coding kMetz19{106, {8, 22}, 4, 9, 16, 19};
-constexpr coding kWhynter{750, {}, 1, 1, 3, 33, {1, {4, 4}}};
+constexpr coding kWhynter{.unit = 750,
+                          .mark = 1,
+                          .zero = 1,
+                          .one = 3,
+                          .bits = 33,
+                          .split = {1, {4, 4}},
+                          .fastest = 0.96F,
+                          .slowest = 1.04F};
 constexpr coding kLego{.unit = 158,
                        .lead = {1, 6.5F},
                        .mark = 1,
                        .zero = 1.66F,
                        .one = 3.5F,
                        .bits = 16,
-                       .min_gap = 5000};
-constexpr coding kPaceMss{630, {1, 5}, 1, 7, 11, 10, {0, {1, 5}}};
+                       .min_gap = 5000,
+                       .fastest = 0.92F,
+                       .slowest = 1.08F};
+constexpr coding kPaceMss{.unit = 630,
+                          .lead = {1, 5},
+                          .mark = 1,
+                          .zero = 7,
+                          .one = 11,
+                          .bits = 10,
+                          .split = {0, {1, 5}},
+                          .fastest = 0.95F,
+                          .slowest = 1.05F};
 constexpr coding kBarco{10, {1, 25}, 1, 5, 15, 11, {11, {1, 25}}};
-constexpr coding kRevox{15, {1, 29}, 1, 9, 19, 11, {11, {1, 29}}};
+constexpr coding kRevox{.unit = 15,
+                        .lead = {1, 29},
+                        .mark = 1,
+                        .zero = 9,
+                        .one = 19,
+                        .bits = 11,
+                        .split = {11, {1, 29}},
+                        .slowest = 1.18F};
 // The gap of these two is as long as the lead-in's space: the stop mark of one frame is the
 // lead-in of the next, which then seems to begin without one.
-constexpr coding kDish{
-    .unit = 404, .lead = {1, 15}, .mark = 1, .zero = 7, .one = 4, .bits = 16, .min_gap = 5300};
+constexpr coding kDish{.unit = 404,
+                       .lead = {1, 15},
+                       .mark = 1,
+                       .zero = 7,
+                       .one = 4,
+                       .bits = 16,
+                       .min_gap = 5300,
+                       .fastest = 0.95F,
+                       .slowest = 1.04F};
 constexpr coding kDishNext{.unit = 404,
                            .mark = 1,
                            .zero = 7,
@@ -101,9 +198,19 @@ constexpr coding kDishNext{.unit = 404,
                            .bits = 16,
                            .min_gap = 5300,
                            .min_before = 5500,
-                           .max_before = 6600};
-constexpr coding kDishplayer{
-    .unit = 535, .lead = {1, 11}, .mark = 1, .zero = 5, .one = 3, .bits = 13, .min_gap = 5100};
+                           .max_before = 6600,
+                           .fastest = 0.95F,
+                           .slowest = 1.04F};
+constexpr coding kDishplayer{.unit = 535,
+                             .lead = {1, 11},
+                             .mark = 1,
+                             .zero = 5,
+                             .one = 3,
+                             .bits = 13,
+                             .min_gap = 5100,
+                             .fastest = 0.95F,
+                             .slowest = 1.04F,
+                             .shortest_mark = 455};
 constexpr coding kDishplayerNext{.unit = 535,
                                  .mark = 1,
                                  .zero = 5,
@@ -111,21 +218,26 @@ constexpr coding kDishplayerNext{.unit = 535,
                                  .bits = 13,
                                  .min_gap = 5100,
                                  .min_before = 5300,
-                                 .max_before = 6400};
+                                 .max_before = 6400,
+                                 .fastest = 0.95F,
+                                 .slowest = 1.04F};
 
 // Without a lead-in the gaps on both sides have to be real ones.
-constexpr coding leadless(float unit, float mark, float zero, float one, int bits, float gap) {
+constexpr coding leadless(float unit, float mark, float zero, float one, int bits, float gap,
+                          float range) {
   return {.unit = unit,
           .mark = mark,
           .zero = zero,
           .one = one,
           .bits = bits,
           .min_gap = gap,
-          .min_before = gap};
+          .min_before = gap,
+          .fastest = 1 - range,
+          .slowest = 1 + range};
 }
-constexpr coding kSharp = leadless(264, 1, 3, 7, 15, 12000);
-constexpr coding kSharpOld = leadless(264, 1, 3, 7, 12, 12000);
-constexpr coding kMitsubishi = leadless(300, 1, 3, 7, 16, 12000);
+constexpr coding kSharp = leadless(264, 1, 3, 7, 15, 12000, 0.08F);
+constexpr coding kSharpOld = leadless(264, 1, 3, 7, 12, 12000, 0.04F);
+constexpr coding kMitsubishi = leadless(300, 1, 3, 7, 16, 12000, 0.05F);
 // Alike but for the marks.
 constexpr coding kAkai{.unit = 289,
                        .mark = 1,
@@ -134,9 +246,9 @@ constexpr coding kAkai{.unit = 289,
                        .bits = 10,
                        .min_gap = 3600,
                        .min_before = 3600,
-                       .fastest = 0.94F,
-                       .slowest = 1.06F,
-                       .longest_mark = 447};
+                       .fastest = 0.93F,
+                       .slowest = 1.05F,
+                       .longest_mark = 414};
 constexpr coding kMatsui{.unit = 525,
                          .mark = 1,
                          .zero = 1,
@@ -144,10 +256,10 @@ constexpr coding kMatsui{.unit = 525,
                          .bits = 10,
                          .min_gap = 7000,
                          .min_before = 7000,
-                         .fastest = 0.94F,
-                         .slowest = 1.06F,
-                         .shortest_mark = 447};
-constexpr coding kThomson = leadless(505, 1, 4, 9, 12, 13000);
+                         .fastest = 0.95F,
+                         .slowest = 1.035F,
+                         .shortest_mark = 414};
+constexpr coding kThomson = leadless(505, 1, 4, 9, 12, 13000, 0.04F);
 constexpr coding kLumagen{.unit = 416,
                           .mark = 1,
                           .zero = 6,
@@ -155,17 +267,17 @@ constexpr coding kLumagen{.unit = 416,
                           .bits = 12,
                           .min_gap = 9500,
                           .min_before = 9500,
-                          .fastest = 0.95F,
-                          .slowest = 1.06F};
-constexpr coding kRecs80 = leadless(158, 1, 31, 47, 11, 15000);
-constexpr coding kRecs80Slow = leadless(180, 1, 31, 47, 11, 15000);
-constexpr coding kVelleman = leadless(700, 1, 5060 / 700.0F, 7590 / 700.0F, 11, 15000);
-constexpr coding kViewstar = leadless(337, 1, 8, 5, 5, 5000);
-constexpr coding kArcher = leadless(12, 1, 275, 4700 / 12.0F, 5, 9000);
-constexpr coding kJerrold = leadless(44, 1, 7500 / 44.0F, 11500 / 44.0F, 5, 18000);
-constexpr coding kPid0001 = leadless(24, 1, 9314 / 24.0F, 13486 / 24.0F, 5, 18000);
-constexpr coding kPid0004 = leadless(12, 1, 130 / 12.0F, 31, 6, 15000);
-constexpr coding kPid0083 = leadless(3000, 1, 3, 7, 10, 40000);
+                          .fastest = 0.97F,
+                          .slowest = 1.03F};
+constexpr coding kRecs80 = leadless(158, 1, 31, 47, 11, 15000, 0.03F);
+constexpr coding kRecs80Slow = leadless(180, 1, 31, 47, 11, 15000, 0.03F);
+constexpr coding kVelleman = leadless(700, 1, 5060 / 700.0F, 7590 / 700.0F, 11, 15000, 0.03F);
+constexpr coding kViewstar = leadless(337, 1, 8, 5, 5, 5000, 0.04F);
+constexpr coding kArcher = leadless(12, 1, 275, 4700 / 12.0F, 5, 9000, 0.03F);
+constexpr coding kJerrold = leadless(44, 1, 7500 / 44.0F, 11500 / 44.0F, 5, 18000, 0.03F);
+constexpr coding kPid0001 = leadless(24, 1, 9314 / 24.0F, 13486 / 24.0F, 5, 18000, 0.03F);
+constexpr coding kPid0004 = leadless(12, 1, 130 / 12.0F, 31, 6, 15000, 0.06F);
+constexpr coding kPid0083 = leadless(3000, 1, 3, 7, 10, 40000, 0.03F);
 
 // --- Held keys -------------------------------------------------------------------------------
 constexpr ditto kNecDitto{{16, 4}};
@@ -189,6 +301,7 @@ constexpr row kRows[] = {
      .obc = {16, 8},
      .check_bits = 8,
      .finish = readNec,
+     .vets_bits = true,
      .repeat = &kNecDitto},
     {.name = "NECx",
      .wire = &kNecx,
@@ -197,6 +310,7 @@ constexpr row kRows[] = {
      .obc = {16, 8},
      .check_bits = 8,
      .finish = readNecx,
+     .vets_bits = true,
      .repeat = &kNecxDitto},
     {.name = "Akord",
      .wire = &kAkord,
@@ -222,6 +336,7 @@ constexpr row kRows[] = {
      .second = {32, 8},
      .mirrors = {{16, 24, 8}, {32, 40, 8}},
      .finish = read48Nec,
+     .vets_bits = true,
      .extras = {{"E", {32, 8}}},
      .repeat = &kNecDitto},
     {.name = "Coolix48",
@@ -264,6 +379,14 @@ constexpr row kRows[] = {
      .constants = {{23, 9, 0xA0}, {32, 3, 2}}},
     {.name = "LG",
      .wire = &kLg,
+     .msb = true,
+     .device = {0, 8},
+     .obc = {8, 16},
+     .check_bits = 4,
+     .check = lgSum,
+     .repeat = &kNecDitto},
+    {.name = "LG",
+     .wire = &kLgFast,
      .msb = true,
      .device = {0, 8},
      .obc = {8, 16},

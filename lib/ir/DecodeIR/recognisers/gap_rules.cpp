@@ -169,11 +169,14 @@ bool readComplemented(const reading& frame, answer* out) {
   return true;
 }
 
+// The name ends in n, which the last nibble completes. Nothing else is checked, so keep away from
+// the first 40 bits of an Aiwa frame.
 bool readIodata(const reading& frame, answer* out) {
-  const unsigned n = nibbleXor(frame, 28, 3);
+  constexpr unsigned kAiwaAddress = (1U << 13) - 1;
+  if ((frame.get({0, 13}) ^ frame.get({13, 13})) == kAiwaAddress) return false;
   const unsigned x = frame.get({0, 7});
   const unsigned y = frame.get({21, 7});
-  std::snprintf(out->name.data(), out->name.size(), "IODATA%u", n);
+  std::snprintf(out->name.data(), out->name.size(), "IODATA%u", nibbleXor(frame, 28, 3));
   if (x != 0 || y != 0) remark(out, "x=%u, y=%u", x, y);
   return true;
 }
@@ -214,9 +217,18 @@ bool isPioneer(const reading& frame, const answer& out) {
          (frame.carrier > kPioneerCarrierLeast && frame.carrier < kPioneerCarrierMost);
 }
 
+constexpr int kAddressBits = 16;
+
 /// A code that no complement vouches for has to be clean.
 bool clean(const reading& frame) {
-  return !frame.wire.odd_symbol && !frame.wire.odd_lead;
+  return frame.wire.guessed < 0 && !frame.wire.uneven;
+}
+
+/// Of a plain code the address has to be clean, unless its second byte vouches for the first.
+bool addressSure(const reading& frame) {
+  const int guessed = frame.wire.guessed;
+  const unsigned difference = byteAt(frame, 0) ^ byteAt(frame, 8);
+  return guessed < 0 || guessed >= kAddressBits || difference == 0xFF || difference == 0;
 }
 
 }  // namespace
@@ -230,6 +242,7 @@ bool readNec(const reading& frame, answer* out) {
   const unsigned low = function & 0xF;
 
   if (wrong == 0) {
+    if (!addressSure(frame)) return false;
     dropComplement(out);
     if (isPioneer(frame, *out)) rename(out, "Pioneer");
     return true;
@@ -267,7 +280,7 @@ bool readNec(const reading& frame, answer* out) {
 bool readNecx(const reading& frame, answer* out) {
   dropComplement(out);
   const unsigned last = byteAt(frame, 24);
-  if ((byteAt(frame, 16) ^ last) == 0xFF) return true;
+  if ((byteAt(frame, 16) ^ last) == 0xFF) return addressSure(frame);
   if (!clean(frame)) return false;
   out->suffix = "-f16";
   out->hex[1] = code_byte(frame, {24, 8});
@@ -275,9 +288,9 @@ bool readNecx(const reading& frame, answer* out) {
   return true;
 }
 
-bool read48Nec(const reading&, answer* out) {
+bool read48Nec(const reading& frame, answer* out) {
   dropComplement(out);
-  return true;
+  return addressSure(frame);
 }
 
 }  // namespace gap
