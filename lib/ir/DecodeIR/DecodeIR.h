@@ -7,7 +7,7 @@
 #ifndef DECODEIR_H
 #define DECODEIR_H
 
-#include <stddef.h>
+#include <stddef.h> /* NOLINT(modernize-deprecated-headers): C programs include this file */
 
 #ifdef __cplusplus
 extern "C" {
