@@ -93,6 +93,11 @@ std::string lineOf(const std::vector<uint16_t>& durations) {
 }
 
 TEST(DecodeIR, LineOfAPacket) {
+  const std::vector<uint16_t> sony = {2400, 600,  600, 600, 1200, 600, 600, 600,  600,
+                                      600,  1200, 600, 600, 600,  600, 600, 1200, 600,
+                                      600,  600,  600, 600, 600,  600, 600};
+  EXPECT_EQ(lineOf(sony),
+            ":: DECODEIR :: Sony12        - scancode: 0x0024  D:0x0001  S:0xFFFFFFFF\n");
   EXPECT_EQ(lineOf({500, 500, 500}), ":: DECODEIR :: UNKNOWN       -\n");
   EXPECT_EQ(lineOf({}), ":: DECODEIR :: UNKNOWN       -\n");
   EXPECT_EQ(lineOf(std::vector<uint16_t>(255, 500)), ":: DECODEIR :: UNKNOWN       -\n");
