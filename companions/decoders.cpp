@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "companions/decoders.h"
+
+#include <algorithm>
+
+#include "lib/ir/DecodeIR/DecodeIR.h"
+#include "lib/ir/arduino/arduino.h"
+#include "lib/ir/ir.h"
+#include "lib/ir/result.h"
+
+namespace companions {
+
+namespace {
+
+constexpr int kCarrierHz = 38380;  // what vantrel tells the signal analysis, so answers agree
+constexpr int kFinalSpaceUs = 50;
+constexpr int kMostInterpretations = 64;
+constexpr size_t kTextSize = 255;
+
+/// While it lives, results come here instead of being printed.
+class result_capture {
+ public:
+  using use = void (*)(const ir_result& result, void* to);
+  result_capture(use sink, void* to) { set_result_sink(sink, to); }
+  result_capture(const result_capture&) = delete;
+  result_capture& operator=(const result_capture&) = delete;
+  ~result_capture() { set_result_sink(nullptr, nullptr); }
+};
+
+ir_packet packet_of(std::span<const int> durations, int elapsed_ms) {
+  ir_packet packet{};
+  packet.len = static_cast<uint8_t>(std::min(durations.size(), kMostDurations));
+  std::transform(durations.begin(), durations.begin() + packet.len, packet.buf,
+                 [](int us) { return static_cast<uint16_t>(us); });
+  packet.elapsed = static_cast<uint16_t>(elapsed_ms);
+  return packet;
+}
+
+}  // namespace
+
+std::optional<program_answer> ask_program(std::span<const int> durations, int elapsed_ms) {
+  const ir_packet packet = packet_of(durations, elapsed_ms);
+  std::optional<program_answer> answer;
+  const result_capture capture(
+      [](const ir_result& result, void* to) {
+        *static_cast<std::optional<program_answer>*>(to) =
+            program_answer{std::string(result.name), result.scancode, result.bits};
+      },
+      &answer);
+  // vantrel asks twice, once to choose the Pronto preamble; the decoders' memory of the last
+  // patterns sees the same here.
+  for (int run = 0; run < 2; ++run) {
+    answer.reset();
+    ir_t event = ir_event_of(packet);
+    ir_decode_packet(&event);
+  }
+  return answer;
+}
+
+std::vector<analysis_answer> ask_analysis(std::span<const int> durations) {
+  std::vector<int> bursts(durations.begin(), durations.end());
+  bursts.push_back(kFinalSpaceUs);
+  const int count = static_cast<int>(bursts.size() / 2);
+  std::array<unsigned, 2> context{};
+  std::vector<analysis_answer> answers;
+  for (int i = 0; i < kMostInterpretations; ++i) {
+    std::array<char, kTextSize> protocol{};
+    std::array<char, kTextSize> misc{};
+    std::array<char, kTextSize> error{};
+    analysis_answer found{{}, -1, -1, -1, {-1, -1, -1, -1}, {}};
+    _DecodeIR(context.data(), bursts.data(), kCarrierHz, count, 0, protocol.data(), &found.device,
+              &found.subdevice, &found.obc, found.hex.data(), misc.data(), error.data());
+    if (protocol[0] == '\0') break;
+    found.protocol = protocol.data();
+    found.misc = misc.data();
+    answers.push_back(std::move(found));
+  }
+  return answers;
+}
+
+std::string analysis_line(std::span<const int> durations) {
+  ir_packet packet = packet_of(durations, 0);
+  std::string line;
+  const result_capture capture(
+      [](const ir_result& result, void* to) { *static_cast<std::string*>(to) = result.line; },
+      &line);
+  DecodeIR(&packet, packet.len);
+  while (line.ends_with('\n') || line.ends_with(' ')) line.pop_back();
+  return line;
+}
+
+std::optional<arduino_answer> ask_arduino(std::span<const int> durations) {
+  const ir_packet packet = packet_of(durations, 0);
+  arduino_result found{};
+  if (!IRrecv::decode({packet.buf, packet.len}, found)) return {};
+  return arduino_answer{found.type, found.value, static_cast<int>(found.bits)};
+}
+
+}  // namespace companions

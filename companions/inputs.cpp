@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "companions/inputs.h"
+
+#include <cerrno>
+#include <cstring>
+#include <fstream>
+#include <iostream>
+#include <vector>
+
+namespace companions {
+
+namespace {
+
+/// False when `use` asked to stop.
+bool read_one(std::istream& text, const std::string& source, bool& ok,
+              const std::function<verdict(const input&)>& use) {
+  pattern_reader reader(text);
+  while (auto found = reader.next()) {
+    const verdict said = use({source, std::move(*found), reader.position()});
+    if (said == verdict::kFailed) ok = false;
+    if (said == verdict::kStop) return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+bool read_inputs(int count, char** names, const std::function<verdict(const input&)>& use) {
+  std::vector<std::string> sources(names, names + count);
+  if (sources.empty()) sources.emplace_back("-");
+  std::ios::sync_with_stdio(false);
+
+  bool ok = true;
+  for (const std::string& source : sources) {
+    if (source == "-") {
+      if (!read_one(std::cin, source, ok, use)) return ok;
+      continue;
+    }
+    errno = 0;
+    std::ifstream file(source);
+    if (!file || file.peek() == std::ifstream::traits_type::eof()) {
+      // An empty file is no fault; a folder opens but cannot be read.
+      if (errno != 0) {
+        std::cerr << source << ": " << std::strerror(errno) << '\n';
+        ok = false;
+      }
+      continue;
+    }
+    if (!read_one(file, source, ok, use)) return ok;
+  }
+  return ok;
+}
+
+}  // namespace companions

@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The files that a companion program was given, pattern by pattern.
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "companions/pattern_reader.h"
+
+namespace companions {
+
+/// A pattern or fault and where it came from.
+struct input {
+  std::string source;  // the file's name, "-" for standard input
+  read_result read;
+  size_t position;  // characters of this file read so far
+};
+
+enum class verdict { kGoOn, kFailed, kStop };
+
+/// Hands every pattern and fault of the named files ("-" and no name: standard input) to `use`,
+/// as their lines arrive, until it says stop. Unreadable files are named on standard error.
+/// False when `use` failed once or a file could not be read.
+bool read_inputs(int count, char** names, const std::function<verdict(const input&)>& use);
+
+}  // namespace companions

@@ -1,0 +1,173 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdio>
+#include <numeric>
+
+#include "companions/plot.h"
+
+namespace companions {
+
+namespace {
+
+constexpr int kFewestColumns = 20;
+constexpr int kColumnsPerTick = 10;
+constexpr std::string_view kMark = "█";
+constexpr std::string_view kSpace = "▁";
+constexpr std::string_view kPlainColour = "\x1b[0m";
+
+std::string_view colour_of(role r) {
+  switch (r) {
+    case role::kLeadIn:
+      return "\x1b[35m";
+    case role::kZero:
+      return "\x1b[34m";
+    case role::kOne:
+      return "\x1b[32m";
+    case role::kGap:
+      return "\x1b[90m";
+    case role::kOdd:
+      return "\x1b[31m";
+    case role::kPlain:
+      break;
+  }
+  return kPlainColour;
+}
+
+/// One row of the wave: columns first to end - 1, `step` µs each.
+struct row {
+  int first, end;
+  int step;
+};
+
+/// Walks a pattern in step with the columns.
+class cursor {
+ public:
+  explicit cursor(const std::vector<int>& durations) : durations_(durations) {}
+  /// The duration that covers this time; the times asked for only rise.
+  size_t at(int64_t us) {
+    while (entry_ + 1 < durations_.size() && us >= start_ + durations_[entry_]) {
+      start_ += durations_[entry_++];
+    }
+    return entry_;
+  }
+
+ private:
+  const std::vector<int>& durations_;
+  size_t entry_ = 0;
+  int64_t start_ = 0;
+};
+
+void draw_wave(std::ostream& out, const plotted& signal, const row& r, cursor& walk, bool colour) {
+  role shown = role::kPlain;
+  for (int column = r.first; column < r.end; ++column) {
+    const size_t entry = walk.at(int64_t{column} * r.step + r.step / 2);
+    if (const role its = signal.form.roles[entry]; colour && its != shown) {
+      out << colour_of(its);
+      shown = its;
+    }
+    out << (entry % 2 == 0 ? kMark : kSpace);
+  }
+  if (shown != role::kPlain) out << kPlainColour;
+  out << '\n';
+}
+
+/// The bits of the bursts that begin in this row, each below the start of its burst.
+void draw_bits(std::ostream& out, const plotted& signal, const row& r) {
+  std::string line(static_cast<size_t>(r.end - r.first), ' ');
+  int64_t at = 0;
+  for (size_t burst = 0; burst < signal.form.bits.size(); ++burst) {
+    const int64_t column = at / r.step - r.first;
+    if (column >= 0 && column < r.end - r.first) {
+      line[static_cast<size_t>(column)] = signal.form.bits[burst];
+    }
+    at += signal.durations[2 * burst];
+    if (2 * burst + 1 < signal.durations.size()) at += signal.durations[2 * burst + 1];
+  }
+  line.erase(line.find_last_not_of(' ') + 1);
+  if (!line.empty()) out << line << '\n';
+}
+
+void draw_axis(std::ostream& out, const row& r) {
+  std::string ticks;
+  std::string labels;
+  for (int column = r.first; column < r.end; ++column) {
+    const bool tick = column % kColumnsPerTick == 0;
+    ticks += tick ? "┬" : "─";
+    const auto place = static_cast<size_t>(column - r.first);
+    const std::string label = std::to_string(int64_t{column} * r.step);
+    if (tick && place >= labels.size() && column + static_cast<int>(label.size()) <= r.end) {
+      labels.resize(place, ' ');
+      labels += label + ' ';
+    }
+  }
+  if (labels.ends_with(' ')) labels.pop_back();
+  out << ticks << '\n' << labels << '\n';
+}
+
+void draw_bars(std::ostream& out, const char* name, const std::vector<int>& lengths,
+               const screen& to) {
+  constexpr int kLabelColumns = 24;
+  if (lengths.empty()) return;
+  out << name << '\n';
+  const auto clusters = find_clusters(lengths);
+  size_t most = 1;
+  for (const cluster& c : clusters) most = std::max(most, c.count);
+  const int room = std::max(1, to.columns - kLabelColumns);
+  for (const cluster& c : clusters) {
+    // Within a cluster one line for each part of its range that holds anything.
+    const int step = round_up_nicely(std::max(1.0, c.mean / 20));
+    out << "  about " << std::lround(c.mean) << " us: " << c.count << '\n';
+    for (int low = c.low / step * step; low <= c.high; low += step) {
+      const auto n = std::count_if(lengths.begin(), lengths.end(), [&](int length) {
+        return length >= std::max(low, c.low) && length <= c.high && length < low + step;
+      });
+      if (n == 0) continue;
+      std::array<char, 64> label;
+      std::snprintf(label.data(), label.size(), "  %6d..%-6d %5ld ", low, low + step - 1,
+                    static_cast<long>(n));
+      const auto bar =
+          std::max<size_t>(1, static_cast<size_t>(n) * static_cast<size_t>(room) / most);
+      out << label.data();
+      for (size_t i = 0; i < bar; ++i) out << "█";
+      out << '\n';
+    }
+  }
+}
+
+}  // namespace
+
+void plot_text(std::ostream& out, const plotted& signal, const screen& to) {
+  out << signal.title << '\n';
+  if (signal.durations.empty()) {
+    out << '\n';
+    return;
+  }
+  // The shortest duration still covers some columns; a stray sliver may not stretch the rest.
+  auto sorted = signal.durations;
+  const auto tenth = sorted.begin() + static_cast<std::ptrdiff_t>(sorted.size() / 10);
+  std::nth_element(sorted.begin(), tenth, sorted.end());
+  const int step = round_up_nicely(std::max(1.0, *tenth / 3.0));
+  const auto total = std::accumulate(signal.durations.begin(), signal.durations.end(), int64_t{0});
+  const int columns = static_cast<int>((total + step - 1) / step);
+  const int width = std::max(to.columns, kFewestColumns) / kColumnsPerTick * kColumnsPerTick;
+
+  cursor walk(signal.durations);
+  for (int first = 0; first < columns; first += width) {
+    const row r{first, std::min(first + width, columns), step};
+    draw_wave(out, signal, r, walk, to.colour);
+    if (signal.known) draw_bits(out, signal, r);
+    draw_axis(out, r);
+  }
+  out << '\n';
+}
+
+void histogram_text(std::ostream& out, const std::vector<plotted>& signals, const screen& to) {
+  const auto lengths = lengths_of(signals);
+  draw_bars(out, "marks", lengths[0], to);
+  draw_bars(out, "spaces", lengths[1], to);
+  draw_bars(out, "bursts", lengths[2], to);
+}
+
+}  // namespace companions

@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "companions/pattern_reader.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+namespace {
+
+using namespace companions;
+
+std::string list(const std::vector<int>& values) {
+  std::string text;
+  for (const int v : values) text += std::to_string(v) + ' ';
+  return text;
+}
+
+/// Everything that a text holds, one line a pattern or fault.
+std::string read_all(const std::string& text) {
+  std::istringstream stream(text);
+  pattern_reader reader(stream);
+  std::string all;
+  while (const auto found = reader.next()) {
+    all += std::to_string(found->line) + ": ";
+    if (const auto* bad = std::get_if<bad_line>(&found->what)) {
+      all += "column " + std::to_string(bad->column) + ": " + bad->what + '\n';
+      continue;
+    }
+    const auto& p = std::get<pattern>(found->what);
+    all += std::string(p.form) + ' ' + list(p.durations);
+    if (!p.repeat.empty()) all += "repeat " + list(p.repeat);
+    if (p.elapsed_ms) all += "after " + std::to_string(*p.elapsed_ms) + ' ';
+    if (p.pronto) {
+      all += std::to_string(p.pronto->carrier_hz) + " Hz " + std::to_string(p.pronto->once_pairs) +
+             '+' + std::to_string(p.pronto->repeat_pairs) + ' ';
+    }
+    all.back() = '\n';
+  }
+  return all;
+}
+
+TEST(PatternReader, TellsTheFormsApart) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"9045,4456,610\n", "1: comma 9045 4456 610\n"},
+      {"9045, 4456, 610", "1: comma 9045 4456 610\n"},
+      {"9045,4456,610,\r\n", "1: comma 9045 4456 610\n"},
+      {"40 ms\n9000,4500,560\n", "2: comma 9000 4500 560 after 40\n"},
+      {"0,9000, 4500, 560\n", "1: analysir 9000 4500 560\n"},
+      {":e:45\n0,9045, 4456, 610\n", "2: analysir 9045 4456 610 after 45\n"},
+      {"+9000 -4500 +560 \n", "1: raw 9000 4500 560\n"},
+      {"+40000\n+9000 -4500 +560 \n", "2: raw 9000 4500 560 after 40\n"},
+      {"+560 \n", "1: raw 560\n"},
+      {"0000 006D 0002 0000 015A 00AD 0015 0602\n", "1: pronto 8996 4498 546 38029 Hz 2+0\n"},
+      {"0000,006d,0000,0002,015A,0056,0015,0E4A\n", "1: pronto 8996 2236 546 38029 Hz 0+2\n"},
+      {"0100 006D 0002 0002 015A 00AD 0015 05F1 0156 0056 0015 0E4A\n",
+       "1: pronto 8996 4498 546 repeat 8892 2236 546 38029 Hz 2+2\n"},
+      {"# a comment\n\n1000,2000\n", "3: comma 1000 2000\n"},
+      {"0000,1111\n", "1: column 1: a Pronto text of fewer than 4 words\n"},
+      {"40 ms\n", ""},
+      {"", ""},
+  };
+  for (const auto& [text, patterns] : cases) EXPECT_EQ(read_all(text), patterns) << text;
+}
+
+TEST(PatternReader, PlacesTheFaultAndReadsOn) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"9000,x,560", "column 6: \"x\" is no duration of 0 to 65535"},
+      {"9000,65536,560", "column 6: \"65536\" is no duration of 0 to 65535"},
+      {"9000,-4500,560", "column 6: \"-4500\" is no duration of 0 to 65535"},
+      {"9000,99999999999999999999",
+       "column 6: \"99999999999999999999\" is no duration of 0 to 65535"},
+      {"9000,,560", "column 6: an empty field"},
+      {"9000", "column 1: no pattern: a list needs commas"},
+      {"   ", "column 1: a line of blanks"},
+      {"+9000 +4500 -560", "column 7: expected a duration that begins with -"},
+      {"+9000 -", "column 7: \"-\" is no duration of 0 to 65535"},
+      {"0000 006D 0001 0000 015A",
+       "column 11: the pair counts do not fit the number of Pronto words"},
+      {"0000 006D 0001 0000 015A 00G0", "column 26: \"00G0\" is no Pronto word"},
+      {"0000 FFFF 0002 0000 FFFF 0001 0001 0001", "column 21: a duration over 65535 us"},
+  };
+  for (const auto& [line, fault] : cases) {
+    EXPECT_EQ(read_all(std::string(line) + "\n1,2\n"),
+              "1: " + std::string(fault) + "\n2: comma 1 2\n");
+  }
+}
+
+TEST(PatternReader, LongAndBinaryLinesAreFaults) {
+  const std::string huge(10'000'000, '1');
+  EXPECT_EQ(read_all(huge + "\n1,2"),
+            "1: column 65537: a line of over 65536 characters\n2: comma 1 2\n");
+  EXPECT_EQ(read_all(std::string("1,\0,2\n1,2", 9)).substr(0, 13), "1: column 3: ");
+}
+
+}  // namespace
