@@ -38,6 +38,7 @@ bool expected_frame::fits(const float* frame, const fit_rule& rule) const {
       return std::abs(found.clock - 1) <= rule.clock_error &&
              std::abs(found.bias) <= rule.most_bias_us;
     }
+    if (!rule.checked && worst != 0 && worst != bursts() - 1) return false;
     odd = worst;
   }
   return false;

@@ -4,7 +4,9 @@
 // A recogniser that knows what a frame says writes down what such a frame looks like and lets the
 // two be compared: a receiver lengthens all marks and shortens all spaces by the same few µs, a
 // remote's clock is off by a few per cent, and once both are known every duration has to fit
-// tightly. One burst (mostly the lead-in or the last mark) may be out of line.
+// tightly. One burst may be out of line: the lead-in or the last mark, where the gain of the
+// receiver settles and signals are cut, or any one if the code has checks of its own to tell damage
+// by.
 #pragma once
 
 #include <array>
@@ -15,6 +17,7 @@ struct fit_rule {
   float tolerance_us;         // of each mark and each burst once bias and clock are known
   float most_bias_us = 180;   // by which marks are longer or shorter
   float clock_error = 0.06F;  // +-, as a part
+  bool checked = false;       // the code's own checks cover all bits: any one burst may be odd
 };
 
 class expected_frame {

@@ -10,6 +10,8 @@ constexpr int kRounds = 2;               // of reading the digits and estimating
 constexpr float kMostBaseError = 0.35F;  // in steps
 constexpr float kMostStepError = 0.08F;  // +-, as a part
 constexpr float kMostScatter = 0.23F;    // in steps, root of the mean square; by chance 0.29
+constexpr float kFarOff = 0.3F;          // in steps ...
+constexpr float kFarApart = 3.5F;        // ... and in terms of what the others scatter
 
 float burstAt(const float* bursts, int i) {
   return bursts[2 * i] + bursts[2 * i + 1];
@@ -49,14 +51,21 @@ bool readDigits(const float* bursts, int count, const step_rule& rule, const ste
   return true;
 }
 
-/// Whether the bursts lie close to their digits on the line.
-bool lieClose(const float* bursts, int count, const step_line& line, const uint8_t* digits) {
+/// Whether the bursts lie close to their digits on the line, and, where the rule says so, none of
+/// them far off among quiet ones: that one is damaged, and which digit it was cannot be told.
+bool lieClose(const float* bursts, int count, const step_rule& rule, const step_line& line,
+              const uint8_t* digits) {
   float squares = 0;
+  float largest = 0;
   for (int i = 0; i < count; ++i) {
     const float off = (burstAt(bursts, i) - line.base) / line.step - static_cast<float>(digits[i]);
     squares += off * off;
+    largest = std::max(largest, off * off);
   }
-  return squares <= kMostScatter * kMostScatter * static_cast<float>(count);
+  const auto n = static_cast<float>(count);
+  if (squares > kMostScatter * kMostScatter * n) return false;
+  const float others = (squares - largest) / (n - 1);
+  return rule.checked || largest <= kFarOff * kFarOff || largest <= kFarApart * kFarApart * others;
 }
 
 }  // namespace
@@ -67,7 +76,7 @@ bool readSteps(const float* bursts, int count, const step_rule& rule, step_line*
     if (!readDigits(bursts, count, rule, *line, digits)) return false;
     *line = lineThrough(bursts, count, digits, rule.step_us);
     if (std::abs(line->base - rule.base_us) > kMostBaseError * rule.step_us) return false;
-    if (lieClose(bursts, count, *line, digits)) return true;
+    if (lieClose(bursts, count, rule, *line, digits)) return true;
   }
   return false;
 }

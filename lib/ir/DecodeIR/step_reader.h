@@ -9,9 +9,10 @@
 #include <cstdint>
 
 struct step_rule {
-  float base_us;  // length of the burst that sends 0
-  float step_us;  // what each further digit adds
-  int most;       // the largest digit
+  float base_us;         // length of the burst that sends 0
+  float step_us;         // what each further digit adds
+  int most;              // the largest digit
+  bool checked = false;  // a checksum covers the digits: one odd burst may be guessed
 };
 
 /// Base and step as one remote sends them, in µs.
@@ -21,7 +22,8 @@ struct step_line {
 
 /// Reads `count` bursts (pairs of mark and space, µs) into `digits`, each the nearest one. `line`
 /// is where to start on entry and the estimate on return. False when a burst lies outside the
-/// digits, when base or step are not those of the rule, or when the bursts scatter between digits.
-/// REQUIRES: count > 0.
+/// digits, when base or step are not those of the rule, or when the bursts scatter between digits
+/// or one of them lies between two.
+/// REQUIRES: count > 1.
 bool readSteps(const float* bursts, int count, const step_rule& rule, step_line* line,
                uint8_t* digits);

@@ -10,7 +10,7 @@ inline constexpr frame_bounds kNeverBounds{.min_bursts = 101, .min_gap = 1e9F};
 inline constexpr frame_bounds kXmpBounds{
     .min_bursts = 9, .max_bursts = 18, .min_gap = 10000, .min_gap_before = 16000};
 inline constexpr frame_bounds kZenithBounds{
-    .min_bursts = 16, .max_bursts = 26, .min_gap = 10000, .min_gap_before = 10000};
+    .min_bursts = 16, .max_bursts = 26, .min_gap = 12000, .min_gap_before = 12000};
 inline constexpr frame_bounds kX10Bounds{
     .min_bursts = 10, .max_bursts = 12, .min_gap = 3400, .min_gap_before = 3400};
 inline constexpr frame_bounds kXxBounds{

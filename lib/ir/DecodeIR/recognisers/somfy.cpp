@@ -21,7 +21,7 @@ constexpr float kLeadMarkUs = 2072;
 constexpr float kLeadSpaceUs = 484;
 constexpr float kBetweenMarksUs = 530;  // marks are rather lengthened
 constexpr int kBits = 9;
-constexpr fit_rule kFit{.tolerance_us = 80};
+constexpr fit_rule kFit{.tolerance_us = 80, .checked = true};
 
 }  // namespace
 

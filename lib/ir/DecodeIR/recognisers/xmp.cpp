@@ -26,7 +26,7 @@
 
 namespace {
 
-constexpr step_rule kDigitRule{.base_us = 970, .step_us = 136, .most = 15};
+constexpr step_rule kDigitRule{.base_us = 970, .step_us = 136, .most = 15, .checked = true};
 constexpr int kDigits = 8;
 constexpr int kHalfBursts = kDigits + 1;
 constexpr float kShortestMarkUs = 100;

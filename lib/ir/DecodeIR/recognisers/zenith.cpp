@@ -19,7 +19,7 @@ constexpr float kUnitUs = 520;
 constexpr float kShortBurstUs = 4 * kUnitUs;  // 2 units or else 9 and more
 constexpr float kLongestMarkUs = 2 * kUnitUs;
 constexpr float kLongestBurstUs = 13 * kUnitUs;
-constexpr fit_rule kFit{.tolerance_us = 100, .clock_error = 0.12F};
+constexpr fit_rule kFit{.tolerance_us = 100, .clock_error = 0.12F, .checked = true};
 
 }  // namespace
 
