@@ -138,6 +138,12 @@ class Signal {
   static constexpr int kMostMiscChars = 254;  // the repeat description and the remark
   /// Claims the frame: writes the name and the numbers (-1 for none) and calls setzContext.
   void claim(const char* name, int device, int subDevice, int obc, int hex0 = -1);
+  /// Makes the frame being claimed longer: the bursts behind it belong to it.
+  /// REQUIRES: frameLength_ <= bursts <= burstsFromFrame().
+  void extendFrame(int bursts) {
+    frameLength_ = bursts;
+    trailingGap_ = off(bursts - 1);
+  }
   /// Writes the remark of the frame being claimed.
   [[gnu::format(printf, 2, 3)]] void remark(const char* fmt, ...);
 

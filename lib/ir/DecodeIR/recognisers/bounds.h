@@ -8,15 +8,15 @@
 inline constexpr frame_bounds kNeverBounds{.min_bursts = 101, .min_gap = 1e9F};
 
 inline constexpr frame_bounds kXmpBounds{
-    .min_bursts = 9, .max_bursts = 18, .min_gap = 10000, .min_gap_before = 16000};
+    .min_bursts = 9, .max_bursts = 9, .min_gap = 10000, .min_gap_before = 16000};
 inline constexpr frame_bounds kZenithBounds{
     .min_bursts = 16, .max_bursts = 26, .min_gap = 12000, .min_gap_before = 12000};
 inline constexpr frame_bounds kX10Bounds{
     .min_bursts = 10, .max_bursts = 12, .min_gap = 3400, .min_gap_before = 3400};
 inline constexpr frame_bounds kXxBounds{
-    .min_bursts = 6, .max_bursts = 36, .min_gap = 10000, .min_gap_before = 10000};
+    .min_bursts = 6, .max_bursts = 18, .min_gap = 10000, .min_gap_before = 10000};
 inline constexpr frame_bounds kTdcBounds{
-    .min_bursts = 9, .max_bursts = 40, .min_gap = 9000, .min_gap_before = 9000};
+    .min_bursts = 9, .max_bursts = 34, .min_gap = 10000, .min_gap_before = 10000};
 inline constexpr frame_bounds kSejinBounds{
     .min_bursts = 10, .max_bursts = 18, .min_gap = 10000, .min_gap_before = 10000};
 inline constexpr frame_bounds kSolidtekBounds{

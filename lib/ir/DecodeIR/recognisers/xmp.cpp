@@ -29,11 +29,14 @@ namespace {
 constexpr step_rule kDigitRule{.base_us = 970, .step_us = 136, .most = 15, .checked = true};
 constexpr int kDigits = 8;
 constexpr int kHalfBursts = kDigits + 1;
+constexpr int kFrameBursts = 2 * kHalfBursts;
+constexpr float kShortestBurstUs = 0.9F * kDigitRule.base_us;
 constexpr float kShortestMarkUs = 100;
 constexpr float kLongestMarkUs = 420;
 constexpr float kLongestStopMarkUs = 700;
 constexpr float kBetweenHalvesMinUs = 11500;
 constexpr float kBetweenHalvesMaxUs = 15500;
+constexpr float kLoneHalfGapUs = 16000;
 constexpr float kFullDigitUs = 970 + 15 * 136;  // the burst of the digit that is always 15
 constexpr float kMostAnchorError = 0.05F;
 
@@ -41,7 +44,18 @@ constexpr unsigned kSumXmp = 0;
 constexpr unsigned kSumVelodyne = 7;
 constexpr uint8_t kRepeatBit = 8;  // of the digit t
 constexpr uint8_t kLastOfPress = 9;
-constexpr int kSure = 2;  // preemption level
+
+/// The 16 bits of the function: both bytes, the high one alone (XMP-1) or the low one (XMP-2).
+struct key_codes {
+  int high, low;
+
+  [[nodiscard]] bool usesBoth() const { return high != 0 && low != 0; }
+  [[nodiscard]] int obc() const { return high == 0 ? low : high; }
+  [[nodiscard]] const char* name() const {
+    if (usesBoth()) return "XMP";
+    return low == 0 ? "XMP-1" : "XMP-2";
+  }
+};
 
 struct half {
   std::array<uint8_t, kDigits> digit;
@@ -55,6 +69,8 @@ struct half {
   /// The fourth digit tells the halves apart where S is not 15.
   [[nodiscard]] bool isFirst() const { return digit[3] == 15; }
   [[nodiscard]] int subDeviceOfFirst() const { return digit[0] << 4 | digit[2]; }
+  [[nodiscard]] key_codes function() const { return {byte(4), byte(6)}; }
+  [[nodiscard]] bool isRepeat() const { return (digit[2] & kRepeatBit) != 0; }
   [[nodiscard]] int subDeviceOfSecond() const { return digit[0] << 4 | digit[3]; }
 };
 
@@ -85,71 +101,65 @@ step_line anchored(const float* frame) {
   return {kNominal.base * scale, kNominal.step * scale};
 }
 
+/// Whether the two halves belong together.
+bool makeFrame(const half& first, const half& second) {
+  return first.isFirst() && first.sum() == kSumXmp && second.sum() == kSumXmp &&
+         first.subDeviceOfFirst() == second.subDeviceOfSecond();
+}
+
 }  // namespace
 
 void Signal::tryXMP() {
-  if (!within(kXmpBounds) || (frameLength_ != kHalfBursts && frameLength_ != 2 * kHalfBursts))
-    return;
-  if (burst(0) < 0.9F * kDigitRule.base_us || burst(1) < 0.9F * kDigitRule.base_us) return;
+  if (!within(kXmpBounds)) return;
+  if (burst(0) < kShortestBurstUs || burst(1) < kShortestBurstUs) return;
 
   half first{};
   const step_line own = anchored(frame_);
   if (!readHalf(frame_, kNominal, &first) && !readHalf(frame_, own, &first)) return;
 
-  if (frameLength_ == kHalfBursts) {
-    // What goes on is a whole frame or a damaged one.
-    if (trailingGap_ <= kBetweenHalvesMaxUs) return;
-    const int high = first.byte(4);
-    if (first.isFirst() && first.sum() == kSumVelodyne && (first.digit[5] & ~kRepeatBit) == 0) {
-      setPreempt(kSure);
-      claim("Velodyne", first.digit[4], first.subDeviceOfFirst(), first.byte(6), first.byte(6));
-      return;
+  if (trailingGap_ >= kBetweenHalvesMinUs && trailingGap_ <= kBetweenHalvesMaxUs) {
+    if (burstsFromFrame() < kFrameBursts) return;
+    const float* const rest = frame_ + 2 * kHalfBursts;
+    half second{};
+    if (!readHalf(rest, kNominal, &second) && !readHalf(rest, own, &second)) return;
+    if (off(kFrameBursts - 1) < kXmpBounds.min_gap || !makeFrame(first, second)) return;
+    const key_codes codes = second.function();
+    if (codes.usesBoth()) {
+      remark("OEM = %d, OBC2 = %d Hex2 = %02X", first.byte(4), codes.low,
+             static_cast<unsigned>(codes.low));
+      hex_[1] = codes.low;
+    } else {
+      remark("OEM = %d", first.byte(4));
     }
-    if (first.sum() != kSumXmp) return;
-    std::array<char, kMostNameChars + 1> name{};
-    setPreempt(kSure);
-    if (first.isFirst()) {
-      std::snprintf(name.data(), name.size(), "XMP:%d.%03d-%s", first.subDeviceOfFirst(),
-                    first.byte(6), "device");
-      remark("%sOEM = %d", "first half, ", high);
-      claim(name.data(), first.byte(6), first.subDeviceOfFirst(), -1);
-      return;
-    }
-    const int low = first.byte(6);
-    const int obc = high == 0 ? low : high;
-    std::snprintf(name.data(), name.size(), "XMP:%d.%03d-%s", first.subDeviceOfSecond(), obc,
-                  "function");
-    remark("second half");
-    if (high != 0 && low != 0) {
-      remark("%sOBC2 = %d Hex2 = %02X", "second half, ", low, static_cast<unsigned>(low));
-      hex_[1] = low;
-    }
-    xmpFlag_ = (first.digit[2] & kRepeatBit) != 0;
-    claim(name.data(), -1, first.subDeviceOfSecond(), obc, obc);
+    xmpFlag_ = second.isRepeat();
+    extendFrame(kFrameBursts);
+    claim(codes.name(), first.byte(6), first.subDeviceOfFirst(), codes.obc(), codes.obc());
     return;
   }
 
-  half second{};
-  if (off(kDigits) < kBetweenHalvesMinUs || off(kDigits) > kBetweenHalvesMaxUs) return;
-  const float* const rest = frame_ + 2 * kHalfBursts;
-  if (!readHalf(rest, kNominal, &second) && !readHalf(rest, own, &second)) return;
-  if (!first.isFirst() || first.sum() != kSumXmp || second.sum() != kSumXmp) return;
-  if (first.subDeviceOfFirst() != second.subDeviceOfSecond()) return;
-  const int high = second.byte(4);
-  const int low = second.byte(6);
-  const bool both = high != 0 && low != 0;
-  const int obc = high == 0 ? low : high;
-  remark("%sOEM = %d", "", first.byte(4));
-  if (both) {
-    std::array<char, 24> maker{};
-    std::snprintf(maker.data(), maker.size(), "OEM = %d, ", first.byte(4));
-    remark("%sOBC2 = %d Hex2 = %02X", maker.data(), low, static_cast<unsigned>(low));
-    hex_[1] = low;
+  if (trailingGap_ < kLoneHalfGapUs) return;
+  if (first.sum() != kSumXmp) {
+    if (!first.isFirst() || (first.digit[5] & ~kRepeatBit) != 0) return;
+    claim("Velodyne", first.digit[4], first.subDeviceOfFirst(), first.byte(6), first.byte(6));
+    return;
   }
-  xmpFlag_ = (second.digit[2] & kRepeatBit) != 0;
-  setPreempt(kSure);
-  claim(both       ? "XMP"
-        : low == 0 ? "XMP-1"
-                   : "XMP-2",
-        first.byte(6), first.subDeviceOfFirst(), obc, obc);
+  std::array<char, kMostNameChars + 1> name{};
+  if (first.isFirst()) {
+    std::snprintf(name.data(), name.size(), "XMP:%d.%03d-%s", first.subDeviceOfFirst(),
+                  first.byte(6), "device");
+    remark("first half, OEM = %d", first.byte(4));
+    claim(name.data(), first.byte(6), first.subDeviceOfFirst(), -1);
+    return;
+  }
+  const key_codes codes = first.function();
+  std::snprintf(name.data(), name.size(), "XMP:%d.%03d-%s", first.subDeviceOfSecond(), codes.obc(),
+                "function");
+  if (codes.usesBoth()) {
+    remark("second half, OBC2 = %d Hex2 = %02X", codes.low, static_cast<unsigned>(codes.low));
+    hex_[1] = codes.low;
+  } else {
+    remark("second half");
+  }
+  xmpFlag_ = first.isRepeat();
+  claim(name.data(), -1, first.subDeviceOfSecond(), codes.obc(), codes.obc());
 }

@@ -31,7 +31,7 @@ constexpr float kFrameGapUs = 8000;  // ends a start frame or a body
 constexpr float kBodyMinUs = 11000;  // from a start frame to its body
 constexpr float kBodyMaxUs = 28000;
 constexpr int kMostBits = 17;
-constexpr int kFewestBits = 10;
+constexpr int kFewestBits = 10;  // Blaupunkt, whose body has no suffix
 
 struct xx_variant {
   const char* name;
@@ -92,25 +92,23 @@ int burstsToGap(const float* frame, int available) {
 
 void Signal::tryXX() {
   if (!within(kXxBounds) || !leadFits(frame_)) return;
-  const int bursts = burstsToGap(frame_, frameLength_);
-  xx_frame first{};
-  if (bursts == 0 || !readFrame(frame_, bursts, &first)) return;
+  xx_frame told{};
+  if (setOff_.largest > kLeadSpaceMaxUs || !readFrame(frame_, frameLength_, &told)) return;
 
-  // A start frame and the body behind it are one frame.
-  const float* const rest = frame_ + 2 * bursts;
-  const int bodyBursts = burstsToGap(rest, burstsFromFrame() - bursts);
-  xx_frame body{};
-  const bool whole = first.isStart() && off(bursts - 1) >= kBodyMinUs &&
-                     off(bursts - 1) <= kBodyMaxUs && bodyBursts > 0 &&
-                     readFrame(rest, bodyBursts, &body) && body.variant == first.variant &&
-                     !body.isStart();
-  if (frameLength_ != (whole ? bursts + bodyBursts : bursts)) return;
-
-  const xx_frame& told = whole ? body : first;
   const char* part = "";
   if (told.isStart()) {
-    part = "{prefix}";
-  } else if (!whole && told.variant->bits > kFewestBits && frameStart_ == 0) {
+    // A start frame and the body behind it are one frame.
+    const float* const rest = frame_ + 2 * frameLength_;
+    const int bodyBursts = burstsToGap(rest, burstsFromFrame() - frameLength_);
+    xx_frame body{};
+    if (trailingGap_ >= kBodyMinUs && trailingGap_ <= kBodyMaxUs && bodyBursts > 0 &&
+        readFrame(rest, bodyBursts, &body) && body.variant == told.variant && !body.isStart()) {
+      told = body;
+      extendFrame(frameLength_ + bodyBursts);
+    } else {
+      part = "{prefix}";
+    }
+  } else if (told.variant->bits > kFewestBits && frameStart_ == 0) {
     part = "{body}";
   }
   std::array<char, 24> name{};
