@@ -56,9 +56,9 @@ bool slicer::fits(const float* durations, const slice_rule& rule, float assumedB
     total += durations[i];
     totalUnits += units(i);
   }
-  // The bias of neighbours cancels out, so their sum tells the clock whatever the estimate says.
+  // The biases cancel out but for one space, so the sum tells the clock whatever the estimate says.
   const float nominal = static_cast<float>(totalUnits) * rule.unit_us;
-  if (std::abs(total - nominal) > kMostClockError * nominal + rule.most_bias()) return false;
+  if (std::abs(total + bias_ - nominal) > kMostClockError * nominal) return false;
   if (squares > static_cast<float>(count_ - 2) * spread * spread) return false;
   const float first = deviation(durations, 0, rule);
   const float last = deviation(durations, count_ - 1, rule);

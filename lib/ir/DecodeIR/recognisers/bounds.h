@@ -49,7 +49,7 @@ inline constexpr frame_bounds kSunfireBounds{
 inline constexpr frame_bounds kGrundig16Bounds{
     .min_bursts = 10, .max_bursts = 18, .min_gap = 10000, .min_gap_before = 10000};
 inline constexpr frame_bounds kLutronBounds{
-    .min_bursts = 4, .max_bursts = 14, .min_gap = 8000, .min_gap_before = 8000};
+    .min_bursts = 3, .max_bursts = 14, .min_gap = 8000, .min_gap_before = 8000};
 inline constexpr frame_bounds kElanBounds{
     .min_bursts = 35, .max_bursts = 35, .min_gap = 6000, .min_gap_before = 6000};
 inline constexpr frame_bounds kBrystonBounds{

@@ -22,7 +22,8 @@ constexpr int kLead = 0b11000000001;  // mark 2, space 8, mark 1
 constexpr int kLeadLevels = 11;
 constexpr int kStop = 0b11;
 constexpr int kStopLevels = 2;
-constexpr slice_rule kRule{.unit_us = 832, .longest = 1 + kDataBits + kStopLevels};
+constexpr slice_rule kRule{
+    .unit_us = 832, .longest = 1 + kDataBits + kStopLevels, .tolerance = 0.2F, .spread = 0.1F};
 
 }  // namespace
 
