@@ -6,14 +6,19 @@ target_compile_options(vantrel_flags INTERFACE
   -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror -fstack-protector-strong
   -ffile-prefix-map=${PROJECT_SOURCE_DIR}=. -ffile-prefix-map=${PROJECT_BINARY_DIR}=build)
 target_compile_definitions(vantrel_flags INTERFACE
-  _GNU_SOURCE _GLIBCXX_ASSERTIONS
-  $<$<AND:$<CONFIG:Release,RelWithDebInfo>,$<STREQUAL:${VANTREL_SANITIZE},>>:_FORTIFY_SOURCE=2>)
+  _GNU_SOURCE _GLIBCXX_ASSERTIONS)
 target_include_directories(vantrel_flags INTERFACE ${PROJECT_SOURCE_DIR})
 target_link_options(vantrel_flags INTERFACE -Wl,-z,relro,-z,now)
 if(VANTREL_SANITIZE)
   target_compile_options(vantrel_flags INTERFACE
     -fsanitize=${VANTREL_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -g)
   target_link_options(vantrel_flags INTERFACE -fsanitize=${VANTREL_SANITIZE})
+else()
+  target_compile_definitions(vantrel_flags INTERFACE
+    $<$<CONFIG:Release,RelWithDebInfo>:_FORTIFY_SOURCE=2>)
+endif()
+if(VANTREL_FUZZ)
+  target_compile_options(vantrel_flags INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 
 # vantrel_library(NAME SOURCE...): the objects of one module. Programs take the objects whole,
