@@ -5,7 +5,9 @@
 #include <string>
 #include <vector>
 
+#include "lib/ir/analyzer.h"
 #include "lib/libcmds/cmds.h"
+#include "tests/support/capture.h"
 
 namespace {
 
@@ -17,6 +19,18 @@ TEST(Order, CommandsAreSortedByName) {
   const std::vector<std::string> expected = {"decode", "help",  "listen", "script",
                                              "sendir", "shell", "version"};
   EXPECT_EQ(names, expected);
+}
+
+TEST(Order, AnalyzersBreakTiesInThisOrder) {
+  EXPECT_EQ(capture(print_all_analyzers).out,
+            "Enabled Protocols\n-----------------\n"
+            "nec\nrc5\nmce\nxmp\nortek\nsharp\nsony\ndenon\nzarvo\nnokia\ntdc\n");
+}
+
+TEST(Order, DecodersAreSearchedInThisOrder) {
+  EXPECT_EQ(capture(print_all_protocols).out,
+            "Enabled Protocols\n-----------------\n"
+            "XMP\nSONY\nDENON\nNEC\nir_prot_none\nRC5\nRC6\nZARVO\nNOKIA\nZARVO\n");
 }
 
 }  // namespace

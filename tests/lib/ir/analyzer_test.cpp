@@ -66,14 +66,6 @@ TEST_F(Analyzers, GiveATieToTheFirstInTheList) {
   EXPECT_EQ(vote(exact_for_both), RC_PROTO_SHARP);
 }
 
-TEST_F(Analyzers, AreListedInTheirFixedOrder) {
-  testing::internal::CaptureStdout();
-  print_all_analyzers();
-  EXPECT_EQ(testing::internal::GetCapturedStdout(),
-            "Enabled Protocols\n-----------------\n"
-            "nec\nrc5\nmce\nxmp\nortek\nsharp\nsony\ndenon\nzarvo\nnokia\ntdc\n");
-}
-
 TEST_F(Analyzers, NameTheProtocolOfAFrame) {
   const Durations ortek = {1920, 480, 480, 480, 960, 960, 480, 480, 960, 480, 480};
   const Durations sharp = {264, 1848, 264, 1848, 700, 1848, 264};

@@ -87,14 +87,6 @@ std::string hash_text(const Durations& durations) {
   return text;
 }
 
-TEST_F(Decoders, AreListedInSearchOrder) {
-  testing::internal::CaptureStdout();
-  print_all_protocols();
-  EXPECT_EQ(testing::internal::GetCapturedStdout(),
-            "Enabled Protocols\n-----------------\n"
-            "XMP\nSONY\nDENON\nNEC\nir_prot_none\nRC5\nRC6\nZARVO\nNOKIA\nZARVO\n");
-}
-
 struct FrameCase {
   const char* what;
   Durations durations;
