@@ -2,7 +2,7 @@
 # A thin front to CMake; CMakePresets.json holds the configurations.
 PREFIX ?= /usr/local
 
-.PHONY: all setup demo test sanitize lint bench fuzz install clean
+.PHONY: all setup demo test sanitize lint bench fuzz install package package-test reproducible clean
 all:
 	cmake --preset release
 	cmake --build --preset release
@@ -45,6 +45,21 @@ fuzz:
 
 install: all
 	cmake --install build --prefix $(PREFIX)
+
+package package-test: export SOURCE_DATE_EPOCH ?= $(shell git log -1 --format=%ct 2>/dev/null || date +%s)
+package:
+	packaging/install-dependencies package
+	cmake --preset package
+	cmake --build --preset package
+	cmake --build --preset package --target package
+	lintian --fail-on error --allow-root build-package/*.deb
+
+package-test: package
+	packaging/test-packages build-package
+
+reproducible:
+	packaging/install-dependencies package
+	packaging/check-reproducible
 
 clean:
 	rm -rf build build-*

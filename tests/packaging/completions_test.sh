@@ -1,0 +1,49 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
+# completions_test.sh VANTREL PACKAGING_DIR: the completions and the manual page know every command and
+# option that the program's own help shows, and no other.
+set -euo pipefail
+vantrel=$(realpath "$1")
+cd "$2"
+failures=0
+
+same() {  # same WHAT WANTED GOT
+  [ "$2" = "$3" ] && return
+  printf '%s\n--- help:\n%s\n--- file:\n%s\n' "$1" "$2" "$3"
+  failures=$((failures + 1))
+}
+
+words() { tr -d = | sort -u; }
+
+# Lines "  -l, --long   text" of the help.
+options_of() { "$vantrel" help "$1" | sed -n 's/^  \(-., \)\?--\([a-z]\+\) .*/--\2/p' | words; }
+
+bash_replies() {  # bash_replies WORD...: what bash offers for the last word
+  COMP_WORDS=(vantrel "$@")
+  COMP_CWORD=$#
+  _vantrel || true  # compopt fails outside of a real completion
+  printf '%s\n' "${COMPREPLY[@]}" | words
+}
+
+# shellcheck disable=SC1091
+source completions/vantrel.bash
+commands=$("$vantrel" help | sed -n 's/^  \([a-z]\+\) .*/\1/p')
+same "bash, commands" "$commands" "$(bash_replies '')"
+same "zsh, commands" "$commands" "$(sed -n "s/^    '\([a-z]*\):.*/\1/p" completions/_vantrel)"
+same "fish, commands" "$commands" \
+  "$(sed -n 's/.*__fish_use_subcommand -a \([a-z]*\) .*/\1/p' completions/vantrel.fish)"
+same "manual, commands" "$commands" "$(sed -n 's/^\.SS \([a-z]*\).*/\1/p' man/vantrel.1)"
+
+for command in $commands; do
+  options=$(options_of "$command")
+  [ -n "$options" ] || continue
+  same "bash, $command" "$options" "$(bash_replies "$command" --)"
+  same "zsh, $command" "$options" \
+    "$(sed -n "/^    $command)/,/;;/p" completions/_vantrel | grep -o -- '--[a-z]*' | words)"
+  same "fish, $command" "$options" \
+    "$(sed -n "s/.*_from $command' .*-l \([a-z]*\) .*/--\1/p" completions/vantrel.fish | words)"
+  same "manual, $command" "$options" \
+    "$(sed -n "/^\.SS $command/,/^\.S[SH] [^d]/p" man/vantrel.1 | sed 's/\\-/-/g' |
+      sed -n '/^\.BR -/s/.*\(--[a-z]*\).*/\1/p' | words)"
+done
+exit "$failures"
