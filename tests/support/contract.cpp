@@ -216,8 +216,12 @@ bool matches(const std::string& pattern, const std::string& text) {
   return found;
 }
 
+/// Answers are 32 bits wide, so a number beyond their sign comes back negative.
 bool among(const std::vector<int64_t>& wanted, int64_t value) {
-  return wanted.empty() || std::ranges::count(wanted, value) != 0;
+  const auto same = [&](int64_t one) {
+    return static_cast<uint32_t>(one) == static_cast<uint32_t>(value);
+  };
+  return wanted.empty() || std::ranges::any_of(wanted, same);
 }
 
 std::string listed(const std::vector<int64_t>& values) {
