@@ -54,4 +54,28 @@ inline Result call(const contract::Sample& sample) {
   return call(std::move(durations), sample.carrier, sample.singleCount, sample.repeatCount);
 }
 
+/// "Gap-..." describes a frame, it does not name a protocol.
+inline bool isNamed(const Result& result) {
+  return !result.name.empty() && !result.name.starts_with("Gap-");
+}
+
+/// The first frame of a protocol of tests/data/protocols.irp, without its gap.
+inline std::vector<int> frame(const char* protocol, const irp::Parameters& given) {
+  return contract::single_frame(irp::protocol(protocol), irp::protocol(protocol).complete(given));
+}
+
+/// Several frames with their gaps: an even number of durations.
+inline std::vector<int> signal(const char* protocol, const irp::Parameters& given, int repeats) {
+  std::vector<int> sent = irp::protocol(protocol).render(given, repeats).whole();
+  if (sent.size() % 2 == 1) sent.push_back(50000);
+  return sent;
+}
+
+/// A frame of a definition that breaks a rule of its protocol, without its gap.
+inline std::vector<int> broken(const char* definition) {
+  std::vector<int> sent = irp::Protocol("broken", definition).render({}).whole();
+  if (sent.size() % 2 == 0) sent.pop_back();
+  return sent;
+}
+
 }  // namespace decode_ir
