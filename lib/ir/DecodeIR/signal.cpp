@@ -3,6 +3,7 @@
 #include "lib/ir/DecodeIR/signal.h"
 
 #include <algorithm>
+#include <climits>
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
@@ -59,6 +60,8 @@ Signal::Signal(unsigned int* context, const int* bursts, int freq, int singleCou
   std::transform(extra, extra + 2 * nExtra_, to, widen);
 
   lastBurst_ = nSingle_ + 2 * nRepeat_;
+  secondCopy_ = nSingle_ + nRepeat_;
+  copiedBursts_ = nRepeat_;
   if (nExtra_ > 0) {
     extraStart_ = nSingle_ + 2 * nRepeat_;
     nSingle_ += 2 * nRepeat_ + nExtra_;
@@ -190,12 +193,13 @@ int Signal::getFreq(int first, int end) const {
   double onTime = 0;
   for (int i = first; i < end; ++i) {
     // The caller's data knows the repeat part once.
-    const int slot = i < nSingle_ + nRepeat_ ? i : i - nRepeat_;
+    const int slot = i < secondCopy_ ? i : i - copiedBursts_;
     cycles += cycles_[slot] & 0xFFFF;
     onTime += static_cast<double>(bursts_[static_cast<size_t>(2 * i)]);
   }
   if (cycles == end - first || onTime <= 0) return 0;  // one cycle a burst: not modulated
-  return static_cast<int>(1e6 * static_cast<double>(cycles) / onTime);
+  const double hz = 1e6 * static_cast<double>(cycles) / onTime;
+  return hz < INT_MAX ? static_cast<int>(hz) : INT_MAX;
 }
 
 bool Signal::lead_in(float minTotal, float maxTotal, float maxOn, float minOff, float extra) const {

@@ -181,6 +181,8 @@ class Signal {
   int interfaceLevel_ = 2;
   bool hasRepeatInfo_;
   const uint32_t* cycles_ = nullptr;  // the caller's cycle counts, one slot a burst
+  int secondCopy_ = 0;                // first burst of the repeat part's second copy, which the
+  int copiedBursts_ = 0;              // caller does not have, and its bursts
 
   // --- The candidate frame ----------------------------------------------------------------
   const float* frame_ = nullptr;  // its first on-time

@@ -2,6 +2,7 @@
 // The search and the repeat bookkeeping, driven by recognisers that answer by a script.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 #include <string>
@@ -271,6 +272,17 @@ TEST_F(Bookkeeping, ExtraPartFollowsBothRepeats) {
   EXPECT_EQ(press(script, -5), "RC6 -1 -1 []");
   EXPECT_EQ(context_[0], 0xFFFFFU) << "the search has reached the extra part";
   EXPECT_EQ(press(script, -5), " -1 -1 []");
+}
+
+TEST_F(Bookkeeping, CycleCountsKnowTheRepeatPartOnce) {
+  single_ = 3;
+  repeat_ = 4;
+  std::vector<uint32_t> cycles(12, 570);
+  std::fill(cycles.begin() + 7, cycles.end(), 285);  // the extra part's
+  const auto* data = cycles.data();
+  std::memcpy(&context_[6], &data, sizeof data);
+  press({{11, 5, "RC6"}}, -5, -8);
+  EXPECT_EQ(context_[6], 19000U);
 }
 
 /// Records the frames that the search offers.
