@@ -6,19 +6,10 @@
 
 namespace {
 
+using decode_ir::frame;
+using decode_ir::isNamed;
 using decode_ir::Result;
-
-std::vector<int> frame(const char* protocol, const irp::Parameters& given) {
-  return contract::single_frame(irp::protocol(protocol), irp::protocol(protocol).complete(given));
-}
-
-std::vector<int> signal(const char* protocol, const irp::Parameters& given, int repeats) {
-  return irp::protocol(protocol).render(given, repeats).whole();
-}
-
-bool isNamed(const Result& result) {
-  return !result.name.empty() && !result.name.starts_with("Gap-");
-}
+using decode_ir::signal;
 
 TEST(BiPhase, NamesNumbersAndRemarks) {
   struct {

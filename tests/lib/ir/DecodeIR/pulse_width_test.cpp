@@ -8,28 +8,11 @@
 
 namespace {
 
+using decode_ir::broken;
+using decode_ir::frame;
+using decode_ir::isNamed;
 using decode_ir::Result;
-
-std::vector<int> frame(const char* protocol, const irp::Parameters& given) {
-  return contract::single_frame(irp::protocol(protocol), irp::protocol(protocol).complete(given));
-}
-
-std::vector<int> signal(const char* protocol, const irp::Parameters& given, int repeats) {
-  std::vector<int> sent = irp::protocol(protocol).render(given, repeats).whole();
-  if (sent.size() % 2 == 1) sent.push_back(50000);
-  return sent;
-}
-
-bool isNamed(const Result& result) {
-  return !result.name.empty() && !result.name.starts_with("Gap-");
-}
-
-/// A frame of a definition that breaks a rule of its protocol.
-std::vector<int> broken(const char* definition) {
-  std::vector<int> sent = irp::Protocol("broken", definition).render({}).whole();
-  if (sent.size() % 2 == 0) sent.pop_back();
-  return sent;
-}
+using decode_ir::signal;
 
 constexpr char kRoomba130[] = "{38k,1000,msb}<1,-3|3,-1>(130:8,-50m)";
 
