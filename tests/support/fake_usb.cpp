@@ -82,6 +82,11 @@ void interrupt_program() {
   std::raise(SIGINT);
 }
 
+void wait_for_signal() {
+  pause();
+  the_world().interrupted = true;
+}
+
 void flood(device& target, uint64_t at, uint64_t period) {
   the_world().events.emplace(at, [&target, at, period] {
     if (!target.present) return;
@@ -97,6 +102,10 @@ void schedule(uint64_t at, const std::vector<std::string>& words) {
   auto& events = the_world().events;
   if (what == "sigint") {
     events.emplace(at, interrupt_program);
+    return;
+  }
+  if (what == "hang") {
+    events.emplace(at, wait_for_signal);
     return;
   }
   if (target == nullptr) give_up("the script needs a device first");

@@ -17,6 +17,7 @@
 //   at T unplug               the last device goes away
 //   at T plug [version=...] [refuses=N]     and comes back
 //   at T sigint               Ctrl-C
+//   at T hang                 real time from here on: nothing more comes until a signal does
 //   flood T                   from now on a timing report every T ms, without end
 //   on CMD [N] FAULT          what happens on the Nth command of that name (every one without N):
 //       noreply | short | id BYTE | name NAME | status N | late T | writeerror | unplug | sigint |
