@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "lib/libutil/interrupt.h"
 
-#include <unistd.h>
+#include <sys/time.h>
 
 #include <atomic>
 #include <csignal>
@@ -9,10 +9,13 @@
 namespace interrupt {
 namespace {
 
-constexpr unsigned kGraceSeconds = 1;
+// A signal may come just before the system call that it should have cut short: the ticks do it.
+constexpr suseconds_t kTickUs = 20'000;
+constexpr std::sig_atomic_t kMostTicks = 50;  // a second
 
 volatile std::sig_atomic_t waiting = 0;
 volatile std::sig_atomic_t pending = 0;
+volatile std::sig_atomic_t ticks = 0;
 void (*volatile terminal_restorer)() = nullptr;
 
 void handle(int signal, void (*handler)(int)) {
@@ -23,6 +26,11 @@ void handle(int signal, void (*handler)(int)) {
   sigaddset(&action.sa_mask, SIGINT);
   sigaddset(&action.sa_mask, SIGALRM);
   sigaction(signal, &action, nullptr);
+}
+
+void tick_every(suseconds_t us) {
+  const itimerval setting = {{0, us}, {0, us}};
+  setitimer(ITIMER_REAL, &setting, nullptr);
 }
 
 void let_the_next_one_kill() {
@@ -44,10 +52,14 @@ moment arrived(int signal) {
   const bool safe = waiting != 0;
   if (!safe && signal == SIGINT && pending == 0) {
     pending = 1;
-    alarm(kGraceSeconds);
+    tick_every(kTickUs);
     return moment::kLater;
   }
-  alarm(0);
+  if (!safe && signal == SIGALRM) {
+    ticks = ticks + 1;
+    if (ticks < kMostTicks) return moment::kLater;
+  }
+  tick_every(0);
   pending = 0;  // the clean-up has waits of its own
   let_the_next_one_kill();
   return safe ? moment::kSafe : moment::kAnywhere;
