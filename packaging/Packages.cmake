@@ -13,7 +13,7 @@ set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
     OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
-set(CPACK_COMPONENTS_ALL program runtime development)
+set(CPACK_COMPONENTS_ALL program library development)
 set(CPACK_COMPONENTS_GROUPING IGNORE)
 
 set(CPACK_DEB_COMPONENT_INSTALL ON)
@@ -32,15 +32,15 @@ decodes them with three families of decoders. Decoding needs no device.")
 set(CPACK_DEBIAN_PROGRAM_PACKAGE_CONTROL_EXTRA
     ${CMAKE_CURRENT_SOURCE_DIR}/debian/postinst ${CMAKE_CURRENT_SOURCE_DIR}/debian/postrm)
 
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME libdecodeir2)
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA ${CMAKE_CURRENT_SOURCE_DIR}/debian/triggers
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_NAME libdecodeir2)
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_SECTION libs)
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_CONTROL_EXTRA ${CMAKE_CURRENT_SOURCE_DIR}/debian/triggers
     ${CMAKE_CURRENT_SOURCE_DIR}/debian/library/postinst
     ${CMAKE_CURRENT_SOURCE_DIR}/debian/library/postrm
     ${CMAKE_CURRENT_BINARY_DIR}/shlibs)
 file(CONFIGURE OUTPUT shlibs CONTENT "libDecodeIR 2 libdecodeir2 (>= @package_version@)\n" @ONLY)
-set(CPACK_COMPONENT_RUNTIME_DESCRIPTION
+set(CPACK_COMPONENT_LIBRARY_DESCRIPTION
 "name the protocol of an infrared signal from its timings
 The library looks for the frames of well over a hundred remote-control
 protocols in a list of timings and says which one it is, with its device and
@@ -54,7 +54,7 @@ set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION
 The header, the pkg-config file and the manual page of libDecodeIR.")
 
 # Every package carries its licence and its changelog.
-set(packages program vantrel runtime libdecodeir2 development libdecodeir-dev)
+set(packages program vantrel library libdecodeir2 development libdecodeir-dev)
 configure_file(debian/changelog.in changelog @ONLY)
 add_custom_command(OUTPUT changelog.gz
   COMMAND ${GZIP} -9n < changelog > changelog.gz DEPENDS debian/changelog.in VERBATIM)

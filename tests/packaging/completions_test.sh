@@ -1,9 +1,10 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# completions_test.sh VANTREL PACKAGING_DIR: the completions and the manual page know every command and
+# completions_test.sh BUILD_DIR PACKAGING_DIR: the completions and the manual page know every command and
 # option that the program's own help shows, and no other.
 set -euo pipefail
-vantrel=$(realpath "$1")
+build=$(realpath "$1")
+vantrel=$build/vantrel
 cd "$2"
 failures=0
 
@@ -45,5 +46,21 @@ for command in $commands; do
   same "manual, $command" "$options" \
     "$(sed -n "/^\.SS $command/,/^\.S[SH] [^d]/p" man/vantrel.1 | sed 's/\\-/-/g' |
       sed -n '/^\.BR -/s/.*\(--[a-z]*\).*/\1/p' | words)"
+done
+
+# shellcheck disable=SC1091
+source completions/companions.bash
+for companion in vantrel-json vantrel-plot; do
+  options=$("$build/$companion" --help | sed -n 's/^  -., \(--[a-z]\+\) .*/\1/p' | words)
+  COMP_WORDS=("$companion" --)
+  COMP_CWORD=1
+  _vantrel_companion
+  same "bash, $companion" "$options" "$(printf '%s\n' "${COMPREPLY[@]}" | words)"
+  same "zsh, $companion" "$options" \
+    "$(sed -n "/^  $companion)/,/;;/p" completions/_vantrel | grep -o -- '--[a-z]*' | words)"
+  same "fish, $companion" "$options" \
+    "$(sed -n "s/^complete -c $companion .*-l \([a-z]*\) .*/--\1/p" completions/companions.fish | words)"
+  same "manual, $companion" "$options" "$(sed 's/\\-/-/g' "man/$companion.1" |
+    sed -n '/^\.SH OPTIONS/,/^\.SH [^O]/{/^\.BR -/s/.*\(--[a-z]*\).*/\1/p}' | words)"
 done
 exit "$failures"
