@@ -30,6 +30,7 @@ sanitize:
 lint:
 	packaging/install-dependencies lint
 	cmake --preset release
+	cmake --build --preset release --target version_info
 	packaging/lint build
 
 bench:

@@ -96,10 +96,10 @@ std::variant<pattern, elapsed_line, bad_line> read_pronto(const std::vector<toke
   // The carrier period in whole µs, as vantrel itself takes it: the word times 0.241246 µs.
   const int64_t unit = (int64_t{words[1]} * 1000000 + 2072573) / 4145146;
   pattern found{.form = "pronto", .durations = {}, .repeat = {}, .elapsed_ms = {}, .pronto = {}};
-  found.pronto =
-      pronto_header{.carrier_hz = words[1] == 0 ? 0 : static_cast<int>(std::lround(4145146.0 / words[1])),
-                    .once_pairs = once,
-                    .repeat_pairs = repeat};
+  found.pronto = pronto_header{
+      .carrier_hz = words[1] == 0 ? 0 : static_cast<int>(std::lround(4145146.0 / words[1])),
+      .once_pairs = once,
+      .repeat_pairs = repeat};
   for (size_t i = kProntoHeaderWords; i < words.size(); ++i) {
     const bool of_once = i < static_cast<size_t>(kProntoHeaderWords + 2 * once);
     // The last word of each sequence is the silence after it and no part of the pattern.
