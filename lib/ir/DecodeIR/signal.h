@@ -138,12 +138,16 @@ class Signal {
   static constexpr int kMostMiscChars = 254;  // the repeat description and the remark
   /// Claims the frame: writes the name and the numbers (-1 for none) and calls setzContext.
   void claim(const char* name, int device, int subDevice, int obc, int hex0 = -1);
-  /// Makes the frame being claimed longer: the bursts behind it belong to it.
-  /// REQUIRES: frameLength_ <= bursts <= burstsFromFrame().
+  static constexpr int kExtendedLevel = 2;  // preemption inside a frame that was extended
+  /// Makes the frame being claimed longer: the bursts behind it belong to it, and no recogniser is
+  /// to claim them once more. REQUIRES: frameLength_ <= bursts <= burstsFromFrame().
   void extendFrame(int bursts) {
     frameLength_ = bursts;
     trailingGap_ = off(bursts - 1);
+    setPreempt(kExtendedLevel);
   }
+  /// Whether the frame starts inside one that was extended.
+  [[nodiscard]] bool insideExtended() const { return preemptLevel_ >= kExtendedLevel; }
   /// Writes the remark of the frame being claimed.
   [[gnu::format(printf, 2, 3)]] void remark(const char* fmt, ...);
 

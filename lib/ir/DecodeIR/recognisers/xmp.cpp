@@ -110,7 +110,7 @@ bool makeFrame(const half& first, const half& second) {
 }  // namespace
 
 void Signal::tryXMP() {
-  if (!within(kXmpBounds)) return;
+  if (!within(kXmpBounds) || insideExtended()) return;
   if (burst(0) < kShortestBurstUs || burst(1) < kShortestBurstUs) return;
 
   half first{};

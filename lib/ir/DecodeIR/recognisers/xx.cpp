@@ -91,7 +91,7 @@ int burstsToGap(const float* frame, int available) {
 }  // namespace
 
 void Signal::tryXX() {
-  if (!within(kXxBounds) || !leadFits(frame_)) return;
+  if (!within(kXxBounds) || !leadFits(frame_) || insideExtended()) return;
   xx_frame told{};
   if (setOff_.largest > kLeadSpaceMaxUs || !readFrame(frame_, frameLength_, &told)) return;
 

@@ -1,0 +1,202 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The recognisers of bi-phase codes whose frames mark the start and end of a press (Blaupunkt, NRC,
+// OrtekMCE, Amino, Zaptor), and of TDC and the keyboards Sejin and Solidtek.
+#include <gtest/gtest.h>
+
+#include "tests/support/decode_ir_call.h"
+
+namespace {
+
+using decode_ir::broken;
+using decode_ir::frame;
+using decode_ir::isNamed;
+using decode_ir::Result;
+using decode_ir::signal;
+
+TEST(PressCodes, NamesNumbersAndRemarks) {
+  struct {
+    const char* protocol;
+    irp::Parameters given;
+    const char *name, *misc;
+    int device, subDevice, obc, hex0;
+  } const cases[] = {
+      {"TDC-38", {{"D", 10}, {"S", 26}, {"F", 74}}, "TDC-38", "", 10, 26, 74, 74},
+      {"TDC-56", {{"D", 31}, {"S", 0}, {"F", 127}}, "TDC-56", "", 31, 0, 127, 127},
+      {"OrtekMCE", {{"D", 21}, {"F", 34}}, "OrtekMCE", "only start frame", 21, -1, 34, 17},
+      {"Amino", {{"D", 9}, {"F", 37}}, "Amino", "T=1", 9, -1, 37, 37},
+      {"Zaptor-36",
+       {{"D", 16}, {"S", 3}, {"F", 63}, {"E", 7}},
+       "Zaptor-36",
+       "E = 7",
+       16,
+       3,
+       63,
+       63},
+      {"Sejin-1-38",
+       {{"D", 16}, {"F", 126}, {"S", 9}, {"E", 2}},
+       "Sejin-1-38",
+       "E = 2",
+       16,
+       9,
+       126,
+       126},
+      {"Solidtek16", {{"D", 8}, {"F", 98}}, "Solidtek16", "", 8, -1, 98, 35},
+      {"Blaupunkt", {{"D", 5}, {"F", 1}}, "Blaupunkt{prefix}", "", 7, -1, 63, 63},
+      {"NRC16", {{"D", 5}, {"F", 1}}, "NRC16{prefix}", "", 127, -1, 254, 127},
+      {"NRC17", {{"D", 5}, {"F", 1}}, "NRC17{prefix}", "", 255, -1, 254, 127},
+  };
+  for (const auto& c : cases) {
+    const std::vector<int> sent = frame(c.protocol, c.given);
+    Random random(1, c.protocol);
+    for (const bool received : {false, true}) {
+      const Result result = decode_ir::call(received ? receive(sent, random) : sent);
+      EXPECT_EQ(result.name, c.name) << c.protocol;
+      EXPECT_EQ(result.misc, *c.misc == '\0' ? "no repeat" : std::string("no repeat: ") + c.misc);
+      EXPECT_EQ(result.device, c.device) << c.protocol;
+      EXPECT_EQ(result.subDevice, c.subDevice) << c.protocol;
+      EXPECT_EQ(result.obc, c.obc) << c.protocol;
+      EXPECT_EQ(result.hex[0], c.hex0) << c.protocol;
+    }
+  }
+}
+
+TEST(PressCodes, TheCarrierTellsPairsApart) {
+  struct {
+    const char* protocol;
+    irp::Parameters given;
+    const char* name;
+  } const cases[] = {
+      {"Amino-56", {{"D", 9}, {"F", 37}}, "Amino-56"},
+      {"Zaptor-56", {{"D", 16}, {"S", 3}, {"F", 63}, {"E", 7}}, "Zaptor-56"},
+      {"Sejin-1-56", {{"D", 16}, {"F", 126}, {"S", 9}}, "Sejin-1-56"},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(decode_ir::call(frame(c.protocol, c.given), 56000).name, c.name);
+  }
+}
+
+TEST(PressCodes, FailingChecksHaveNoName) {
+  struct {
+    const char *what, *definition;
+  } const cases[] = {
+      {"OrtekMCE, C one too large", "{38.6k,480}<1,-1|-1,1>(4,-1,21:5,0:2,34:6,9:4,-48m)"},
+      {"OrtekMCE, P = 3", "{38.6k,480}<1,-1|-1,1>(4,-1,21:5,3:2,34:6,10:4,-48m)"},
+      {"Amino, fixed bits",
+       "{37.3k,268,msb}<-1,1|1,-1>(7,-6,3,9:4,1:1,1:1,1:2,1:8,37:8,15:4,1:4,-79m)"},
+      {"Zaptor, C", "{36k,330,msb}<-1,1|1,-1>(8,-6,2,16:8,0:1,3:7,63:8,7:4,12:4,-74m)"},
+      {"Sejin, C", "{38.8k,310,msb}<-1|1>(<8:4|4:4|2:4|1:4>(3,3:2,16:8,126:8,9:8,0:4,1:4,-77))"},
+      {"Sejin, two marks in a symbol",
+       "{38.8k,310,msb}<-1|1>(<8:4|4:4|2:4|9:4>(3,1:4,16:8,15:8,0:8,0:4,0:4,-77))"},
+      {"Solidtek16, C", "{38k}<-624,468|468,-624>(1820,-590,0:1,8:4,98:7,0:1,9:4,1:1,-143m)"},
+      {"TDC of 16 bits", "{38k,315,msb}<-1,1|1,-1>(1,-1,9:5,3:5,9:6,-89m)"},
+      {"NRC of 15 bits", "{38k,500}<-1,1|1,-1>(1,-5,1:1,77:8,99:6,-110m)"},
+      {"NRC that begins with a zero", "{38k,500}<-1,1|1,-1>(1,-5,0:1,77:8,99:7,-110m)"},
+  };
+  for (const auto& c : cases) {
+    const Result result = decode_ir::call(broken(c.definition));
+    EXPECT_FALSE(isNamed(result)) << c.what << ": " << result.name;
+  }
+}
+
+TEST(PressCodes, CutFramesHaveNoName) {
+  struct {
+    const char* protocol;
+    irp::Parameters given;
+  } const cases[] = {
+      {"TDC-38", {{"D", 10}, {"S", 26}, {"F", 74}}},
+      {"OrtekMCE", {{"D", 21}, {"F", 34}}},
+      {"Amino", {{"D", 9}, {"F", 37}}},
+      {"Zaptor-36", {{"D", 16}, {"S", 3}, {"F", 63}, {"E", 7}}},
+      {"Sejin-1-38", {{"D", 16}, {"F", 126}, {"S", 9}, {"E", 2}}},
+  };
+  for (const auto& c : cases) {
+    const std::vector<int> whole = frame(c.protocol, c.given);
+    for (size_t length = 9; length < whole.size() - 2; length += 2) {
+      const auto end = whole.begin() + static_cast<long>(length);
+      const Result tail = decode_ir::call({whole.begin(), end});
+      EXPECT_FALSE(isNamed(tail)) << c.protocol << ": " << tail.name;
+      const Result head = decode_ir::call({whole.end() - static_cast<long>(length), whole.end()});
+      EXPECT_FALSE(isNamed(head)) << c.protocol << ": " << head.name;
+    }
+  }
+}
+
+TEST(PressCodes, StartFrameAndBodyAreOneFrame) {
+  struct {
+    const char *protocol, *misc, *alone;
+  } const cases[] = {
+      {"Blaupunkt", "+ 1 copy", "Blaupunkt"},
+      {"NRC16", "+ 1 copy", "NRC16{body}"},
+      {"NRC17", "no repeat", "NRC17{body}"},
+  };
+  const irp::Parameters given = {{"D", 5}, {"F", 33}};
+  for (const auto& c : cases) {
+    const std::vector<int> sent = signal(c.protocol, given, 1);
+    const Result whole = decode_ir::call(sent);
+    EXPECT_EQ(whole.name, c.protocol);
+    EXPECT_EQ(whole.device, 5);
+    EXPECT_EQ(whole.obc, 33);
+    EXPECT_EQ(whole.misc, c.misc);
+
+    const std::vector<int> body = contract::single_frame(irp::protocol(c.protocol), given, "2");
+    const Result alone = decode_ir::call(body);
+    EXPECT_EQ(alone.name, c.alone);
+    EXPECT_EQ(alone.obc, 33);
+  }
+}
+
+/// Frames of OrtekMCE, given by what they say of their place in the press.
+std::vector<int> ortek(const std::vector<int>& places) {
+  std::vector<int> sent;
+  for (const int place : places) {
+    const std::vector<int> one = irp::Protocol("one",
+                                               "{38.6k,480}<1,-1|-1,1>(4,-1,D:5,P:2,F:6,C:4,-48m)"
+                                               "{C=3+#D+#P+#F,D=21,F=34}[P:0..2]")
+                                     .render({{"P", place}})
+                                     .whole();
+    sent.insert(sent.end(), one.begin(), one.end());
+  }
+  return sent;
+}
+
+TEST(OrtekMce, TheRemarkTellsWhatIsMissingOfThePress) {
+  const std::pair<std::vector<int>, const char*> cases[] = {
+      {{0}, "no repeat: only start frame"},
+      {{1}, "no repeat: no start and end frames"},
+      {{2}, "no repeat: only end frame"},
+      {{0, 1}, "+ 1 copy: no end frame"},
+      {{1, 1}, "+ 1 copy: no start and end frames"},
+      {{1, 1, 2}, "+ 2 copies: no start frame"},
+      {{0, 1, 1, 2}, "+ 3 copies"},
+      {{0, 2}, "+ 1 copy"},
+  };
+  for (const auto& [places, misc] : cases) {
+    const Result result = decode_ir::call(ortek(places));
+    EXPECT_EQ(result.name, "OrtekMCE");
+    EXPECT_EQ(result.misc, misc);
+    EXPECT_EQ(result.obc, 34);
+  }
+}
+
+TEST(Amino, TheFramesOfAPressAreCopies) {
+  EXPECT_EQ(decode_ir::call(signal("Amino", {{"D", 9}, {"F", 37}}, 2)).misc, "+ 2 copies: T=1");
+}
+
+TEST(Solidtek, OtherLengths) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"{38k}<-624,468|468,-624>(1820,-590,0:1,8:4,33:6,9:6,5:4,1:1,-143m)", "Solidtek20"},
+      {"{38k}<-624,468|468,-624>(1820,-590,0:1,5:4,6:4,1:1,-143m)", "S:10-5340"},
+      {"{38k}<-624,468|468,-624>(1820,-590,0:1,5:4,6:5,1:1,-143m)", ""},
+      {"{38k}<-624,468|468,-624>(1820,-590,0:1,5:4,6:4,0:1,-143m)", ""},
+  };
+  for (const auto& [definition, name] : cases) {
+    const Result result = decode_ir::call(broken(definition));
+    if (*name == '\0') {
+      EXPECT_FALSE(isNamed(result)) << result.name;
+    } else {
+      EXPECT_EQ(result.name, name);
+    }
+  }
+}
+
+}  // namespace
