@@ -1,0 +1,189 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What a pattern costs on its way through decode, step by step, and a whole file as a process.
+// What the code under test prints goes to a temporary file; the table goes to standard output.
+#include <benchmark/benchmark.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <random>
+#include <string>
+
+#include "lib/csv.h"
+#include "lib/ir/DecodeIR/DecodeIR.h"
+#include "lib/ir/arduino/arduino.h"
+#include "lib/ir/decode_families.h"
+#include "lib/ir/ir.h"
+#include "lib/ir/ir_hash.h"
+#include "src/cmds/decode.h"
+#include "src/common.h"
+
+namespace {
+
+constexpr int kFilePatterns = 100000;
+constexpr long kOutputLimit = 64L << 20;
+
+std::string nec_line(uint32_t bits) {
+  std::string line = "9024,4512";
+  for (int i = 31; i >= 0; --i) line += (bits >> i & 1) != 0 ? ",564,1692" : ",564,564";
+  return line + ",564";
+}
+
+// No analyzer stays with it, so the catch-all hashes it.
+std::string unknown_line() {
+  std::string line = "6000,3000";
+  for (int i = 0; i < 20; ++i) line += i % 3 == 0 ? ",420,1260" : ",420,420";
+  return line + ",420";
+}
+
+ir_packet packet_of(const std::string& line) {
+  std::array<uint16_t, 100> list = {};
+  ir_packet packet = {};
+  packet.len = static_cast<uint8_t>(csv_to_buf(line.c_str(), list.data(), sizeof list));
+  std::copy_n(list.begin(), packet.len, packet.buf);
+  return packet;
+}
+
+// Standard output is a file here; it starts again before it grows large.
+void keep_output_small() {
+  if (std::ftell(stdout) > kOutputLimit) std::rewind(stdout);
+}
+
+template <class Code>
+void measure(benchmark::State& state, Code code) {
+  for (auto _ : state) {
+    code();
+    keep_output_small();
+  }
+  state.SetItemsProcessed(state.iterations());
+}
+
+void parse(benchmark::State& state) {
+  const std::string line = nec_line(0x00FF08F7);
+  std::array<uint16_t, 100> list = {};
+  measure(state,
+          [&] { benchmark::DoNotOptimize(csv_to_buf(line.c_str(), list.data(), sizeof list)); });
+}
+BENCHMARK(parse);
+
+void print(benchmark::State& state) {
+  ir_packet packet = packet_of(nec_line(0x00FF08F7));
+  measure(state, [&] { print_raw(&packet); });
+}
+BENCHMARK(print);
+
+// Prints as well, and decodes once on the way.
+void print_and_decode(benchmark::State& state) {
+  ir_packet packet = packet_of(nec_line(0x00FF08F7));
+  measure(state, [&] { print_pronto(&packet); });
+}
+BENCHMARK(print_and_decode);
+
+void own_decoder(benchmark::State& state, const std::string& line) {
+  const ir_packet packet = packet_of(line);
+  measure(state, [&] {
+    ir_t event = ir_event_of(packet);
+    ir_decode_packet(&event);
+  });
+}
+BENCHMARK_CAPTURE(own_decoder, nec, nec_line(0x00FF08F7));
+BENCHMARK_CAPTURE(own_decoder, unknown, unknown_line());
+
+void hash(benchmark::State& state) {
+  const ir_packet packet = packet_of(unknown_line());
+  measure(state, [&] { benchmark::DoNotOptimize(ir_hash(packet.buf, packet.len, 2400)); });
+}
+BENCHMARK(hash);
+
+// The path of a pattern with the program's own decoders alone.
+void own_family_path(benchmark::State& state) {
+  const std::string line = nec_line(0x00FF08F7);
+  measure(state, [&] {
+    ir_packet packet = packet_of(line);
+    print_raw(&packet);
+    print_pronto(&packet);
+    ir_t event = ir_event_of(packet);
+    ir_decode_packet(&event);
+    std::fflush(stdout);
+  });
+}
+BENCHMARK(own_family_path);
+
+void signal_analysis(benchmark::State& state) {
+  ir_packet packet = packet_of(nec_line(0x00FF08F7));
+  measure(state, [&] { DecodeIR(&packet, packet.len); });
+}
+BENCHMARK(signal_analysis);
+
+void matchers(benchmark::State& state) {
+  ir_packet packet = packet_of(nec_line(0x00FF08F7));
+  measure(state, [&] { arduino_decode(&packet, packet.len); });
+}
+BENCHMARK(matchers);
+
+void whole_path(benchmark::State& state, const std::string& line) {
+  measure(state, [&] { decode_line(line.c_str()); });
+}
+BENCHMARK_CAPTURE(whole_path, nec, nec_line(0x00FF08F7));
+BENCHMARK_CAPTURE(whole_path, unknown, unknown_line());
+
+/// A file in the temporary folder that goes when the program ends.
+class TemporaryFile {
+ public:
+  TemporaryFile() { ::close(::mkstemp(path_.data())); }
+  ~TemporaryFile() { ::unlink(path_.c_str()); }
+  TemporaryFile(const TemporaryFile&) = delete;
+  TemporaryFile& operator=(const TemporaryFile&) = delete;
+  [[nodiscard]] const std::string& path() const { return path_; }
+
+ private:
+  std::string path_ = "/tmp/vantrel-bench-XXXXXX";
+};
+
+// `decode --read` of 100,000 frames with random bits, as a process, its output to a file.
+void process(benchmark::State& state) {
+  const TemporaryFile patterns;
+  {
+    std::ofstream out(patterns.path());
+    std::mt19937 random(1);
+    for (int i = 0; i < kFilePatterns; ++i)
+      out << nec_line(static_cast<uint32_t>(random())) << '\n';
+  }
+  std::string program = VANTREL_PROGRAM;
+  std::string command = "decode";
+  std::string option = "--read=" + patterns.path();
+  char* argv[] = {program.data(), command.data(), option.data(), nullptr};
+  for (auto _ : state) {
+    std::rewind(stdout);
+    pid_t child = 0;
+    int status = 1;
+    if (posix_spawn(&child, program.c_str(), nullptr, nullptr, argv, environ) == 0) {
+      ::waitpid(child, &status, 0);
+    }
+    if (status != 0) {
+      state.SkipWithError("the program failed");
+      break;
+    }
+  }
+  state.SetItemsProcessed(state.iterations() * kFilePatterns);
+}
+BENCHMARK(process)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  benchmark::Initialize(&argc, argv);
+  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
+  const TemporaryFile output;
+  std::ofstream table("/proc/self/fd/" + std::to_string(::dup(STDOUT_FILENO)), std::ios::app);
+  if (std::freopen(output.path().c_str(), "w", stdout) == nullptr) return 1;
+  benchmark::ConsoleReporter reporter(benchmark::ConsoleReporter::OO_None);
+  reporter.SetOutputStream(&table);
+  reporter.SetErrorStream(&table);
+  benchmark::RunSpecifiedBenchmarks(&reporter);
+  return 0;
+}
