@@ -122,14 +122,17 @@ bool Signal::gapDitto() {
 namespace {
 
 constexpr int kFewestUnknownBits = 8;
+// Without a lead-in 8 symbols may also be half an XMP frame.
+constexpr int kFewestLeadlessBits = 9;
 constexpr float kUnknownGapUs = 9000;
 constexpr float kUnknownGapPart = 1.5F;   // of the longest symbol
 constexpr float kUnknownLeadPart = 1.4F;  // a lead-in against the longest symbol
 constexpr float kUnknownMarkTolerance = 0.2F;
 constexpr float kUnknownJitterUs = 40;
-constexpr float kUnknownRatio = 1.25F;  // the long symbol against the short one
-constexpr float kUnknownSpread = 0.2F;  // within one kind of symbol, of the difference
-constexpr float kClassicRatio = 2;      // 1:1 and 1:3, the shape of most codes
+constexpr float kUnknownRatio = 1.25F;   // the long symbol against the short one
+constexpr float kUnknownSpread = 0.06F;  // of one kind of symbol, and a rest in µs
+constexpr float kUnknownSpreadUs = 50;
+constexpr float kClassicRatio = 2;  // 1:1 and 1:3, the shape of most codes
 constexpr float kClassicTolerance = 0.25F;
 
 }  // namespace
@@ -152,18 +155,19 @@ void Signal::gapUnknown() {
     longest = std::max(longest, burst(0));
   }
   const int bits = last - first;
-  if (bits < kFewestUnknownBits || longest < kUnknownRatio * shortest ||
-      framingGap_ < kUnknownGapPart * longest) {
+  if (bits < (first == 0 ? kFewestLeadlessBits : kFewestUnknownBits) ||
+      longest < kUnknownRatio * shortest || framingGap_ < kUnknownGapPart * longest) {
     return;
   }
   float mark = 0;
   int longs = 0;
   threshold_ = (shortest + longest) / 2;
-  const float spread = kUnknownSpread * (longest - shortest);
   for (int i = first; i < last; ++i) {
     mark += on(i);
     if (burst(i) > threshold_) ++longs;
-    if (burst(i) > shortest + spread && burst(i) < longest - spread) return;
+    const bool is_short = burst(i) < shortest + kUnknownSpread * shortest + kUnknownSpreadUs;
+    const bool is_long = burst(i) > longest - kUnknownSpread * longest - kUnknownSpreadUs;
+    if (!is_short && !is_long) return;
   }
   if (first == 0 && (longs < 2 || longs > bits - 2)) return;
   mark /= static_cast<float>(bits);

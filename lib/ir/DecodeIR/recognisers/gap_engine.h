@@ -26,6 +26,10 @@ struct split_burst {
   burst_units burst;
 };
 
+constexpr float kGapUs = 9000;
+constexpr float kGapBeforeUs = 5000;
+constexpr float kAnyUs = 2e9F;
+
 /// How a frame looks on the wire: [lead-in] symbols, with at most one split, and a stop mark.
 struct coding {
   float unit;             // µs
@@ -34,14 +38,34 @@ struct coding {
   float zero, one;        // units, the spaces of the two symbols
   int bits;               // symbols
   split_burst split = {};
-  float stop = 0;           // units of the stop mark, 0 for `mark`
-  float min_gap = 9000;     // µs of space after the frame
-  float min_before = 5000;  // µs of space before it
-  float max_before = 2e9F;
+  float stop = 0;                   // units of the stop mark, 0 for `mark`
+  float min_gap = kGapUs;           // µs of space after the frame
+  float min_before = kGapBeforeUs;  // µs of space before it
+  float max_before = kAnyUs;
   float fastest = 0.9F;  // range of the remote's clock against `unit`
   float slowest = 1.1F;
   float shortest_mark = 0;  // µs, range of the mean mark, where only that tells two codes apart
-  float longest_mark = 1e9F;
+  float longest_mark = kAnyUs;
+
+  [[nodiscard]] constexpr coding gaps(float after, float before, float most_before = kAnyUs) const {
+    coding changed = *this;
+    changed.min_gap = after;
+    changed.min_before = before;
+    changed.max_before = most_before;
+    return changed;
+  }
+  [[nodiscard]] constexpr coding clock(float from, float to) const {
+    coding changed = *this;
+    changed.fastest = from;
+    changed.slowest = to;
+    return changed;
+  }
+  [[nodiscard]] constexpr coding marks(float shortest, float longest) const {
+    coding changed = *this;
+    changed.shortest_mark = shortest;
+    changed.longest_mark = longest;
+    return changed;
+  }
 
   [[nodiscard]] constexpr bool has_lead() const { return lead.on > 0; }
   /// Bursts of a frame, lead-in and stop mark included.
