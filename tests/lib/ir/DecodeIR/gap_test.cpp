@@ -1,0 +1,290 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The pulse-distance recogniser: every row of its table, and what it must refuse.
+#include <gtest/gtest.h>
+
+#include <cctype>
+#include <regex>
+#include <string>
+
+#include "tests/support/decode_ir_call.h"
+
+namespace {
+
+using decode_ir::frame;
+using decode_ir::isNamed;
+using decode_ir::Result;
+using decode_ir::signal;
+
+/// One frame of a definition that is written for the case, from its first mark to its last.
+std::vector<int> define(const std::string& definition) {
+  return decode_ir::broken(definition.c_str());
+}
+
+/// The name, or nothing for one that only describes the frame.
+std::string protocolOf(const std::vector<int>& sent) {
+  const Result result = decode_ir::call(sent);
+  return isNamed(result) ? result.name : "";
+}
+
+class EveryRow : public testing::TestWithParam<std::string> {};
+
+TEST_P(EveryRow, IsNamedCleanReceivedAndRepeated) {
+  for (const uint64_t seed : {1, 2, 3, 4}) {
+    for (const contract::Sample& sample : contract::samples(GetParam(), seed)) {
+      EXPECT_EQ(contract::mismatch(sample.expected, decode_ir::call(sample)), "")
+          << contract::describe(sample);
+    }
+  }
+}
+
+TEST_P(EveryRow, HoldsThroughTheWorstReceivers) {
+  for (const double bias_us : {-40.0, 0.0, 120.0}) {
+    const contract::Counts counts{.clean = 0, .received = 8, .repeated = 0};
+    for (const contract::Sample& sample :
+         contract::samples(GetParam(), 5, counts, fixed_receiver(bias_us, 0.04))) {
+      EXPECT_EQ(contract::mismatch(sample.expected, decode_ir::call(sample)), "")
+          << bias_us << " us: " << contract::describe(sample);
+    }
+  }
+}
+
+std::string testName(const testing::TestParamInfo<std::string>& protocol) {
+  std::string name;
+  for (const char c : protocol.param) name += std::isalnum(c) != 0 ? c : '_';
+  return name + "_" + std::to_string(protocol.index);
+}
+
+INSTANTIATE_TEST_SUITE_P(Gap, EveryRow, testing::ValuesIn(contract::protocols("tryGap")), testName);
+
+TEST(Gap, NamesFramesBeyondTheContract) {
+  struct {
+    const char* definition;
+    const char *name, *misc;
+    int device, subDevice, obc;
+  } const cases[] = {
+      {"{38k,554,msb}<1,-1|1,-3>(8,-8,178:8,77:8,191:8,64:8,31:8,224:8,1,-60m)", "Coolix48", "",
+       178, 191, 31},
+      {"{38k,560,msb}<1,-1|1,-3>(8500u,-4250u,136:8,1:16,1:4,1,-60m)", "LG", "", 136, -1, 1},
+      {"{38k,500,msb}<1,-1|1,-3>(3200u,-9750u,136:8,0x0834:16,15:4,1,-60m)", "LG", "", 136, -1,
+       0x0834},
+      {"{38k,158u,msb}<158u,-263u|158u,-553u>(158u,-1026u,5:4,4:4,7:4,9:4,158u,-100m)", "Lego",
+       "T=0, E=1", 1, -1, 71},
+      {"{33k,1}<16p,-240p|16p,-175p>(1:1,1:1)", "Canon", "", -1, -1, 1},
+      {"{38.1k,570}<1,-1|1,-3>(5:4,0:4,1:2,16:6,0:12,9:4,1,-20m)", "Keeprite", "", -1, -1, -1},
+      {"{40k,535}<1,-1|1,-3>(16,-8,165:8,90:8,7:8,248:8,1,-40m)", "Pioneer", "", 165, -1, 7},
+      {"{38.4k,564}<1,-1|1,-3>(16,-8,238:8,135:8,0:1,5:7,0:8,1,-40m)", "NEC-f16", "E=0", 238, 135,
+       10},
+  };
+  for (const auto& c : cases) {
+    const std::vector<int> sent = define(c.definition);
+    Random random(1, c.name);
+    for (const bool received : {false, true}) {
+      const Result result = decode_ir::call(received ? receive(sent, random) : sent);
+      EXPECT_EQ(result.name, c.name) << c.definition;
+      EXPECT_EQ(result.misc, *c.misc == '\0' ? "no repeat" : std::string("no repeat: ") + c.misc);
+      EXPECT_EQ(result.device, c.device) << c.name;
+      EXPECT_EQ(result.subDevice, c.subDevice) << c.name;
+      EXPECT_EQ(result.obc, c.obc) << c.name;
+    }
+  }
+}
+
+TEST(Gap, SecondFunctionBytesGoIntoTheSecondHexCode) {
+  EXPECT_EQ(decode_ir::call(frame("NEC-f16", {{"D", 1}, {"F", 2}, {"E", 3}})).hex,
+            (std::array{0xBF, 0x3F, -1, -1}));
+  EXPECT_EQ(decode_ir::call(frame("48-NEC", {{"D", 1}, {"F", 2}, {"E", 3}})).hex,
+            (std::array{0xBF, 0x3F, -1, -1}));
+  EXPECT_EQ(decode_ir::call(frame("NEC", {{"D", 1}, {"F", 2}})).hex,
+            (std::array{0xBF, -1, -1, -1}));
+}
+
+TEST(Gap, AFrameWhoseCheckFailsHasNoName) {
+  const std::string kMaker = "{37k,432}<1,-1|1,-3>(8,-4,";
+  const std::string cases[] = {
+      kMaker + "2:8,32:8,5:8,6:8,7:8,5:8,1,-74m)",                       // Panasonic: 4, not 5
+      kMaker + "3:8,1:8,5:8,6:8,7:8,8:8,1,-74m)",                        // JVC-48
+      kMaker + "84:8,50:8,0:4,1:4,2:4,3:12,0:8,1,-74m)",                 // Denon-K
+      kMaker + "170:8,90:8,15:4,1:4,2:8,3:8,1:4,5:4,1,-19m)",            // SharpDVD
+      kMaker + "67:8,83:8,1:4,1:4,2:8,3:8,7:8,1,-43m)",                  // Teac-K
+      kMaker + "35:8,203:8,6:4,1:8,2:8,3:8,0:4,1,-43m)",                 // Mitsubishi-K
+      kMaker + "20:8,99:8,1:4,0:4,2:8,3:8,1:8,1,-43m)",                  // Fujitsu: fixed nibble
+      kMaker + "1:8,16:8,0:4,1:4,2:8,3:8,1:4,0:4,1,-74m)",               // Kaseikyo
+      kMaker + "2:8,32:8,5:8,6:8,9:8,7:8,5:8,1,-74m)",                   // Panasonic2
+      "{38k,550}<1,-1|1,-3>(16,-8,9:8,1:5,~9:8,~1:5,4:8,~5:8,1,-23m)",   // Aiwa
+      "{38.4k,564}<1,-1|1,-3>(16,-8,1:8,2:8,3:8,~3:8,4:8,~6:8,1,-40m)",  // 48-NEC
+      "{38k,605}<1,-1|1,-3>(8000u,-4000u,1:8,2:8,0:2,3:6,0:8,1,-25m)",   // Anthem
+      "{38k,560}<1,-1|1,-3>(16,-8,1:8,2:8,~3:8,1,-40m)",                 // Dgtec
+      "{58k,460,msb}<1,-2|1,-4>(8,-8,3:4,9:8,~3:4,~8:8,1,-40m)",         // RCA
+      "{57.6k,833}<1,-1|1,-3>(4,-4,1:5,2:6,~1:5,~3:6,1,-44m)",           // Old Panasonic
+      "{38k,500,msb}<1,-1|1,-3>(2,-3,9:8,~8:8,1,-50m)",                  // Bose
+      "{37.3k,992}<1,-1|1,-3>(5,-2,9:6,1:2,5:4,1,-60)",                  // G.I.4DTV
+      "{38.7k,490}<1,-4.5|1,-9>(18,-9,9:8,1:4,5:4,1,-84)",               // G.I.Cable
+      "{38k,127}<3,-4|3,-8>(31,-36,5:4,~5:4,9:8,~8:8,3,-50m)",           // Logitech
+      "{37.9k,106,msb}<4,-9|4,-16>((8,-22,1:1,2:3,~2:3,9:6,~8:6,4,-125m))",             // Metz19
+      "{38k,560,msb}<1,-1|1,-3>(8500u,-4250u,136:8,1:16,2:4,1,-60m)",                   // LG
+      "{38k,158u,msb}<158u,-263u|158u,-553u>(158u,-1026u,5:4,4:4,7:4,8:4,158u,-100m)",  // Lego
+  };
+  for (const std::string& definition : cases) {
+    EXPECT_EQ(protocolOf(define(definition)), "") << definition;
+  }
+}
+
+TEST(Gap, ACutFrameHasNoName) {
+  struct {
+    const char* protocol;
+    irp::Parameters given;
+    const char* relative = "";  // a name whose whole frame some cut is
+  } const cases[] = {
+      {"NEC", {{"D", 4}, {"F", 8}}},
+      {"48-NEC", {{"D", 4}, {"S", 5}, {"F", 8}, {"E", 3}}, "NEC|IODATA12"},
+      {"Aiwa", {{"D", 4}, {"S", 1}, {"F", 8}}, "NEC-f16"},
+      {"Panasonic", {{"D", 4}, {"S", 1}, {"F", 8}}},
+      {"Samsung36", {{"D", 4}, {"S", 1}, {"E", 3}, {"F", 8}}, "NECx"},
+      {"G.I.Cable", {{"D", 4}, {"F", 8}}},
+      {"Bose", {{"F", 8}}, "Matsui|JVC\\{2\\}"},
+      {"RCA", {{"D", 4}, {"F", 8}}},
+      {"Proton", {{"D", 4}, {"F", 8}}},
+      {"Dish_Network", {{"D", 4}, {"S", 1}, {"F", 8}}},
+  };
+  for (const auto& c : cases) {
+    const std::regex allowed(c.relative);
+    const std::vector<int> whole = frame(c.protocol, c.given);
+    for (ptrdiff_t length = 5; length < std::ssize(whole); length += 2) {
+      const std::string head = protocolOf({whole.begin(), whole.begin() + length});
+      EXPECT_TRUE(std::regex_match(head, allowed) || head.empty())
+          << c.protocol << " head " << length << ' ' << head;
+      const std::string tail = protocolOf({whole.end() - length, whole.end()});
+      EXPECT_TRUE(std::regex_match(tail, allowed) || tail.empty())
+          << c.protocol << " tail " << length << ' ' << tail;
+    }
+  }
+}
+
+TEST(Gap, OneDurationMayBeOutOfLine) {
+  const std::vector<int> nec = frame("NEC", {{"D", 4}, {"F", 8}});
+  const std::vector<int> jvc = frame("JVC", {{"D", 4}, {"F", 8}});
+  const size_t last = nec.size() - 1;
+  struct {
+    const char* what;
+    const std::vector<int>& sent;
+    std::vector<std::pair<size_t, double>> factors;  // of durations
+    const char* name;
+  } const cases[] = {
+      {"last mark stretched", nec, {{last, 2.0}}, "NEC"},
+      {"last mark cut", nec, {{last, 0.3}}, "NEC"},
+      {"lead-in mark cut", nec, {{0, 0.8}}, "NEC"},
+      {"lead-in space cut", nec, {{1, 0.8}}, "NEC"},
+      {"a space of the function", nec, {{2 * 22 + 1, 1.3}}, "NEC"},
+      {"a space so far out that the bit is a guess", nec, {{2 * 22 + 1, 1.75}}, "NEC"},
+      {"two marks", nec, {{last, 2.0}, {8, 0.5}}, ""},
+      {"lead-in and a space", nec, {{0, 0.8}, {2 * 22 + 1, 1.3}}, ""},
+      {"the lead-in of another code", nec, {{0, 0.5}}, "NECx"},
+      {"a space, and no check to make up for it", jvc, {{9, 1.3}}, ""},
+      {"last mark, no check needed", jvc, {{jvc.size() - 1, 1.8}}, "JVC"},
+  };
+  for (const auto& c : cases) {
+    std::vector<int> sent = c.sent;
+    for (const auto& [at, factor] : c.factors) sent[at] = static_cast<int>(sent[at] * factor);
+    EXPECT_EQ(protocolOf(sent), c.name) << c.what;
+  }
+}
+
+TEST(Gap, AGuessedBitNeedsACheckOfItsOwn) {
+  // Bit 0 of the device; the subdevice vouches for it only as its complement.
+  for (const auto& [sub, name] : {std::pair{0xFB, "NEC"}, {0x12, ""}}) {
+    std::vector<int> sent = frame("NEC", {{"D", 4}, {"S", sub}, {"F", 8}});
+    sent[3] = sent[3] * 17 / 10;
+    EXPECT_EQ(protocolOf(sent), name);
+  }
+}
+
+TEST(Gap, DittosAndCopiesAreTold) {
+  struct {
+    const char* protocol;
+    irp::Parameters given;
+    int repeats;
+    const char *name, *misc;
+  } const cases[] = {
+      {"NEC1", {{"D", 4}, {"F", 8}}, 1, "NEC", "+ 1 ditto"},
+      {"NEC1", {{"D", 4}, {"F", 8}}, 4, "NEC", "+ 4 dittos"},
+      {"NEC2", {{"D", 4}, {"F", 8}}, 3, "NEC2", "+ 2 copies"},
+      {"NEC2-f16", {{"D", 4}, {"F", 8}, {"E", 3}}, 2, "NEC2-f16", "+ 1 copy: E=3"},
+      {"NEC1-rnc", {{"D", 4}, {"F", 8}}, 2, "NEC-rnc", "+ 2 dittos"},
+      {"NECx1", {{"D", 4}, {"F", 8}}, 2, "NECx", "+ 2 dittos"},
+      {"NECx2", {{"D", 4}, {"F", 8}}, 2, "NECx2", "+ 1 copy"},
+      {"48-NEC2", {{"D", 4}, {"S", 0}, {"F", 8}, {"E", 3}}, 2, "48-NEC2", "+ 1 copy: E=3"},
+      {"JVC", {{"D", 4}, {"F", 8}}, 2, "JVC", "+ 2 copies"},
+      {"JVC{2}", {{"D", 4}, {"F", 8}}, 2, "JVC{2}", "+ 1 copy"},
+      {"RCA(Old)", {{"D", 4}, {"F", 8}}, 2, "RCA(Old)", "+ 2 copies"},
+      {"Aiwa", {{"D", 4}, {"S", 1}, {"F", 8}}, 2, "Aiwa", "+ 2 dittos"},
+      {"Amazon_Fan", {{"D", 4}, {"F", 8}}, 2, "Amazon_Fan", "+ 2 dittos"},
+      {"Kathrein", {{"D", 4}, {"F", 8}}, 2, "Kathrein", "+ 3 dittos"},
+      {"Digivision",
+       {{"D", 4}, {"Dev2", 1}, {"Dev3", 2}, {"F", 8}},
+       2,
+       "Digivision",
+       "+ 2 dittos: Dev3=2"},
+      {"Dish_Network", {{"D", 4}, {"S", 1}, {"F", 8}}, 2, "Dish_Network", "+ 2 copies"},
+      {"Denon", {{"D", 4}, {"F", 8}}, 1, "Denon", "+ 2 copies"},
+      {"Sharp", {{"D", 4}, {"F", 8}}, 1, "Sharp", "+ 2 copies"},
+      {"Anthem", {{"D", 4}, {"S", 1}, {"Unit", 2}, {"F", 8}}, 1, "Anthem", "+ 2 copies: Unit=2"},
+  };
+  for (const auto& c : cases) {
+    const std::vector<int> sent = signal(c.protocol, c.given, c.repeats);
+    std::array<unsigned, 16> context{};
+    const int bursts = static_cast<int>(sent.size() / 2);
+    const Result result = decode_ir::call(sent, decode_ir::kCarrier, bursts, 0, &context);
+    EXPECT_EQ(result.name, c.name) << c.protocol;
+    EXPECT_EQ(result.misc, c.misc) << c.protocol;
+    // The whole key press is used up: no piece of it is another result.
+    EXPECT_EQ(decode_ir::call(sent, decode_ir::kCarrier, bursts, 0, &context).name, "")
+        << c.protocol;
+  }
+}
+
+TEST(Gap, ARepeatFrameAloneCountsOnlyWhenAllOfItFits) {
+  struct {
+    std::vector<int> sent;
+    const char *name, *misc;
+  } const cases[] = {
+      {{9024, 2256, 564}, "NEC", "no repeat: repeat frame"},
+      {{8900, 2330, 480}, "NEC", "no repeat: repeat frame"},
+      {{9024, 2256, 564, 96000, 9024, 2256, 564, 96000}, "NEC", "+ 1 ditto: repeat frame"},
+      {{4512, 4512, 564, 564, 564}, "NECx", "no repeat: repeat frame"},
+      {{4512, 4512, 564, 1692, 564}, "NECx", "no repeat: repeat frame"},
+      {{9024, 2256, 1128}, "", ""},
+      {{9024, 2256, 200}, "", ""},
+      {{9024, 2600, 564}, "", ""},
+      {{7500, 2256, 564}, "", ""},
+      {{9024, 4512, 564}, "", ""},
+      {{9024, 2256, 564, 564, 564}, "", ""},
+      {{4512, 4512, 564}, "", ""},
+  };
+  for (const auto& c : cases) {
+    const Result result = decode_ir::call(c.sent);
+    EXPECT_EQ(result.name, c.name) << irp::csv(c.sent);
+    EXPECT_EQ(result.misc, c.misc) << irp::csv(c.sent);
+    EXPECT_EQ(result.obc, -1);
+  }
+}
+
+TEST(Gap, ACleanFrameOfNoProtocolGivesItsBits) {
+  const std::vector<int> sent =
+      define("{38k,600,msb}<1,-1|1,-3>(10,-5,0xA5:8,0x3C:8,0x5:4,1,-50m)");
+  Random random(1);
+  for (const bool received : {false, true}) {
+    const Result result = decode_ir::call(received ? receive(sent, random) : sent);
+    EXPECT_TRUE(result.name.starts_with("Gap-20-")) << result.name;
+    EXPECT_EQ(result.misc, "no repeat: A53C05");
+    EXPECT_EQ(result.hex, (std::array{0xA5, 0x3C, 0x05, -1}));
+  }
+  EXPECT_EQ(decode_ir::call(sent).name, "Gap-20-600");
+  std::vector<int> uneven = sent;
+  uneven[11] *= 2;  // a space between the two lengths
+  EXPECT_EQ(decode_ir::call(uneven).name, "");
+  uneven = sent;
+  uneven[12] *= 2;  // a mark
+  EXPECT_EQ(decode_ir::call(uneven).name, "");
+}
+
+}  // namespace
