@@ -51,10 +51,10 @@ inline constexpr frame_bounds kGrundig16Bounds{
 inline constexpr frame_bounds kLutronBounds{
     .min_bursts = 3, .max_bursts = 14, .min_gap = 8000, .min_gap_before = 8000};
 inline constexpr frame_bounds kElanBounds{
-    .min_bursts = 35, .max_bursts = 35, .min_gap = 6000, .min_gap_before = 6000};
+    .min_bursts = 19, .max_bursts = 35, .min_gap = 6000, .min_gap_before = 6000};
 inline constexpr frame_bounds kBrystonBounds{
     .min_bursts = 18, .max_bursts = 18, .min_gap = 10000, .min_gap_before = 10000};
 inline constexpr frame_bounds kHumaxBounds{
-    .min_bursts = 8, .max_bursts = 24, .min_gap = 10000, .min_gap_before = 10000};
+    .min_bursts = 6, .max_bursts = 24, .min_gap = 10000, .min_gap_before = 10000};
 inline constexpr frame_bounds kAdNotamBounds{
     .min_bursts = 8, .max_bursts = 76, .min_gap = 10000, .min_gap_before = 10000};

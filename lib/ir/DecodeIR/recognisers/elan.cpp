@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Elan.
+// Elan and B&O: pulse-distance codes that are more than one lead-in and its bits.
 //
 // Not modulated, pulse distance, unit 398 µs, most significant bit first; a zero is mark 1, space
 // 1, a one mark 1, space 2; a second lead-in stands in the middle. A frame lasts 50 ms with its
@@ -8,9 +8,20 @@
 //   <3,-2> DDDDDDDD dddddddd <2,-2> FFFFFFFF ffffffff <1>
 //   D device, F function, d and f their complements
 //
-// Sample, D = 0, F = 0:
+// B&O: carrier 455 kHz, marks of 200 µs, spaces in units of 3125 µs (mark included), most
+// significant bit first, gap 100 ms. A bit like the one before it takes 2 units, a one after a zero
+// 3, a zero after a one 1; the first bit counts as one after a zero, or as a zero after a one.
+//
+//   <1 1 5> DDDDDDDDD FFFFFFFF <4> mark
+//
+// The 5 of the lead-in is so long that a receiver cuts the signal there and delivers the rest.
+//
+// Sample of Elan, D = 0, F = 0:
 //   1194,796,398,398,(...),398,796,796,796,398,398,(...),398,796,398
 // Facts: public protocol definitions in IRP notation.
+#include <cmath>
+#include <cstddef>
+
 #include "lib/ir/DecodeIR/recognisers/bounds.h"
 #include "lib/ir/DecodeIR/signal.h"
 #include "lib/ir/DecodeIR/wire_bits.h"
@@ -23,6 +34,46 @@ constexpr int kHalf = 16;           // bits before and after the second lead-in
 constexpr int kMiddle = 1 + kHalf;  // its burst
 constexpr int kBursts = 2 * (1 + kHalf) + 1;
 
+constexpr float kStepUs = 3125;
+constexpr float kStepToleranceUs = 350;
+constexpr float kLongestFlashUs = 420;
+constexpr int kLeadBursts = 3;
+constexpr int kLeadSteps[kLeadBursts] = {1, 1, 5};
+constexpr int kBeoBits = 17;
+constexpr int kBeoDeviceBits = 9;
+constexpr int kStopSteps = 4;
+constexpr int kBodyBursts = kBeoBits + 2;  // with the stop and the last mark
+constexpr int kWholeBursts = kLeadBursts + kBodyBursts;
+
+/// The burst's length in steps, 0 when it is no whole number of them.
+int steps(const float* burst) {
+  const float us = burst[0] + burst[1];
+  const int count = static_cast<int>(us / kStepUs + 0.5F);
+  const bool fits = burst[0] <= kLongestFlashUs &&
+                    std::abs(us - static_cast<float>(count) * kStepUs) <= kStepToleranceUs;
+  return fits && count <= kLeadSteps[kLeadBursts - 1] ? count : 0;
+}
+
+/// The bits from the first burst behind the lead-in on; false where a step is out of place.
+bool readDifferential(const float* body, wire_bits* bits) {
+  constexpr int kZeroAfterOne = 1;
+  constexpr int kSame = 2;
+  constexpr int kOneAfterZero = 3;
+  bool last = false;
+  for (int i = 0; i < kBeoBits; ++i) {
+    const int step = steps(body + 2 * static_cast<ptrdiff_t>(i));
+    if (step == kZeroAfterOne && (last || i == 0)) {
+      last = false;
+    } else if (step == kOneAfterZero && !last) {
+      last = true;
+    } else if (step != kSame || i == 0) {
+      return false;
+    }
+    bits->append(last);
+  }
+  return steps(body + 2 * static_cast<ptrdiff_t>(kBeoBits)) == kStopSteps;
+}
+
 bool complements(const wire_bits& bits) {
   return (bits.msb(0, 8) ^ bits.msb(8, 8)) == 0xFF;
 }
@@ -30,7 +81,22 @@ bool complements(const wire_bits& bits) {
 }  // namespace
 
 void Signal::tryElan() {
-  if (!within(kElanBounds) || frameLength_ != kBursts) return;
+  if (!within(kElanBounds)) return;
+  if (frameLength_ == kBodyBursts || frameLength_ == kWholeBursts) {
+    const float* body = frame_;
+    wire_bits code;
+    if (frameLength_ == kWholeBursts) {
+      for (const int lead : kLeadSteps) {
+        if (steps(body) != lead) return;
+        body += 2;
+      }
+    }
+    if (!readDifferential(body, &code)) return;
+    const int command = static_cast<int>(code.msb(kBeoDeviceBits, kBeoBits - kBeoDeviceBits));
+    claim("B&O", static_cast<int>(code.msb(0, kBeoDeviceBits)), -1, command, command);
+    return;
+  }
+  if (frameLength_ != kBursts) return;
   slicer frame;
   if (!sliceFrame(kRule, &frame)) return;
   if ((frame.units(0) != 3 && !frame.firstIsOdd()) || frame.units(1) != 2) return;

@@ -12,6 +12,8 @@
 //   S start bit, s second start bit, T toggle, D device, F function
 //
 // StreamZap sends the 15 bits of RC5-7F and reads them another way; the two cannot be told apart.
+// Remotes with a faster carrier send RC5 with a half bit of 32 of its periods, down to 800 µs.
+//
 // There is no check; bi-phase itself, the exact number of bits and the gaps stand for it.
 //
 // Sample, RC5, D = 0, F = 12, T = 0:
@@ -25,6 +27,7 @@ namespace {
 constexpr float kUnitUs = 889;
 constexpr int kPause = 4;  // half bits of RC5x's pause
 constexpr slice_rule kPlain{.unit_us = kUnitUs};
+constexpr slice_rule kFast{.unit_us = 820};
 constexpr slice_rule kPaused{.unit_us = kUnitUs, .longest = kPause + 2};
 
 constexpr int kStartBits = 2;  // the second start bit and the toggle
@@ -38,7 +41,8 @@ void Signal::tryRC5() {
   if (!within(kRc5Bounds)) return;
   const bool paused = setOff_.largest > (kPause - 1) * kUnitUs;
   slicer frame;
-  if (!sliceFrame(paused ? kPaused : kPlain, &frame)) return;
+  if (!sliceFrame(paused ? kPaused : kPlain, &frame) && (paused || !sliceFrame(kFast, &frame)))
+    return;
 
   level_reader reader(frame);
   uint64_t head = 0;

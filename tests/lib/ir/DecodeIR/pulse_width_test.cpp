@@ -44,9 +44,11 @@ TEST(PulseWidth, NamesNumbersAndRemarks) {
        2},
       {"Elan", {{"D", 1}, {"F", 2}}, "Elan", "", 1, -1, 2, 2},
       {"Bryston", {{"D", 777}, {"F", 2}}, "Bryston", "", 777, -1, 2, 0x40},
+      {"B&O", {{"D", 257}, {"F", 197}}, "B&O", "", 257, -1, 197, 197},
   };
   for (const auto& c : cases) {
-    const std::vector<int> sent = frame(c.protocol, c.given);
+    std::vector<int> sent = frame(c.protocol, c.given);
+    if (std::string_view(c.protocol) == "B&O") sent = signal(c.protocol, c.given, 1);
     Random random(1, c.protocol);
     for (const bool received : {false, true}) {
       const Result result = decode_ir::call(received ? receive(sent, random) : sent);
