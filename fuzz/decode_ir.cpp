@@ -118,7 +118,7 @@ struct Call {
     if (single + repeat <= 1) return false;
     require(is_text(protocol.get(), kProtocolChars));
     require(is_text(misc.get(), kTextChars));
-    require(error[0] == 0);
+    require(is_text(error.get(), kTextChars));
     return protocol[0] != 0;
   }
 };

@@ -48,7 +48,7 @@ struct ir_packet; /* ir_packet.h: a captured pattern of up to 255 durations */
  *   hex          Out: four ints: the code bytes as universal-remote code tables write them, -1
  *                for none.
  *   misc         Out: how often the frame repeats, and a remark. 255 chars.
- *   error        In: a C string. Out: an empty one. 255 chars.
+ *   error        In: a C string. Out: an empty one, or what a recogniser found wrong. 255 chars.
  *
  * Throws std::bad_alloc to C++ callers when out of memory. A signal of more than 1048575 bursts
  * is not searched.
