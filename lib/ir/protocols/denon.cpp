@@ -29,17 +29,17 @@ constexpr uint16_t kShortestOneUs = 1585;
 constexpr uint16_t kLongestOneUs = 2111;
 
 struct variant {
-  rc_proto protocol;
   std::string_view name;
+  rc_proto protocol;
   bool complemented;
 };
 
 // By the last two bits.
 constexpr variant kVariants[] = {
-    {RC_PROTO_DENON, "DENON{1}", false},
-    {RC_PROTO_SHARP, "SHARP{1}", true},
-    {RC_PROTO_SHARP, "SHARP{2}", false},
-    {RC_PROTO_DENON, "DENON{2}", true},
+    {"DENON{1}", RC_PROTO_DENON, false},
+    {"SHARP{1}", RC_PROTO_SHARP, true},
+    {"SHARP{2}", RC_PROTO_SHARP, false},
+    {"DENON{2}", RC_PROTO_DENON, true},
 };
 
 uint32_t gather_bits(const ir_t& event) {
