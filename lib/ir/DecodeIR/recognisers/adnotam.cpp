@@ -9,7 +9,8 @@
 //   D device, F function (of RTI_Relay 0 or 1, both times)
 //
 // Sample, D = 0, F = 0:
-//   895,1790,1790,895,895,895,(...),895
+//   895,1790,1790,895,895,895,895,895,895,895,895,895,895,895,895,895,895,895,895,895,895,895,895,
+//   895,895
 // Facts: public protocol definitions in IRP notation.
 #include "lib/ir/DecodeIR/recognisers/bounds.h"
 #include "lib/ir/DecodeIR/signal.h"

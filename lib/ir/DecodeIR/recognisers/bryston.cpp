@@ -10,7 +10,8 @@
 // There is no check: bursts of one length, their number and the gaps stand for it.
 //
 // Sample, D = 1, F = 2:
-//   1890,315,315,1890,315,1890,(...),315,1890,1890,315,315,1890,(...),315
+//   1890,315,315,1890,315,1890,315,1890,315,1890,315,1890,315,1890,315,1890,315,1890,315,1890,315,
+//   1890,1890,315,315,1890,315,1890,315,1890,315,1890,315,1890,315
 // Facts: public protocol definitions in IRP notation.
 #include "lib/ir/DecodeIR/recognisers/bounds.h"
 #include "lib/ir/DecodeIR/signal.h"

@@ -11,7 +11,8 @@
 // late shows "no start frame".
 //
 // Sample, CanalSat, D = 0, S = 0, F = 0, T = 0:
-//   250,500,250,250,250,(...),250
+//   250,500,250,250,250,250,250,250,250,250,250,250,250,250,250,250,250,250,250,250,250,250,250,
+//   250,250,250,250,250,250,250,250,250,250,250,250,250,250,250,250,250,250,250,250,250,250
 // Facts: public protocol definitions in IRP notation.
 #include "lib/ir/DecodeIR/recognisers/bounds.h"
 #include "lib/ir/DecodeIR/signal.h"

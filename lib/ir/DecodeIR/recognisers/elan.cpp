@@ -17,7 +17,9 @@
 // The 5 of the lead-in is so long that a receiver cuts the signal there and delivers the rest.
 //
 // Sample of Elan, D = 0, F = 0:
-//   1194,796,398,398,(...),398,796,796,796,398,398,(...),398,796,398
+//   1194,796,398,398,398,398,398,398,398,398,398,398,398,398,398,398,398,398,398,796,398,796,398,
+//   796,398,796,398,796,398,796,398,796,398,796,796,796,398,398,398,398,398,398,398,398,398,398,
+//   398,398,398,398,398,398,398,796,398,796,398,796,398,796,398,796,398,796,398,796,398,796,398
 // Facts: public protocol definitions in IRP notation.
 #include <cmath>
 #include <cstddef>
@@ -48,7 +50,7 @@ constexpr int kWholeBursts = kLeadBursts + kBodyBursts;
 /// The burst's length in steps, 0 when it is no whole number of them.
 int steps(const float* burst) {
   const float us = burst[0] + burst[1];
-  const int count = static_cast<int>(us / kStepUs + 0.5F);
+  const int count = static_cast<int>(std::lround(us / kStepUs));
   const bool fits = burst[0] <= kLongestFlashUs &&
                     std::abs(us - static_cast<float>(count) * kStepUs) <= kStepToleranceUs;
   return fits && count <= kLeadSteps[kLeadBursts - 1] ? count : 0;

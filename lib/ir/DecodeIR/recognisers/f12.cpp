@@ -16,7 +16,8 @@
 // Nothing but the equal bursts, their number and the gaps checks an F12 frame.
 //
 // Sample, F12, D = 3, S = 1, F = 2:
-//   1266,422,1266,422,422,1266,1266,422,422,1266,1266,422,422,1266,(...),422,1266,422
+//   1266,422,1266,422,422,1266,1266,422,422,1266,1266,422,422,1266,422,1266,422,1266,422,1266,422,
+//   1266,422
 // Facts: public protocol definitions in IRP notation.
 #include <cstddef>
 

@@ -11,7 +11,8 @@
 // before its gap, and the gap makes up for them.
 //
 // Sample, X = 0xAAAAAA:
-//   20700,2300,2300,2300,(...),2300
+//   20700,2300,2300,2300,2300,2300,2300,2300,2300,2300,2300,2300,2300,2300,2300,2300,2300,2300,
+//   2300,2300,2300,2300,2300
 // Facts: public protocol definitions in IRP notation.
 #include "lib/ir/DecodeIR/recognisers/bounds.h"
 #include "lib/ir/DecodeIR/signal.h"

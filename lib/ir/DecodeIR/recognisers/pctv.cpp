@@ -9,7 +9,7 @@
 // 29 levels in all: their number, the lead-in and the stop mark are what can be checked.
 //
 // Sample, D = 1, F = 2:
-//   1664,6656,1664,6656,832,5824...
+//   1664,6656,1664,6656,832,4992,1664
 // Facts: public protocol definitions in IRP notation.
 #include "lib/ir/DecodeIR/recognisers/bounds.h"
 #include "lib/ir/DecodeIR/signal.h"

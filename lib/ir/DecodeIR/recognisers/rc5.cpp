@@ -17,7 +17,8 @@
 // There is no check; bi-phase itself, the exact number of bits and the gaps stand for it.
 //
 // Sample, RC5, D = 0, F = 12, T = 0:
-//   889,889,1778,889,889,889,889,889,889,889,889,889,889,889,889,889,889,889,1778,889,889,1778,889
+//   889,889,1778,889,889,889,889,889,889,889,889,889,889,889,889,889,889,1778,889,889,1778,889,
+//   889
 // Facts: public protocol definitions in IRP notation.
 #include "lib/ir/DecodeIR/recognisers/bounds.h"
 #include "lib/ir/DecodeIR/signal.h"

@@ -17,7 +17,8 @@
 // RC6 has no check; bi-phase, the wide toggle, the exact number of bits and the gaps stand for it.
 //
 // Sample, RC6, D = 0, F = 12, T = 0:
-//   2664,888,444,888,444,444,444,444,888(...)
+//   2664,888,444,888,444,444,444,444,444,888,888,444,444,444,444,444,444,444,444,444,444,444,444,
+//   444,444,444,444,444,444,444,444,444,444,444,888,444,444,888,444,444,444
 // Facts: public protocol definitions in IRP notation.
 #include <cstdio>
 
