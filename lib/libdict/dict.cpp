@@ -59,11 +59,11 @@ dictionary* new_dict() {
 void delete_dict(dictionary* dict) {
   if (dict == nullptr) return;
   for (hlist_head& bucket : dict->kvtable) {
-    while (bucket.first != nullptr) {
-      hlist_node* const node = bucket.first;
-      hlist_del(node);
+    for (hlist_node* node = bucket.first; node != nullptr;) {
+      hlist_node* const next = node->next;
       delete_kvpair_mgr(manager_of(node));
       dict->entries--;
+      node = next;
     }
   }
   if (dict->entries != 0) {

@@ -5,13 +5,16 @@
 
 namespace {
 
+constexpr int kLineFeed = '\n';
+constexpr int kReturn = '\r';
+
 bool ends_line(int c) {
-  return c == '\n' || c == '\r';
+  return c == kLineFeed || c == kReturn;
 }
 
 /// Reads over the second half of a two-character line end. Returns the character looked at.
 int skip_line_end_partner(FILE* fp, int end) {
-  const int partner = end == '\n' ? '\r' : '\n';
+  const int partner = end == kLineFeed ? kReturn : kLineFeed;
   const int next = getc_unlocked(fp);
   if (next != partner) ungetc(next, fp);
   return next;
