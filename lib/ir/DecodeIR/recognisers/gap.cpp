@@ -3,6 +3,11 @@
 //
 //   [lead-in mark, space] (mark, short or long space)* stop mark, gap
 //
+//   NEC, unit 564 us: 16 units on, 8 off, then DDDDDDDD SSSSSSSS FFFFFFFF ffffffff, least
+//   significant bits first (f: F complemented), a 0 as 1 on 1 off, a 1 as 1 on 3 off, stop mark 1.
+//   D=4 S=251 F=8: 9024,4512, 564,564, 564,564, 564,1692, ... 564,1692, 564
+//   Held key: 9024,2256, 564 every 108 ms.
+//
 // Most remotes ever made speak one of these codes. gap_rows.cpp lists them, gap_engine.cpp reads
 // them, gap_rules.cpp holds their checks. This file lets the rows look at a candidate frame and
 // answers for what no row knows: a repeat frame alone, and a clean frame of no known protocol.
@@ -24,7 +29,7 @@ constexpr int kFewestCheckBits = 4;
 constexpr int kUnevenCheckBits = 8;
 constexpr int kMostRough = 1;
 
-/// What a frame without data says about a held key.
+/// A frame without data that says "the key is still held".
 struct lone_ditto {
   const char* name;
   gap::coding wire;
@@ -51,7 +56,7 @@ void Signal::tryGap() {
 bool Signal::gapRow() {
   const gap::coding* sliced_for = nullptr;
   bool fits = false;
-  gap::reading frame{nullptr, {}, interfaceLevel_ > 4 ? frameFreq_ : 0};
+  gap::reading frame{nullptr, {}, frameFreq_};
   for (const gap::row* const row : gap::rows_of(frameLength_)) {
     const gap::coding& wire = *row->wire;
     if (trailingGap_ < wire.min_gap || gapBefore_ < wire.min_before ||
@@ -124,6 +129,7 @@ namespace {
 constexpr int kFewestUnknownBits = 8;
 // Without a lead-in 8 symbols may also be half an XMP frame.
 constexpr int kFewestLeadlessBits = 9;
+constexpr int kFewestOfAKind = 2;  // symbols, without a lead-in
 constexpr float kUnknownGapUs = 9000;
 constexpr float kUnknownGapPart = 1.5F;   // of the longest symbol
 constexpr float kUnknownLeadPart = 1.4F;  // a lead-in against the longest symbol
@@ -135,63 +141,98 @@ constexpr float kUnknownSpreadUs = 50;
 constexpr float kClassicRatio = 2;  // 1:1 and 1:3, the shape of most codes
 constexpr float kClassicTolerance = 0.25F;
 
+/// The symbols of a frame that no row knows.
+struct plain_symbols {
+  const float* data;
+  int count;
+  float shortest, longest;  // µs
+
+  plain_symbols(const float* first, int bursts) : data(first), count(bursts) {
+    shortest = longest = length(0);
+    for (int i = 1; i < count; ++i) {
+      shortest = std::min(shortest, length(i));
+      longest = std::max(longest, length(i));
+    }
+  }
+  [[nodiscard]] float on(int i) const { return data[2 * i]; }
+  [[nodiscard]] float length(int i) const { return data[2 * i] + data[2 * i + 1]; }
+  [[nodiscard]] float middle() const { return (shortest + longest) / 2; }
+  [[nodiscard]] int longs() const {
+    int found = 0;
+    for (int i = 0; i < count; ++i) found += static_cast<int>(length(i) > middle());
+    return found;
+  }
+  [[nodiscard]] float meanMark() const {
+    float sum = 0;
+    for (int i = 0; i < count; ++i) sum += on(i);
+    return sum / static_cast<float>(count);
+  }
+  /// Whether there are two lengths, well apart, and nothing between them.
+  [[nodiscard]] bool areOfTwoLengths() const {
+    if (longest < kUnknownRatio * shortest) return false;
+    const float below = shortest + kUnknownSpread * shortest + kUnknownSpreadUs;
+    const float above = longest - kUnknownSpread * longest - kUnknownSpreadUs;
+    for (int i = 0; i < count; ++i) {
+      if (length(i) >= below && length(i) <= above) return false;
+    }
+    return true;
+  }
+  /// Whether the marks, that of the stop burst after the symbols among them, are alike.
+  [[nodiscard]] bool haveEvenMarks() const {
+    const float mean = meanMark();
+    for (int i = 0; i <= count; ++i) {
+      if (std::fabs(on(i) - mean) > kUnknownMarkTolerance * mean + kUnknownJitterUs) return false;
+    }
+    return true;
+  }
+  /// µs: half a short symbol in the usual code, else the mark.
+  [[nodiscard]] int unit() const {
+    const bool classic = std::fabs(longest / shortest - kClassicRatio) < kClassicTolerance;
+    return static_cast<int>(std::lround(classic ? shortest / 2 : meanMark()));
+  }
+};
+
 }  // namespace
 
 /// A clean pulse-distance frame of no known protocol: its bits go into the remark.
 void Signal::gapUnknown() {
-  if (framingGap_ < kUnknownGapUs) return;
-  // The longest of the bursts after the first tells whether that one is a lead-in.
-  const int last = frameLength_ - 1;  // the stop mark
-  if (last < kFewestUnknownBits) return;
-  float shortest = burst(1);
-  float longest = burst(1);
-  for (int i = 2; i < last; ++i) {
-    shortest = std::min(shortest, burst(i));
-    longest = std::max(longest, burst(i));
+  const int last = frameLength_ - 1;  // the stop burst
+  if (framingGap_ < kUnknownGapUs || last < kFewestUnknownBits) return;
+
+  plain_symbols symbols(frame_ + 2, last - 1);
+  leadIns_ = {leadIn{frame_, totalDuration_}, leadIn{}};
+  const bool lead = lead_in(kUnknownLeadPart * symbols.longest, gap::kAnyUs, gap::kAnyUs, 0,
+                            kFewestUnknownBits * symbols.shortest);
+  if (!lead) {
+    symbols = plain_symbols(frame_, last);
+    const int longs = symbols.longs();
+    if (symbols.count < kFewestLeadlessBits || longs < kFewestOfAKind ||
+        longs > symbols.count - kFewestOfAKind) {
+      return;
+    }
   }
-  const int first = burst(0) > kUnknownLeadPart * longest ? 1 : 0;
-  if (first == 0) {
-    shortest = std::min(shortest, burst(0));
-    longest = std::max(longest, burst(0));
-  }
-  const int bits = last - first;
-  if (bits < (first == 0 ? kFewestLeadlessBits : kFewestUnknownBits) ||
-      longest < kUnknownRatio * shortest || framingGap_ < kUnknownGapPart * longest) {
+  if (symbols.count < kFewestUnknownBits || framingGap_ < kUnknownGapPart * symbols.longest ||
+      !symbols.areOfTwoLengths() || !symbols.haveEvenMarks()) {
     return;
   }
-  float mark = 0;
-  int longs = 0;
-  threshold_ = (shortest + longest) / 2;
-  for (int i = first; i < last; ++i) {
-    mark += on(i);
-    if (burst(i) > threshold_) ++longs;
-    const bool is_short = burst(i) < shortest + kUnknownSpread * shortest + kUnknownSpreadUs;
-    const bool is_long = burst(i) > longest - kUnknownSpread * longest - kUnknownSpreadUs;
-    if (!is_short && !is_long) return;
-  }
-  if (first == 0 && (longs < 2 || longs > bits - 2)) return;
-  mark /= static_cast<float>(bits);
-  const float tolerance = kUnknownMarkTolerance * mark + kUnknownJitterUs;
-  for (int i = first; i <= last; ++i) {
-    if (std::fabs(on(i) - mark) > tolerance) return;
-  }
   cleanup();
-  decodeAt_ += ptrdiff_t{2} * first;
-  decodeX2(bits);
+  decodeAt_ = symbols.data;
+  threshold_ = symbols.middle();
+  decodeX2(symbols.count);
   makeMsb();
-  const bool classic = std::fabs(longest / shortest - kClassicRatio) < kClassicTolerance;
-  const int unit = static_cast<int>(std::lround(classic ? shortest / 2 : mark));
 
+  std::array<int, 4> hex = {-1, -1, -1, -1};
   std::array<char, kMostNameChars> text{};
   size_t used = 0;
-  for (int at = 0; at < bits; at += 8) {
-    used += static_cast<size_t>(std::snprintf(text.data() + used, text.size() - used, "%02X",
-                                              getMsb(at, std::min(8, bits - at))));
+  for (int at = 0; at < nBit_; at += 8) {
+    const unsigned byte = getMsb(at, std::min(8, nBit_ - at));
+    used +=
+        static_cast<size_t>(std::snprintf(text.data() + used, text.size() - used, "%02X", byte));
+    const auto index = static_cast<size_t>(at / 8);
+    if (index < hex.size()) hex[index] = static_cast<int>(byte);
   }
   remark("%s", text.data());
-  std::snprintf(text.data(), text.size(), "Gap-%d-%d", bits, unit);
+  std::snprintf(text.data(), text.size(), "Gap-%d-%d", nBit_, symbols.unit());
   claim(text.data(), -1, -1, -1);
-  for (int i = 0; i < 4 && 8 * i < bits; ++i) {
-    hex_[i] = static_cast<int>(getMsb(8 * i, std::min(8, bits - 8 * i)));
-  }
+  std::copy(hex.begin(), hex.end(), hex_);
 }

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+// Slices a frame by its burst lengths and reads the fields that a row asks for. The tolerances
+// come from captured remotes: burst lengths hold within a few per cent, marks do not.
 #include "lib/ir/DecodeIR/recognisers/gap_engine.h"
 
 #include <algorithm>
@@ -239,8 +241,9 @@ unsigned reading::get(const field& where) const {
 }
 
 bool reading::vouched(int bit) const {
-  if (from->check != nullptr || from->vets_bits) return true;
   const auto within = [bit](int first, int width) { return bit >= first && bit < first + width; };
+  if (from->vets_bits) return true;
+  if (from->check != nullptr && !within(from->unchecked.first, from->unchecked.width)) return true;
   return std::any_of(std::begin(from->constants), std::end(from->constants),
                      [&](const constant& fixed) { return within(fixed.first, fixed.width); }) ||
          std::any_of(std::begin(from->mirrors), std::end(from->mirrors), [&](const mirror& twice) {

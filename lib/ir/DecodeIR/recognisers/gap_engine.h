@@ -150,19 +150,20 @@ struct reading {
 struct row {
   const char* name;
   const coding* wire;
-  bool msb = false;  // fields send their most significant bit first
+  bool msb = false;        // fields send their most significant bit first
+  bool variant = false;    // sets the name-variant flag
+  bool vets_bits = false;  // finish refuses a guessed bit where nothing vouches for it
   field device = {}, subDevice = {}, obc = {};
   field second = {};  // a second function byte
   constant constants[3] = {};
   mirror mirrors[3] = {};
-  int check_bits = 0;  // how many bits `check` vouches for
+  int check_bits = 0;    // how many bits `check` vouches for
+  field unchecked = {};  // bits that `check` does not look at
   bool (*check)(const reading&) = nullptr;
   /// Completes the answer where a row cannot say it; false refuses the frame.
   bool (*finish)(const reading&, answer*) = nullptr;
-  bool vets_bits = false;  // finish refuses a guessed bit where nothing vouches for it
   extra extras[2] = {};
   const ditto* repeat = nullptr;
-  bool variant = false;
 
   /// Bits of a frame that say nothing new, and so prove that it is what it seems.
   [[nodiscard]] constexpr int redundancy() const {

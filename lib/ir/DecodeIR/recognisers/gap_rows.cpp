@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The pulse-distance protocols, from their public IRP definitions. Of the rows with the same
-// number of bursts the one that verifies most stands first.
+// The pulse-distance protocols, from their public IRP definitions. Of the rows that fit a frame the
+// one that verifies most wins.
 #include <algorithm>
 
 #include "lib/ir/DecodeIR/recognisers/gap_engine.h"
@@ -114,17 +114,17 @@ constexpr ditto kDysonDitto{{3, 1}, 1};
 // --- What the bits mean ------------------------------------------------------------------------
 constexpr row kRows[] = {
     // 2 + 32 symbols, NEC and its relatives
-    {.name = "NEC", .wire = &kNec, .device = {0, 8}, .subDevice = {8, 8}, .obc = {16, 8},
-     .check_bits = 8, .finish = readNec, .vets_bits = true, .repeat = &kNecDitto},
-    {.name = "NECx", .wire = &kNecx, .device = {0, 8}, .subDevice = {8, 8}, .obc = {16, 8},
-     .check_bits = 8, .finish = readNecx, .vets_bits = true, .repeat = &kNecxDitto},
+    {.name = "NEC", .wire = &kNec, .vets_bits = true, .device = {0, 8}, .subDevice = {8, 8},
+     .obc = {16, 8}, .check_bits = 8, .finish = readNec, .repeat = &kNecDitto},
+    {.name = "NECx", .wire = &kNecx, .vets_bits = true, .device = {0, 8}, .subDevice = {8, 8},
+     .obc = {16, 8}, .check_bits = 8, .finish = readNecx, .repeat = &kNecxDitto},
     {.name = "Akord", .wire = &kAkord, .msb = true, .device = {0, 8}, .subDevice = {8, 8},
      .obc = {16, 8}, .mirrors = {{16, 24, 8}}, .repeat = &kAkordDitto},
     {.name = "Anthem", .wire = &kAnthem, .device = {0, 8}, .subDevice = {8, 8}, .obc = {16, 8},
      .check_bits = 8, .check = anthemSum, .finish = readAnthem},
-    {.name = "48-NEC", .wire = &kNec48, .device = {0, 8}, .subDevice = {8, 8}, .obc = {16, 8},
-     .second = {32, 8}, .mirrors = {{16, 24, 8}, {32, 40, 8}}, .finish = read48Nec,
-     .vets_bits = true, .extras = {{"E", {32, 8}}}, .repeat = &kNecDitto},
+    {.name = "48-NEC", .wire = &kNec48, .vets_bits = true, .device = {0, 8}, .subDevice = {8, 8},
+     .obc = {16, 8}, .second = {32, 8}, .mirrors = {{16, 24, 8}, {32, 40, 8}},
+     .finish = read48Nec, .extras = {{"E", {32, 8}}}, .repeat = &kNecDitto},
     {.name = "Coolix48", .wire = &kCoolix, .msb = true, .device = {0, 8}, .subDevice = {16, 8},
      .obc = {32, 8}, .mirrors = {{0, 8, 8}, {16, 24, 8}, {32, 40, 8}}},
     {.name = "Aiwa", .wire = &kAiwa, .device = {0, 8}, .subDevice = {8, 5}, .obc = {26, 8},
@@ -146,7 +146,7 @@ constexpr row kRows[] = {
      .check_bits = 4, .check = lgSum, .repeat = &kNecDitto},
     {.name = "LG", .wire = &kLgShortLead, .msb = true, .device = {0, 8}, .obc = {8, 16},
      .check_bits = 4, .check = lgSum},
-    {.name = "JVC", .wire = &kJvc, .device = {0, 8}, .obc = {8, 8}, .variant = true},
+    {.name = "JVC", .wire = &kJvc, .variant = true, .device = {0, 8}, .obc = {8, 8}},
     {.name = "JVC", .wire = &kJvcRepeat, .device = {0, 8}, .obc = {8, 8}},
     {.name = "Proton", .wire = &kProton, .device = {0, 8}, .obc = {8, 8}},
 
@@ -162,11 +162,12 @@ constexpr row kRows[] = {
      .obc = {32, 8}, .constants = {{0, 8, 170}, {8, 8, 90}, {16, 4, 15}}, .check_bits = 4,
      .check = sharpDvdXor, .extras = {{"E", {40, 4}}}},
     {.name = "Teac-K", .wire = &kKaseikyo, .device = {20, 4}, .subDevice = {24, 8}, .obc = {32, 8},
-     .constants = {{0, 8, 67}, {8, 8, 83}}, .check_bits = 8, .check = teacKSum,
+     .constants = {{0, 8, 67}, {8, 8, 83}}, .check_bits = 8, .unchecked = {16, 4},
+     .check = teacKSum,
      .extras = {{"X", {16, 4}}}, .repeat = &kTeacDitto},
     {.name = "Mitsubishi-K", .wire = &kKaseikyo, .device = {20, 8}, .subDevice = {28, 8},
      .obc = {36, 8}, .constants = {{0, 8, 35}, {8, 8, 203}, {16, 4, 6}}, .check_bits = 4,
-     .check = mitsubishiKSum},
+     .unchecked = {20, 8}, .check = mitsubishiKSum},
     {.name = "Fujitsu", .wire = &kKaseikyo, .device = {24, 8}, .subDevice = {32, 8},
      .obc = {40, 8}, .constants = {{0, 8, 20}, {8, 8, 99}, {16, 4, 0}},
      .extras = {{"E", {20, 4}}}},
@@ -205,8 +206,8 @@ constexpr row kRows[] = {
      .subDevice = {16, 4}, .obc = {20, 16}},
     {.name = "RCA", .wire = &kRca, .msb = true, .device = {0, 4}, .obc = {4, 8},
      .mirrors = {{0, 12, 4}, {4, 16, 8}}},
-    {.name = "RCA", .wire = &kRcaOld, .msb = true, .device = {0, 4}, .obc = {4, 8},
-     .mirrors = {{0, 12, 4}, {4, 16, 8}}, .variant = true},
+    {.name = "RCA", .wire = &kRcaOld, .msb = true, .variant = true, .device = {0, 4}, .obc = {4, 8},
+     .mirrors = {{0, 12, 4}, {4, 16, 8}}},
     {.name = "Emerson", .wire = &kEmerson, .device = {0, 6}, .obc = {6, 6},
      .mirrors = {{0, 12, 6}, {6, 18, 6}}},
     {.name = "Sampo", .wire = &kEmerson, .device = {0, 6}, .subDevice = {12, 6}, .obc = {6, 6},
@@ -290,20 +291,26 @@ constexpr row kRows[] = {
 constexpr size_t kRowCount = std::size(kRows);
 constexpr int kMostBursts = 100;
 
-/// The rows by their number of bursts.
+/// The rows by their number of bursts, and among these by what they verify.
 struct row_index {
   std::array<const row*, kRowCount> rows{};
   std::array<uint8_t, kMostBursts + 2> first{};  // of each number of bursts
 
   constexpr row_index() {
-    size_t at = 0;
+    size_t end = 0;
     for (int bursts = 0; bursts <= kMostBursts; ++bursts) {
-      first[static_cast<size_t>(bursts)] = static_cast<uint8_t>(at);
+      const size_t begin = end;
+      first[static_cast<size_t>(bursts)] = static_cast<uint8_t>(begin);
       for (const row& candidate : kRows) {
-        if (candidate.wire->bursts() == bursts) rows[at++] = &candidate;
+        if (candidate.wire->bursts() != bursts) continue;
+        size_t at = end++;
+        for (; at > begin && rows[at - 1]->redundancy() < candidate.redundancy(); --at) {
+          rows[at] = rows[at - 1];
+        }
+        rows[at] = &candidate;
       }
     }
-    first[kMostBursts + 1] = static_cast<uint8_t>(at);
+    first[kMostBursts + 1] = static_cast<uint8_t>(end);
   }
 };
 

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+// Check sums, parities and the names that depend on the data. Bit numbers count from the first
+// bit sent; the definitions are the public IRP ones.
 #include "lib/ir/DecodeIR/recognisers/gap_rules.h"
 
 #include <bit>

@@ -29,7 +29,7 @@ std::string protocolOf(const std::vector<int>& sent) {
 class EveryRow : public testing::TestWithParam<std::string> {};
 
 TEST_P(EveryRow, IsNamedCleanReceivedAndRepeated) {
-  for (const uint64_t seed : {1, 2, 3, 4}) {
+  for (uint64_t seed = 1; seed <= 4; ++seed) {
     for (const contract::Sample& sample : contract::samples(GetParam(), seed)) {
       EXPECT_EQ(contract::mismatch(sample.expected, decode_ir::call(sample)), "")
           << contract::describe(sample);
@@ -239,6 +239,63 @@ TEST(Gap, DittosAndCopiesAreTold) {
     // The whole key press is used up: no piece of it is another result.
     EXPECT_EQ(decode_ir::call(sent, decode_ir::kCarrier, bursts, 0, &context).name, "")
         << c.protocol;
+  }
+}
+
+TEST(Gap, StrayMarksAroundAFrameDoNotHideIt) {
+  const std::vector<int> nec = frame("NEC", {{"D", 4}, {"F", 8}});
+  std::vector<int> before = {60, 13900};
+  before.insert(before.end(), nec.begin(), nec.end());
+  std::vector<int> after = nec;
+  after.insert(after.end(), {11000, 60});
+  for (const std::vector<int>& sent : {before, after}) {
+    const Result result = decode_ir::call(sent);
+    EXPECT_EQ(result.name, "NEC");
+    EXPECT_EQ(result.obc, 8);
+  }
+  // A mark that follows too soon is part of the frame, and spoils it.
+  after[nec.size()] = 1500;
+  EXPECT_EQ(protocolOf(after), "");
+}
+
+TEST(Gap, FramesOfDifferentKeysAreSuccessiveResults) {
+  std::vector<int> sent = signal("NEC1", {{"D", 4}, {"F", 8}}, 1);
+  const std::vector<int> second = signal("Panasonic", {{"D", 1}, {"S", 2}, {"F", 3}}, 1);
+  sent.insert(sent.end(), second.begin(), second.end());
+  std::array<unsigned, 16> context{};
+  const int bursts = static_cast<int>(sent.size() / 2);
+  const auto next = [&] {
+    const Result result = decode_ir::call(sent, decode_ir::kCarrier, bursts, 0, &context);
+    return result.name + " " + std::to_string(result.obc) + " " + result.misc;
+  };
+  EXPECT_EQ(next(), "NEC 8 + 1 ditto");
+  EXPECT_EQ(next(), "Panasonic 3 no repeat");
+  EXPECT_EQ(next(), " -1 ");
+}
+
+TEST(Gap, OfTwoRowsThatFitTheBetterVerifiedWins) {
+  struct {
+    const char* protocol;
+    irp::Parameters given;
+    const char* name;
+  } const cases[] = {
+      {"Dgtec", {{"D", 0x4}, {"F", 9}}, "Dgtec"},
+      {"Dgtec", {{"D", 0xB4}, {"F", 9}}, "Kathrein"},
+      {"Sampo", {{"D", 5}, {"S", 5}, {"F", 9}}, "Sampo"},
+      {"Sampo", {{"D", 5}, {"S", 58}, {"F", 9}}, "Emerson"},
+      {"Digivision", {{"D", 7}, {"Dev2", 1}, {"Dev3", 2}, {"F", 9}}, "Digivision"},
+      {"GuangZhou", {{"D", 7}, {"S", 1}, {"F", 9}}, "GuangZhou"},
+      {"Kaseikyo", {{"M", 1}, {"N", 2}, {"D", 1}, {"S", 2}, {"F", 9}, {"E", 1}}, "Kaseikyo-1-2"},
+      {"SharpDVD", {{"D", 1}, {"S", 2}, {"F", 9}}, "SharpDVD"},
+      {"NEC-f16", {{"D", 133}, {"S", 48}, {"F", 0x29}, {"E", 0xD0}}, "Tivo"},
+      {"NEC-f16", {{"D", 4}, {"F", 0x29}, {"E", 0x62}}, "Ortek_NEClike"},
+      {"NEC-f16", {{"D", 4}, {"F", 0x29}, {"E", 0x6D}}, "NEC-rnc"},
+      {"NEC-f16", {{"D", 4}, {"F", 0x29}, {"E", 0xD7}}, "NEC-Yamaha"},
+      {"NEC-f16", {{"D", 4}, {"F", 0x29}, {"E", 0xD6}}, "NEC"},
+      {"NEC-f16", {{"D", 4}, {"F", 0x29}, {"E", 0x00}}, "NEC-f16"},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(decode_ir::call(frame(c.protocol, c.given)).name, c.name) << c.protocol;
   }
 }
 
