@@ -16,6 +16,8 @@ constexpr float kOddest = 0.75F;    // units by which an end may be too long
 constexpr float kSettledUs = 1.0F;  // the estimate moves no more
 constexpr float kTooAlike = 1e-3F;  // relative determinant: bias and clock cannot be told apart
 
+constexpr float kMostLeadError = 0.25F;  // of a lead-in mark, as a part
+
 bool isMark(int i) {
   return i % 2 == 0;
 }
@@ -103,6 +105,20 @@ bool slicer::estimate(const float* durations, const slice_rule& rule, fit_range 
 float slicer::deviation(const float* durations, int i, const slice_rule& rule) const {
   const float nominal = static_cast<float>(units(i)) * rule.unit_us * scale_;
   return durations[i] - nominal - (isMark(i) ? bias_ : -bias_);
+}
+
+bool sliceWithLead(slicer* frame, const float* durations, int count, const slice_rule& rule,
+                   int lead) {
+  if (frame->slice(durations, count, rule)) return true;
+  const float nominal = static_cast<float>(lead) * rule.unit_us;
+  if (count < 3 || count > slicer::kMostDurations) return false;
+  if (std::abs(durations[0] - nominal) > kMostLeadError * nominal) return false;
+  if (!frame->slice(durations + 2, count - 2, rule)) return false;
+  std::array<float, slicer::kMostDurations> settled;
+  std::copy_n(durations, count, settled.begin());
+  settled[0] = nominal * frame->scale() + frame->bias();
+  settled[1] = durations[0] + durations[1] - settled[0];
+  return frame->slice(settled.data(), count, rule);
 }
 
 level_reader::level_reader(const slicer& frame, int from)

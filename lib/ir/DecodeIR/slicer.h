@@ -62,6 +62,12 @@ class slicer {
   bool lastIsOdd_ = false;
 };
 
+/// As slicer::slice, for a frame that begins with a mark of `lead` units. The gain of a receiver
+/// settles in that mark and may lengthen it at the cost of the space behind it; the edge between
+/// the two is then put where the rest of the frame says it belongs.
+bool sliceWithLead(slicer* frame, const float* durations, int count, const slice_rule& rule,
+                   int lead);
+
 /// Which half of a one comes first.
 enum class bi_phase { mark_first_is_one, space_first_is_one };
 

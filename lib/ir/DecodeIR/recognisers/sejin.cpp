@@ -51,7 +51,7 @@ int readSymbol(level_reader* levels) {
 void Signal::trySejin() {
   if (!within(kSejinBounds) || totalDuration_ < kShortestUs || totalDuration_ > kLongestUs) return;
   slicer sliced;
-  if (!sliceFrame(kSlot, &sliced)) return;
+  if (!sliceWithLead(&sliced, frame_, 2 * frameLength_ - 1, kSlot, kLeadUnits)) return;
   level_reader levels(sliced);
   if (!levels.mark(kLeadUnits) || readSymbol(&levels) != kLeadSymbol) return;
   uint32_t bits = 0;

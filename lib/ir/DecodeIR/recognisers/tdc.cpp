@@ -191,7 +191,8 @@ struct press {
   bool join(run beside, const biphase_code& code, const message& wanted) {
     slicer frame;
     message other{};
-    if (beside.bursts == 0 || !frame.slice(beside.first, 2 * beside.bursts - 1, code.half_bit) ||
+    if (beside.bursts == 0 ||
+        !sliceWithLead(&frame, beside.first, 2 * beside.bursts - 1, code.half_bit, code.lead[0]) ||
         !code.readFrame(frame, &other) || !wanted.sameKey(other)) {
       return false;
     }
@@ -236,7 +237,8 @@ void Signal::tryTDC() {
   for (const biphase_code& code : kCodes) {
     slicer frame;
     message told{};
-    if (!code.lengthFits(totalDuration_) || !sliceFrame(code.half_bit, &frame) ||
+    if (!code.lengthFits(totalDuration_) ||
+        !sliceWithLead(&frame, frame_, 2 * frameLength_ - 1, code.half_bit, code.lead[0]) ||
         !code.readFrame(frame, &told)) {
       continue;
     }
