@@ -109,7 +109,7 @@ float slicer::deviation(const float* durations, int i, const slice_rule& rule) c
 
 bool sliceWithLead(slicer* frame, const float* durations, int count, const slice_rule& rule,
                    int lead) {
-  if (frame->slice(durations, count, rule)) return true;
+  if (frame->slice(durations, count, rule)) return frame->biasIsOrdinary(rule);
   const float nominal = static_cast<float>(lead) * rule.unit_us;
   if (count < 3 || count > slicer::kMostDurations) return false;
   if (std::abs(durations[0] - nominal) > kMostLeadError * nominal) return false;
@@ -118,7 +118,7 @@ bool sliceWithLead(slicer* frame, const float* durations, int count, const slice
   std::copy_n(durations, count, settled.begin());
   settled[0] = nominal * frame->scale() + frame->bias();
   settled[1] = durations[0] + durations[1] - settled[0];
-  return frame->slice(settled.data(), count, rule);
+  return frame->slice(settled.data(), count, rule) && frame->biasIsOrdinary(rule);
 }
 
 level_reader::level_reader(const slicer& frame, int from)

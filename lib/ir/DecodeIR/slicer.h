@@ -44,6 +44,10 @@ class slicer {
   [[nodiscard]] bool lastIsOdd() const { return lastIsOdd_; }
   [[nodiscard]] float bias() const { return bias_; }    // µs by which marks are longer
   [[nodiscard]] float scale() const { return scale_; }  // µs of this frame per µs of the rule
+  /// Whether the bias is one of an ordinary receiver, for codes that have few checks.
+  [[nodiscard]] bool biasIsOrdinary(const slice_rule& rule) const {
+    return bias_ >= -0.3F * rule.unit_us && bias_ <= 0.5F * rule.unit_us;
+  }
 
  private:
   struct fit_range {

@@ -63,6 +63,7 @@ bool readFrame(const float* frame, int bursts, xx_frame* found) {
   // The space of the lead-in varies by half a unit; it tells nothing about the bits.
   slicer sliced;
   if (!leadFits(frame) || !sliced.slice(frame + 2, 2 * bursts - 3, kHalfBit)) return false;
+  if (!sliced.biasIsOrdinary(kHalfBit)) return false;
   level_reader levels(sliced);
   unsigned bits = 0;
   int count = 0;
