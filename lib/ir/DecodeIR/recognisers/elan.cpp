@@ -76,6 +76,17 @@ bool readDifferential(const float* body, wire_bits* bits) {
   return steps(body + 2 * static_cast<ptrdiff_t>(kBeoBits)) == kStopSteps;
 }
 
+/// The bits of a frame of `bursts`, with its lead-in or without.
+bool readBeo(const float* frame, int bursts, wire_bits* bits) {
+  if (bursts == kWholeBursts) {
+    for (const int lead : kLeadSteps) {
+      if (steps(frame) != lead) return false;
+      frame += 2;
+    }
+  }
+  return readDifferential(frame, bits);
+}
+
 bool complements(const wire_bits& bits) {
   return (bits.msb(0, 8) ^ bits.msb(8, 8)) == 0xFF;
 }
@@ -85,15 +96,8 @@ bool complements(const wire_bits& bits) {
 void Signal::tryElan() {
   if (!within(kElanBounds)) return;
   if (frameLength_ == kBodyBursts || frameLength_ == kWholeBursts) {
-    const float* body = frame_;
     wire_bits code;
-    if (frameLength_ == kWholeBursts) {
-      for (const int lead : kLeadSteps) {
-        if (steps(body) != lead) return;
-        body += 2;
-      }
-    }
-    if (!readDifferential(body, &code)) return;
+    if (!readBeo(frame_, frameLength_, &code)) return;
     const int command = static_cast<int>(code.msb(kBeoDeviceBits, kBeoBits - kBeoDeviceBits));
     claim("B&O", static_cast<int>(code.msb(0, kBeoDeviceBits)), -1, command, command);
     return;

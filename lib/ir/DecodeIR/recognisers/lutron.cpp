@@ -27,6 +27,12 @@ constexpr int kStopLevels = 4;
 constexpr int kLongestRun = 4;  // of equal levels in a code
 constexpr slice_rule kRule{.unit_us = kUnitUs, .longest = kStartLevels + kLongestRun};
 
+/// Whether more than kLongestRun neighbouring bits are ones.
+bool hasLongRun(unsigned bits) {
+  for (int i = 0; i < kLongestRun; ++i) bits &= bits >> 1;
+  return bits != 0;
+}
+
 }  // namespace
 
 void Signal::tryLutron() {
@@ -40,8 +46,8 @@ void Signal::tryLutron() {
   if (!reader.atEnd() || bits.msb(0, kStartLevels) != 0xFF) return;
 
   const unsigned code = bits.msb(kStartLevels, kCodeLevels);
-  const int zeros = code == 0 ? kCodeLevels : __builtin_ctz(code);
-  const auto gap = static_cast<float>(kStopLevels + zeros);
-  if (zeros > kLongestRun || trailingGap_ < (gap - 0.5F) * kUnitUs) return;
+  if (hasLongRun(code) || hasLongRun(~code & ((1U << kCodeLevels) - 1))) return;
+  const auto gap = static_cast<float>(kStopLevels + __builtin_ctz(code));
+  if (trailingGap_ < (gap - 0.5F) * kUnitUs) return;
   claim("Lutron", -1, -1, static_cast<int>(code));
 }

@@ -19,6 +19,8 @@
 //   1674,558,558,558,1674,558,1674,558,1674,558,558,558,1674,558,1674,558,1674,558,1674,558,1674,
 //   558,1674,558,558,558,1674
 // Facts: public protocol definitions in IRP notation.
+#include <cstddef>
+
 #include "lib/ir/DecodeIR/recognisers/bounds.h"
 #include "lib/ir/DecodeIR/signal.h"
 #include "lib/ir/DecodeIR/wire_bits.h"
@@ -38,25 +40,37 @@ constexpr float kRsLongestOneUs = 1000;
 constexpr unsigned kRsHead = 25;
 constexpr unsigned kRsSumStart = 9;
 
+struct rs200_code {
+  int device, house, function;
+};
+
+/// Reads 26 bursts whose spaces are all alike; false when a check fails.
+bool readRs200(const float* frame, rs200_code* code) {
+  wire_bits bits;
+  for (int i = 0; i < kRsBits; ++i) {
+    const float mark = frame[2 * static_cast<ptrdiff_t>(i)];
+    if (mark > 2 * kRsLongestOneUs) return false;
+    bits.append(mark < kRsLongestOneUs);
+  }
+  const unsigned device = bits.msb(15, 3);
+  const unsigned function = bits.msb(18, 2);
+  const unsigned sum =
+      kRsSumStart + bits.msb(6, 4) + bits.msb(10, 4) + bits.msb(14, 4) + 4 * function;
+  *code = {static_cast<int>(device) + 1, static_cast<int>(bits.msb(6, 8)),
+           static_cast<int>(function)};
+  return bits.msb(0, 6) == kRsHead && bits.msb(20, 2) == 0 && bits.msb(22, 4) == (sum & 0xF) &&
+         parity(bits.msb(14, 6)) == 1;
+}
+
 }  // namespace
 
 void Signal::trySunfire() {
   if (!within(kSunfireBounds)) return;
   if (frameLength_ == kRsBits) {
-    if (setOff_.smallest < kRsSpaceUs - kRsToleranceUs ||
-        setOff_.largest > kRsSpaceUs + kRsToleranceUs || setOn_.largest > 2 * kRsLongestOneUs)
-      return;
-    wire_bits bits;
-    for (int i = 0; i < kRsBits; ++i) bits.append(on(i) < kRsLongestOneUs);
-    const unsigned device = bits.msb(15, 3);
-    const unsigned function = bits.msb(18, 2);
-    const unsigned sum =
-        kRsSumStart + bits.msb(6, 4) + bits.msb(10, 4) + bits.msb(14, 4) + 4 * function;
-    if (bits.msb(0, 6) != kRsHead || bits.msb(20, 2) != 0 || bits.msb(22, 4) != (sum & 0xF) ||
-        parity(bits.msb(14, 6)) == 0)
-      return;
-    claim("Rs200", static_cast<int>(device) + 1, static_cast<int>(bits.msb(6, 8)),
-          static_cast<int>(function), static_cast<int>(function));
+    rs200_code code;
+    if (setOff_.smallest >= kRsSpaceUs - kRsToleranceUs &&
+        setOff_.largest <= kRsSpaceUs + kRsToleranceUs && readRs200(frame_, &code))
+      claim("Rs200", code.device, code.house, code.function, code.function);
     return;
   }
   slicer frame;
