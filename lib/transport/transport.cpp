@@ -165,6 +165,7 @@ int dev_send_cmd(dev_t* dev, const char* cmd, uint8_t* data, uint32_t len) {
 }
 
 int dev_send_data(dev_t* dev, uint8_t* data, uint32_t len) {
+  if (is_missing(dev, __func__)) return kNoDevice;
   const int sent = dev->send_pkv(dev, PKTYPE_DATA, data, len);
   if (sent < 0) {
     std::printf("%s: send packet error\n", __func__);

@@ -83,7 +83,7 @@ int dev_read(dev_t* dev, uint8_t* buf, uint32_t len);
 int dev_send_cmd(dev_t* dev, const char* cmd, uint8_t* data, uint32_t len);
 
 /// Sends one data packet of `len` bytes and waits for the acknowledgement, which then fills
-/// `data`: 0 and zeros. 0, -1 or the backend's negative result.
+/// `data`: 0 and zeros. 0, kNoDevice, -1 or the backend's negative result.
 int dev_send_data(dev_t* dev, uint8_t* data, uint32_t len);
 
 }  // namespace transport
