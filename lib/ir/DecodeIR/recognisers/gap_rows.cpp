@@ -14,6 +14,7 @@ namespace {
 
 // --- On the wire: unit in µs, lead-in, mark, spaces of zero and one, symbols ------------------
 constexpr coding kNec{564, {16, 8}, 1, 1, 3, 32};
+constexpr coding kNecSlow = coding{690, {16, 8}, 1, 1, 3, 32}.clock(0.93F, 1.08F);
 constexpr coding kNecx{564, {8, 8}, 1, 1, 3, 32};
 constexpr coding kNec48{564, {16, 8}, 1, 1, 3, 48};
 constexpr coding kNec24{550, {16, 8}, 1, 1, 3, 24};
@@ -116,6 +117,9 @@ constexpr row kRows[] = {
     // 2 + 32 symbols, NEC and its relatives
     {.name = "NEC", .wire = &kNec, .vets_bits = true, .device = {0, 8}, .subDevice = {8, 8},
      .obc = {16, 8}, .check_bits = 8, .finish = readNec, .repeat = &kNecDitto},
+    // Some remotes run a fifth slower; only the plain code is sure enough to tell.
+    {.name = "NEC", .wire = &kNecSlow, .vets_bits = true, .device = {0, 8}, .subDevice = {8, 8},
+     .obc = {16, 8}, .mirrors = {{16, 24, 8}}, .finish = readNec},
     {.name = "NECx", .wire = &kNecx, .vets_bits = true, .device = {0, 8}, .subDevice = {8, 8},
      .obc = {16, 8}, .check_bits = 8, .finish = readNecx, .repeat = &kNecxDitto},
     {.name = "Akord", .wire = &kAkord, .msb = true, .device = {0, 8}, .subDevice = {8, 8},

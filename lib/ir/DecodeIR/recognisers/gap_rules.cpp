@@ -200,8 +200,8 @@ constexpr int kTivoSub = 48;
 constexpr int kAppleDevice = 238;
 constexpr int kAppleSub = 135;
 // Pioneer sends the same code a little faster, from devices of its own.
-constexpr float kPioneerFastest = 0.92F;
-constexpr float kPioneerSlowest = 0.973F;
+constexpr float kPioneerShortestUnitUs = 519;
+constexpr float kPioneerLongestUnitUs = 549;
 constexpr int kPioneerFirst = 160;
 constexpr int kPioneerLast = 175;
 constexpr int kPioneerCarrierLeast = 39500;
@@ -215,7 +215,8 @@ bool isApple(const reading& frame) {
 
 bool isPioneer(const reading& frame, const answer& out) {
   if (out.subDevice != -1 || out.device < kPioneerFirst || out.device > kPioneerLast) return false;
-  return (frame.wire.scale > kPioneerFastest && frame.wire.scale < kPioneerSlowest) ||
+  const float unit = frame.wire.scale * frame.from->wire->unit;
+  return (unit > kPioneerShortestUnitUs && unit < kPioneerLongestUnitUs) ||
          (frame.carrier > kPioneerCarrierLeast && frame.carrier < kPioneerCarrierMost);
 }
 
