@@ -9,8 +9,8 @@
 //   Nokia    DDDDDDDD SSSSSSSS FFFFFFFF
 //   Nokia32  DDDDDDDD SSSSSSSS T XXXXXXX FFFFFFFF      T: toggle
 // Checks: none but lead-in, symbols and their number.
-// Sample (Nokia12, device 8, function 65): 417,278,167,611,167,278,167,444,167,278,167,278,167,444,
-//   167
+// Sample (Nokia12, device 8, function 65), µs:
+//   417,278,167,611,167,278,167,444,167,278,167,278,167,444,167
 //
 // Xiaomi: 36 kHz, unit 290 µs; 0 = 2,-2  1 = 2,-3  2 = 2,-4  3 = 2,-5
 // Frame: lead-in 1000 µs, -2, ten symbols, stop mark 2; frames 30 ms apart

@@ -8,7 +8,9 @@
 // Checks: one mark per symbol; C = sum of all nibbles before it, modulo 16
 // The pointer devices of the family (Sejin-2) send the same frame; how they divide it is not
 // public, so they are told by the numbers of Sejin-1.
-// Sample (device 0, function 0, subdevice 0), units: 3,-3,1, then 1,-3 sixteen times
+// Sample (device 0, function 0, subdevice 0), µs:
+//   930,930,620,930,310,930,310,930,310,930,310,930,310,930,310,930,310,930,310,930,310,930,310,
+//   930,310,930,310,930,310,930,310,930,310
 // Facts: public protocol definitions in IRP notation.
 #include <cstdint>
 

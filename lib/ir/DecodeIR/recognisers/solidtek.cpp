@@ -9,8 +9,9 @@
 //   other lengths of whole bytes  "S:<bits>-<bytes as sent>"
 // Check: C = low nibble of F + upper three bits of F + 8 R, modulo 16
 // Sample (device 8, function 98, R 0), µs:
-// 1820,1214,468,624,468,624,468,624,936,1248,936,624,468,... Facts: public protocol definitions in
-// IRP notation.
+//   1820,1214,468,624,468,624,468,624,936,1248,936,1248,468,624,468,624,936,624,468,1248,468,624,
+//   468,624,468,624,936,624,468
+// Facts: public protocol definitions in IRP notation.
 #include <algorithm>
 #include <array>
 #include <cstdint>

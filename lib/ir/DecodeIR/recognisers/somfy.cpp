@@ -5,8 +5,8 @@
 // Frame: lead-in 2072,-484, nine bits, gap 2300 µs behind the space of the last bit
 // Layout (one letter per bit, least significant first): FF DDD CCCC
 // Check: C = 4 F + D + 3, modulo 16
-// Sample (device 2, function 1): 2072,484,669,520,308,881,308,881,669,520,308,881,669,520,308,881,
-//   308,881,669
+// Sample (device 2, function 1), µs:
+//   2072,484,669,520,308,881,308,881,669,520,308,881,669,520,308,881,308,881,669
 // Facts: public protocol definitions in IRP notation.
 #include "lib/ir/DecodeIR/frame_fit.h"
 #include "lib/ir/DecodeIR/recognisers/bounds.h"

@@ -14,8 +14,9 @@
 //   Zaptor     DDDDDDDD T SSSSSSS FFFFFFFF EEEE CCCC    T: 1 in the last frame of a press
 // Checks: an edge in the middle of each bit, the number of bits, the fixed bits; C of OrtekMCE is
 //   3 + the one bits of D, P and F, of Amino and Zaptor the sum of the nibbles before it.
-// Sample (OrtekMCE, device 0, P 0, function 0, C 3), µs: 1920,480, then 480,480 twelve times,
-//   480,960,480,480,960,480,480,480
+// Sample (OrtekMCE, device 0, P 0, function 0), µs:
+//   1920,480,480,480,480,480,480,480,480,480,480,480,480,480,480,480,480,480,480,480,480,480,480,
+//   480,480,480,480,960,480,480,960,480,480
 // Facts: public protocol definitions in IRP notation.
 #include <algorithm>
 #include <array>

@@ -9,7 +9,9 @@
 //   house code   > HHHH hhhh E            h: complement of H
 // F is command + 16 or a device. N counts presses.
 // Checks: the complements; a start frame has none, but its repeat has to send the same F.
-// Sample (repeat, function 17), units: 7,7,7,7,2,12,2,12,2,12,7,7,2,12,7,7,7,7,7,7,2,12,21
+// Sample (repeat, function 17), µs:
+//   3990,3990,3990,3990,1140,6840,1140,6840,1140,6840,3990,3990,1140,6840,3990,3990,3990,3990,
+//   3990,3990,1140,6840,11970
 // Facts: public protocol definitions in IRP notation.
 #include <array>
 #include <cstdio>

@@ -12,8 +12,9 @@
 //   the same subdevice.
 // Variants: XMP-1 uses the high byte of the function alone, XMP-2 the low byte alone.
 // Velodyne: one half, s c S F D t f f.
-// Sample (XMP-1, device 62, subdevice 16, OEM 68, function 15, first half):
-//   210,896,210,1712,210,760,210,2800,210,1304,210,1304,210,1168,210,2664,210,-13800
+// Sample (XMP-1, device 62, subdevice 16, OEM 68, function 15), µs:
+//   210,896,210,1712,210,760,210,2800,210,1304,210,1304,210,1168,210,2664,210,13800,210,896,210,
+//   760,210,760,210,760,210,760,210,2800,210,760,210,760,210
 // Facts: public protocol definitions in IRP notation.
 #include <algorithm>
 #include <array>

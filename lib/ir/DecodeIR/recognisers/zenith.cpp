@@ -7,7 +7,9 @@
 // Layout (one letter per bit): E F..F, five to eight F
 // Checks: the two levels of a bit differ; marks all alike; the number of marks is
 //   1 + E + 3 x bits, so it tells both how many bits there are and what E must be.
-// Sample (Zenith5, E 0, function 18), units: 1,-10 | 1,-1,1,-8,1,-10 | 1,-10,1,-1,1,-8 | ...
+// Sample (Zenith5, E 0, function 18), µs:
+//   520,5200,520,520,520,4160,520,5200,520,5200,520,520,520,4160,520,5200,520,520,520,4160,520,
+//   520,520,4160,520,5200,520,5200,520,520,520
 // Facts: public protocol definitions in IRP notation.
 #include "lib/ir/DecodeIR/frame_fit.h"
 #include "lib/ir/DecodeIR/recognisers/bounds.h"
