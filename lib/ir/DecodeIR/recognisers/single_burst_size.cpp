@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Codes whose bursts (mark + space) are all of one length: pid-0003, Bryston's relatives apart,
-// and the 8-bit remotes of robot cleaners.
+// Short codes whose bursts (mark + space) are all of one length: pid-0003 and the 8-bit remotes of
+// robot cleaners.
 //
 //   pid-0003  40.2 kHz, unit 389 µs, lsb first, 0 = <2,-2>, 1 = <3,-1>: FFFFFFFF ffffffff
-//   Roomba    38 kHz, unit 1000 µs, msb first, 0 = <1,-3>, 1 = <3,-1>:  1FFFFFFF
+//   Roomba    38 kHz, unit 985 µs, msb first, 0 = <1,-3>, 1 = <3,-1>:  1FFFFFFF
 //   F function (Roomba: with its leading one), f its complement
 //
 // The space of the last bit lies in the gap.
 //
 // Sample, Roomba, F = 130:
-//   3000,1000,1000,3000,1000,3000,1000,3000,1000,3000,1000,3000,3000,1000,1000
+//   2955,985,985,2955,985,2955,985,2955,985,2955,985,2955,2955,985,985
 // Facts: public protocol definitions in IRP notation; the cleaner's published character codes.
 #include "lib/ir/DecodeIR/recognisers/bounds.h"
 #include "lib/ir/DecodeIR/signal.h"
