@@ -38,6 +38,8 @@ struct lone_ditto {
 
 constexpr float kDittoFastest = 0.93F;
 constexpr float kDittoSlowest = 1.07F;
+constexpr float kDittoLeastBiasUs = -150;
+constexpr float kDittoLongestBiasUs = 150;
 constexpr lone_ditto kLoneDittos[] = {
     {"NEC", {564, {16, 8}, 1, 1, 3, 32}, {{16, 4}}},
     {"NECx", {564, {8, 8}, 1, 1, 3, 32}, {{8, 8}, 1}},
@@ -111,7 +113,9 @@ bool Signal::gapDitto() {
     const float nominal = (lone.form.lead.on + lone.form.lead.off) * lone.wire.unit;
     const float scale = burst(0) / nominal;
     if (scale < kDittoFastest || scale > kDittoSlowest) continue;
-    const float bias = on(0) - lone.form.lead.on * lone.wire.unit * scale;
+    // The first mark tells the bias, but for what it is longer while the receiver's gain settles.
+    const float longer = on(0) - lone.form.lead.on * lone.wire.unit * scale;
+    const float bias = std::clamp(longer, kDittoLeastBiasUs, kDittoLongestBiasUs);
     if (!gap::is_ditto(lone.wire, lone.form, frame_, frame_ + ptrdiff_t{2} * bursts, scale, bias)) {
       continue;
     }

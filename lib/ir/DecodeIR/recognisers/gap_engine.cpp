@@ -33,13 +33,14 @@ constexpr float kOddMarkRange = 0.6F;
 constexpr float kShortestMarkPart = 0.35F;
 constexpr float kLongestBiasUs = 220;
 constexpr float kLeastBiasUs = -200;
-constexpr float kLongestBiasMark = 0.9F;   // of the mark
+constexpr float kLongestBiasMark = 1.05F;  // of the mark
 constexpr float kLongestBiasPart = 0.75F;  // of the shortest space
 constexpr float kLongestStopPart = 2.6F;   // of a mark
 // Lead-in and split bursts.
 constexpr float kLeadTolerance = 0.06F;
 constexpr float kLeadMarkTolerance = 0.05F;
 constexpr float kLeadJitterUs = 110;
+constexpr float kSettlingPart = 0.33F;  // of the lead-in's space
 constexpr float kOddLeadRange = 0.3F;
 constexpr int kMostOdd = 1;
 
@@ -49,6 +50,13 @@ bool near(float value, float wanted, float tolerance) {
 
 float length(const float* burst) {
   return burst[0] + burst[1];
+}
+
+/// Whether a first mark fits. The receiver's gain settles during it, so it may be longer at the
+/// cost of the space after it.
+bool leadMarkFits(float found, float on, float off, float jitter) {
+  const float tolerance = kLeadMarkTolerance * on + jitter;
+  return found >= on - tolerance && found <= on + std::max(tolerance, kSettlingPart * off);
 }
 
 /// The work of slice, step by step; each step returns false when the frame does not fit.
@@ -181,9 +189,7 @@ class slicing {
     const float off = wire_.lead.off * wire_.unit * out_.scale;
     const float jitter = std::min(kLeadJitterUs, on);
     const bool total_fits = near(length(frame_), on + off, kLeadTolerance * (on + off) + jitter);
-    if (total_fits && near(frame_[0], on + out_.bias, kLeadMarkTolerance * on + jitter))
-      return true;
-    // The receiver's gain settles during the first mark: forgive one of the two durations.
+    if (total_fits && leadMarkFits(frame_[0], on + out_.bias, off, jitter)) return true;
     out_.uneven = true;
     const bool on_fits = near(frame_[0], on + out_.bias, kLeadMarkTolerance * on + jitter);
     const bool off_fits = near(frame_[1], off - out_.bias, kLeadTolerance * off + jitter);
@@ -302,7 +308,7 @@ bool is_ditto(const coding& wire, const ditto& form, const float* at, const floa
   const float on = form.lead.on * unit;
   const float total = on + form.lead.off * unit;
   if (!near(length(at), total, kLeadTolerance * total) ||
-      !near(at[0], on + bias, kLeadMarkTolerance * on + kLeadJitterUs)) {
+      !leadMarkFits(at[0], on + bias, form.lead.off * unit, kLeadJitterUs)) {
     return false;
   }
   const float mark = wire.mark * unit;

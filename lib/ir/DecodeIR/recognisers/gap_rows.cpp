@@ -48,7 +48,7 @@ constexpr coding kKaseikyo56 = coding{425, {8, 4}, 1, 1, 3, 56}.clock(0.87F, 1.1
 constexpr coding kRca = coding{475, {8, 8}, 1, 2, 4, 24}.gaps(5500, kGapBeforeUs);
 constexpr coding kRcaOld = coding{475, {40, 8}, 1, 2, 4, 24, {}, 2}.gaps(5500, kGapBeforeUs);
 constexpr coding kDigivision{182, {20, 10}, 3, 3, 6, 40, {24, {20, 10}}};
-constexpr coding kDyson = coding{770, {3, 1}, 1, 1, 2, 15}.clock(0.91F, 1.04F);
+constexpr coding kDyson = coding{770, {3, 1}, 1, 1, 2, 15}.clock(0.91F, 1.05F);
 constexpr coding kLogitech{127, {31, 36}, 3, 4, 8, 24};
 constexpr coding kInterVideo = coding{300, {10, 5}, 1, 1, 3, 17}.clock(0.95F, 1.05F);
 constexpr coding kSim2 = coding{400, {6, 7}, 3, 3, 7, 16}.clock(0.95F, 1.05F);
@@ -89,10 +89,10 @@ constexpr coding kMatsui = coding{525, {}, 1, 1, 3, 10}
     .gaps(7000, 7000).clock(0.95F, 1.035F).marks(414, kAnyUs);
 constexpr coding kThomson = leadless(505, 1, 4, 9, 12, 13000, 0.04F);
 constexpr coding kLumagen = leadless(416, 1, 6, 12, 12, 9500, 0.03F);
-constexpr coding kRecs80 = leadless(158, 1, 31, 47, 11, 15000, 0.03F);
-constexpr coding kRecs80Slow = leadless(180, 1, 31, 47, 11, 15000, 0.03F);
-constexpr coding kVelleman = leadless(700, 1, 5060 / 700.0F, 7590 / 700.0F, 11, 15000, 0.03F);
-constexpr coding kViewstar = leadless(337, 1, 8, 5, 5, 5000, 0.04F).marks(0, 470);
+constexpr coding kRecs80 = leadless(158, 1, 31, 47, 11, 15000, 0.04F);
+constexpr coding kRecs80Slow = leadless(180, 1, 31, 47, 11, 15000, 0.04F);
+constexpr coding kVelleman = leadless(700, 1, 5060 / 700.0F, 7590 / 700.0F, 11, 15000, 0.04F);
+constexpr coding kViewstar = leadless(337, 1, 8, 5, 5, 5000, 0.04F).marks(0, 500);
 constexpr coding kArcher = leadless(12, 1, 275, 4700 / 12.0F, 5, 9000, 0.03F);
 constexpr coding kJerrold = leadless(44, 1, 7500 / 44.0F, 11500 / 44.0F, 5, 18000, 0.03F);
 constexpr coding kPid0001 = leadless(24, 1, 9314 / 24.0F, 13486 / 24.0F, 5, 18000, 0.03F);

@@ -207,10 +207,9 @@ constexpr int kPioneerLast = 175;
 constexpr int kPioneerCarrierLeast = 39500;
 constexpr int kPioneerCarrierMost = 41000;
 
-bool isApple(const reading& frame) {
-  // The bit below F makes the parity of all four bytes odd.
-  return byteAt(frame, 0) == kAppleDevice && byteAt(frame, 8) == kAppleSub &&
-         (std::popcount(frame.wire.bits) & 1) == 1;
+/// Apple's bit below F makes the parity of all four bytes odd.
+bool hasAppleParity(const reading& frame) {
+  return byteAt(frame, 8) == kAppleSub && (std::popcount(frame.wire.bits) & 1) == 1;
 }
 
 bool isPioneer(const reading& frame, const answer& out) {
@@ -256,20 +255,21 @@ bool readNec(const reading& frame, answer* out) {
     remark(out, "U=%u", last & 0xF);
     return true;
   }
-  if (isApple(frame)) {
+  const bool apple = hasAppleParity(frame);
+  if (apple && out->device == kAppleDevice) {
     rename(out, "Apple");
     out->obc = static_cast<int>(function >> 1);
     remark(out, "PairID=%u", last);
     return true;
   }
-  if (last == ((low ^ 0xF) << 4 | high)) {
+  if (!apple && last == ((low ^ 0xF) << 4 | high)) {
     rename(out, "Ortek_NEClike");
     return true;
   }
   dropComplement(out);
-  if (last == ((low ^ 0xF) << 4 | (high ^ 0xF))) {
+  if (!apple && last == ((low ^ 0xF) << 4 | (high ^ 0xF))) {
     out->suffix = "-rnc";
-  } else if ((wrong & ~0x81U) == 0) {
+  } else if (!apple && (wrong & ~0x81U) == 0) {
     out->suffix = "-Yamaha";
     remark(out, "Y=%u", (wrong & 1) << 1 | wrong >> 7);
   } else {
