@@ -48,6 +48,19 @@ TEST_P(EveryRow, HoldsThroughTheWorstReceivers) {
   }
 }
 
+TEST_P(EveryRow, HoldsWhileTheGainSettles) {
+  const contract::Counts counts{.clean = 8, .received = 0, .repeated = 0};
+  Random random(6, GetParam());
+  for (const contract::Sample& sample : contract::samples(GetParam(), 6, counts)) {
+    std::vector<int> sent = receive(sample.durations, random, {}, sample.carrier > 0);
+    const int longer = std::min(sent[0] / 5, sent[1] / 4);
+    sent[0] += longer;
+    sent[1] -= longer;
+    EXPECT_EQ(contract::mismatch(sample.expected, decode_ir::call(sent, sample.carrier)), "")
+        << contract::describe(sample);
+  }
+}
+
 std::string testName(const testing::TestParamInfo<std::string>& protocol) {
   std::string name;
   for (const char c : protocol.param) name += std::isalnum(c) != 0 ? c : '_';
