@@ -2,8 +2,12 @@
 // One call of the signal-analysis decoder, as the tests of its recognisers make it.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <array>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "lib/ir/DecodeIR/DecodeIR.h"
@@ -76,6 +80,41 @@ inline std::vector<int> broken(const char* definition) {
   std::vector<int> sent = irp::Protocol("broken", definition).render({}).whole();
   if (sent.size() % 2 == 0) sent.pop_back();
   return sent;
+}
+
+/// What a frame of a protocol is to be called.
+struct NameCase {
+  const char* protocol;
+  irp::Parameters given;
+  const char *name, *misc;  // the remark without its "no repeat"
+  int device, subDevice, obc;
+  std::optional<int> hex0 = {};
+};
+
+/// Expects it of `sent`, exactly and as a receiver delivers it.
+inline void expectNamed(const NameCase& wanted, const std::vector<int>& sent) {
+  Random random(1, wanted.protocol);
+  const std::string remark = wanted.misc;
+  for (const bool received : {false, true}) {
+    const Result result = call(received ? receive(sent, random) : sent);
+    EXPECT_EQ(result.name, wanted.name) << wanted.protocol;
+    EXPECT_EQ(result.misc, remark.empty() ? "no repeat" : "no repeat: " + remark);
+    EXPECT_EQ(result.device, wanted.device) << wanted.protocol;
+    EXPECT_EQ(result.subDevice, wanted.subDevice) << wanted.protocol;
+    EXPECT_EQ(result.obc, wanted.obc) << wanted.protocol;
+    if (wanted.hex0) {
+      EXPECT_EQ(result.hex[0], *wanted.hex0) << wanted.protocol;
+    }
+  }
+}
+
+inline void expectNamed(const NameCase& wanted) {
+  expectNamed(wanted, frame(wanted.protocol, wanted.given));
+}
+
+inline void expectUnnamed(std::string_view what, const std::vector<int>& sent) {
+  const Result result = call(sent);
+  EXPECT_FALSE(isNamed(result)) << what << ": " << result.name;
 }
 
 }  // namespace decode_ir

@@ -8,18 +8,15 @@
 namespace {
 
 using decode_ir::broken;
+using decode_ir::expectNamed;
+using decode_ir::expectUnnamed;
 using decode_ir::frame;
 using decode_ir::isNamed;
 using decode_ir::Result;
 using decode_ir::signal;
 
 TEST(PressCodes, NamesNumbersAndRemarks) {
-  struct {
-    const char* protocol;
-    irp::Parameters given;
-    const char *name, *misc;
-    int device, subDevice, obc, hex0;
-  } const cases[] = {
+  const decode_ir::NameCase cases[] = {
       {"TDC-38", {{"D", 10}, {"S", 26}, {"F", 74}}, "TDC-38", "", 10, 26, 74, 74},
       {"TDC-56", {{"D", 31}, {"S", 0}, {"F", 127}}, "TDC-56", "", 31, 0, 127, 127},
       {"OrtekMCE", {{"D", 21}, {"F", 34}}, "OrtekMCE", "only start frame", 21, -1, 34, 17},
@@ -45,19 +42,7 @@ TEST(PressCodes, NamesNumbersAndRemarks) {
       {"NRC16", {{"D", 5}, {"F", 1}}, "NRC16{prefix}", "", 127, -1, 254, 127},
       {"NRC17", {{"D", 5}, {"F", 1}}, "NRC17{prefix}", "", 255, -1, 254, 127},
   };
-  for (const auto& c : cases) {
-    const std::vector<int> sent = frame(c.protocol, c.given);
-    Random random(1, c.protocol);
-    for (const bool received : {false, true}) {
-      const Result result = decode_ir::call(received ? receive(sent, random) : sent);
-      EXPECT_EQ(result.name, c.name) << c.protocol;
-      EXPECT_EQ(result.misc, *c.misc == '\0' ? "no repeat" : std::string("no repeat: ") + c.misc);
-      EXPECT_EQ(result.device, c.device) << c.protocol;
-      EXPECT_EQ(result.subDevice, c.subDevice) << c.protocol;
-      EXPECT_EQ(result.obc, c.obc) << c.protocol;
-      EXPECT_EQ(result.hex[0], c.hex0) << c.protocol;
-    }
-  }
+  for (const auto& c : cases) expectNamed(c);
 }
 
 TEST(PressCodes, TheCarrierTellsPairsApart) {
@@ -92,10 +77,7 @@ TEST(PressCodes, FailingChecksHaveNoName) {
       {"NRC of 15 bits", "{38k,500}<-1,1|1,-1>(1,-5,1:1,77:8,99:6,-110m)"},
       {"NRC that begins with a zero", "{38k,500}<-1,1|1,-1>(1,-5,0:1,77:8,99:7,-110m)"},
   };
-  for (const auto& c : cases) {
-    const Result result = decode_ir::call(broken(c.definition));
-    EXPECT_FALSE(isNamed(result)) << c.what << ": " << result.name;
-  }
+  for (const auto& c : cases) expectUnnamed(c.what, broken(c.definition));
 }
 
 TEST(PressCodes, CutFramesHaveNoName) {

@@ -8,18 +8,15 @@
 namespace {
 
 using decode_ir::broken;
+using decode_ir::expectNamed;
+using decode_ir::expectUnnamed;
 using decode_ir::frame;
 using decode_ir::isNamed;
 using decode_ir::Result;
 using decode_ir::signal;
 
 TEST(SymbolCodes, NamesNumbersAndRemarks) {
-  struct {
-    const char* protocol;
-    irp::Parameters given;
-    const char *name, *misc;
-    int device, subDevice, obc, hex0;
-  } const cases[] = {
+  const decode_ir::NameCase cases[] = {
       {"XMP-1", {{"D", 62}, {"S", 16}, {"F", 15}}, "XMP-1", "OEM = 68", 62, 16, 15, 15},
       {"XMP-2", {{"D", 62}, {"S", 15}, {"F", 9}, {"OEM", 7}}, "XMP-2", "OEM = 7", 62, 15, 9, 9},
       {"XMP",
@@ -58,19 +55,7 @@ TEST(SymbolCodes, NamesNumbersAndRemarks) {
       {"X10-device", {{"D", 10}}, "X10", "", -1, -1, 10, 10},
       {"X10-house", {{"H", 6}}, "X10-house", "", -1, -1, 6, 6},
   };
-  for (const auto& c : cases) {
-    const std::vector<int> sent = frame(c.protocol, c.given);
-    Random random(1, c.protocol);
-    for (const bool received : {false, true}) {
-      const Result result = decode_ir::call(received ? receive(sent, random) : sent);
-      EXPECT_EQ(result.name, c.name) << c.protocol;
-      EXPECT_EQ(result.misc, *c.misc == '\0' ? "no repeat" : std::string("no repeat: ") + c.misc);
-      EXPECT_EQ(result.device, c.device) << c.protocol;
-      EXPECT_EQ(result.subDevice, c.subDevice) << c.protocol;
-      EXPECT_EQ(result.obc, c.obc) << c.protocol;
-      EXPECT_EQ(result.hex[0], c.hex0) << c.protocol;
-    }
-  }
+  for (const auto& c : cases) expectNamed(c);
 }
 
 TEST(SymbolCodes, CutFramesHaveNoName) {
@@ -105,10 +90,7 @@ TEST(SymbolCodes, FailingChecksHaveNoName) {
       {"Zenith, a bit of two equal levels",
        "{40k,520,msb}<1,-10|1,-1,1,-8>(0:1,1:2,3:2,0:2,2:2,1:2,-90m)"},
   };
-  for (const auto& c : cases) {
-    const Result result = decode_ir::call(broken(c.definition));
-    EXPECT_FALSE(isNamed(result)) << c.what << ": " << result.name;
-  }
+  for (const auto& c : cases) expectUnnamed(c.what, broken(c.definition));
 }
 
 TEST(SymbolCodes, OneOddDurationIsForgivenAtTheEndsOrWhereAllBitsAreChecked) {
