@@ -2,6 +2,7 @@
 #include "companions/pattern_reader.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <utility>
@@ -161,6 +162,18 @@ std::variant<pattern, elapsed_line, bad_line> read_line(std::string_view line) {
   return read_list(line);
 }
 
+bool says_something_else(std::string_view line) {
+  constexpr std::array<std::string_view, 7> kBeginnings = {"::",
+                                                           "++++",
+                                                           "NEC Repeat",
+                                                           "error, disconnecting",
+                                                           "Zarvo tessarin found version",
+                                                           "UNKNOWN ERROR",
+                                                           "Cleaning up"};
+  return std::any_of(kBeginnings.begin(), kBeginnings.end(),
+                     [line](std::string_view beginning) { return line.starts_with(beginning); });
+}
+
 bool pattern_reader::next_line(bool& fits) {
   line_.clear();
   fits = true;
@@ -184,6 +197,7 @@ std::optional<read_result> pattern_reader::next() {
   while (next_line(fits)) {
     ++number_;
     if (line_.empty() || line_[0] == '#' || line_ == "\r") continue;
+    if (says_something_else(line_)) continue;
     if (!fits) {
       return read_result{number_, bad_line{kLongestLine + 1, "a line of over 65536 characters"}};
     }

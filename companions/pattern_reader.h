@@ -6,8 +6,9 @@
 //   raw        +9045 -4456 +610            before it, optionally, "+40000" (µs)
 //   pronto     0000 006D 0022 0002 0157 …
 //
-// Lines that begin with "#" and empty lines are skipped. What cannot be read is an error with
-// its place, never a different pattern.
+// Lines that begin with "#", empty lines, and what else vantrel says between patterns (decoders'
+// lines, a device that left or came back) are skipped. What cannot be read is an error with its
+// place, never a different pattern.
 #pragma once
 
 #include <cstddef>
@@ -49,6 +50,9 @@ struct elapsed_line {
 
 /// Reads one line without its end. REQUIRES: it is neither empty nor a comment.
 std::variant<pattern, elapsed_line, bad_line> read_line(std::string_view line);
+
+/// Whether this is one of the lines that vantrel prints beside its patterns.
+bool says_something_else(std::string_view line);
 
 /// One pattern or fault of a text, with the number of its line, counted from 1.
 struct read_result {

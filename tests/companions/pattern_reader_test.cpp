@@ -56,6 +56,8 @@ TEST(PatternReader, TellsTheFormsApart) {
        "1: pronto 8996 4498 546 repeat 8892 2236 546 38029 Hz 2+2\n"},
       {"# a comment\n\n1000,2000\n", "3: comma 1000 2000\n"},
       {"0000,1111\n", "1: column 1: a Pronto text of fewer than 4 words\n"},
+      {"error, disconnecting\nZarvo tessarin found version: 4.8.0 0x0 [x]\n1,2\n",
+       "3: comma 1 2\n"},
       {"40 ms\n", ""},
       {"", ""},
   };
