@@ -175,26 +175,22 @@ pronto_result decode_pronto(const char* text, pronto_pattern* pattern) {
   return pronto_result::kGood;
 }
 
-/// Sends a sequence and waits until its gap is over.
-int send_sequence(const sequence& frame) {
+/// Sends a sequence and waits until its gap is over. A frame that does not get through has been
+/// reported by the transport and does not keep the next ones from being tried.
+void send_sequence(const sequence& frame) {
   constexpr uint64_t kLongestIk = std::numeric_limits<uint16_t>::max();
   const auto ik = static_cast<uint16_t>(std::min(frame.gap_us, kLongestIk));
-  const int result = sendRaw(frame.sent, ik, 1);
-  if (result < 0) return result;
+  sendRaw(frame.sent, ik, 1);
   std::fflush(stdout);
   pause_us(frame.gap_us);
-  return 0;
 }
 
 /// The once sequence, then the repeat sequence (or the once sequence again) `repeats` times.
-int zarvo_send_pronto(const pronto_pattern& pattern, long repeats) {
-  if (!pattern.once.empty() && send_sequence(pattern.once) < 0) return -1;
+void zarvo_send_pronto(const pronto_pattern& pattern, long repeats) {
+  if (!pattern.once.empty()) send_sequence(pattern.once);
   const sequence& again = pattern.repeat.empty() ? pattern.once : pattern.repeat;
-  if (again.empty()) return 0;
-  for (long i = 0; i < repeats; i++) {
-    if (send_sequence(again) < 0) return -1;
-  }
-  return 0;
+  if (again.empty()) return;
+  for (long i = 0; i < repeats; i++) send_sequence(again);
 }
 
 int kill_transmission() {
