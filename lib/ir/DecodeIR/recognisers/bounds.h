@@ -8,7 +8,7 @@
 inline constexpr frame_bounds kNeverBounds{.min_bursts = 101, .min_gap = 1e9F};
 
 inline constexpr frame_bounds kXmpBounds{
-    .min_bursts = 9, .max_bursts = 9, .min_gap = 10000, .min_gap_before = 16000};
+    .min_bursts = 9, .max_bursts = 9, .min_gap = 10000, .min_gap_before = 5000};
 inline constexpr frame_bounds kZenithBounds{
     .min_bursts = 16, .max_bursts = 26, .min_gap = 12000, .min_gap_before = 12000};
 inline constexpr frame_bounds kX10Bounds{

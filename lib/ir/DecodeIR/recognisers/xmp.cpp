@@ -138,7 +138,7 @@ void Signal::tryXMP() {
     return;
   }
 
-  if (trailingGap_ < kLoneHalfGapUs) return;
+  if (!framed(kLoneHalfGapUs)) return;
   if (first.sum() != kSumXmp) {
     if (!first.isFirst() || (first.digit[5] & ~kRepeatBit) != 0) return;
     claim("Velodyne", first.digit[4], first.subDeviceOfFirst(), first.byte(6), first.byte(6));

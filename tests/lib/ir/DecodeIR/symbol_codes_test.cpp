@@ -172,6 +172,12 @@ TEST_F(Xmp, AFrameWithADamagedHalfHasNoName) {
   EXPECT_FALSE(isNamed(decode_ir::call(cut)));
 }
 
+TEST_F(Xmp, AStrayMarkBeforeTheFrameDoesNotHideIt) {
+  std::vector<int> sent = {120, 8000};
+  sent.insert(sent.end(), whole_.begin(), whole_.end());
+  EXPECT_EQ(decode_ir::call(sent).name, "XMP");
+}
+
 TEST_F(Xmp, HalvesOfTwoKeysAreNoFrame) {
   std::vector<int> mixed = first_;
   const std::vector<int> other = frame("XMP", {{"D", 62}, {"S", 17}, {"F", 0x0F21}});
