@@ -44,8 +44,10 @@ fuzz:
 	cmake --build --preset fuzz
 	fuzz/run build-fuzz 60
 
-install: all
-	cmake --install build --prefix $(PREFIX)
+install:
+	cmake --preset release -DCMAKE_INSTALL_PREFIX=$(PREFIX)
+	cmake --build --preset release
+	cmake --install build
 
 package package-test: export SOURCE_DATE_EPOCH ?= $(shell git log -1 --format=%ct 2>/dev/null || date +%s)
 package:
