@@ -2,13 +2,14 @@
 # A thin front to CMake; CMakePresets.json holds the configurations.
 PREFIX ?= /usr/local
 
-.PHONY: all setup demo test sanitize lint bench fuzz install package package-test reproducible clean
+.PHONY: all setup demo test sanitize clang valgrind coverage lint cppcheck bench fuzz install package \
+  package-test reproducible clean
 all:
 	cmake --preset release
 	cmake --build --preset release
 
 setup:
-	packaging/install-dependencies test lint bench fuzz
+	packaging/install-dependencies test clang valgrind coverage lint cppcheck bench fuzz
 
 demo:
 	packaging/install-dependencies build
@@ -27,11 +28,36 @@ sanitize:
 	cmake --build --preset sanitize
 	ctest --preset sanitize
 
+clang:
+	packaging/install-dependencies clang
+	cmake --preset clang
+	cmake --build --preset clang
+	ctest --preset clang
+
+valgrind:
+	packaging/install-dependencies valgrind
+	cmake --preset valgrind
+	cmake --build --preset valgrind
+	ctest --preset valgrind
+
+coverage:
+	packaging/install-dependencies coverage
+	cmake --preset coverage
+	cmake --build --preset coverage
+	ctest --preset coverage
+	cmake --build --preset coverage --target coverage_report
+
 lint:
 	packaging/install-dependencies lint
 	cmake --preset release
 	cmake --build --preset release --target version_info
 	packaging/lint build
+
+cppcheck:
+	packaging/install-dependencies cppcheck
+	cmake --preset release
+	cmake --build --preset release --target version_info
+	packaging/cppcheck build
 
 bench:
 	packaging/install-dependencies bench

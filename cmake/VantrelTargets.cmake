@@ -10,10 +10,8 @@ target_compile_definitions(vantrel_flags INTERFACE
 target_include_directories(vantrel_flags INTERFACE ${PROJECT_SOURCE_DIR})
 target_link_options(vantrel_flags INTERFACE -Wl,-z,relro,-z,now)
 if(VANTREL_SANITIZE)
-  # g++ 12 finds uninitialised memory in std::regex when it is instrumented.
   target_compile_options(vantrel_flags INTERFACE
-    -fsanitize=${VANTREL_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -g
-    $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
+    -fsanitize=${VANTREL_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -g)
   target_link_options(vantrel_flags INTERFACE -fsanitize=${VANTREL_SANITIZE})
   # g++ 12 sees uninitialised values where there are none once the sanitizers' checks are in.
   target_compile_options(vantrel_flags INTERFACE
@@ -21,6 +19,10 @@ if(VANTREL_SANITIZE)
 else()
   target_compile_definitions(vantrel_flags INTERFACE
     $<$<CONFIG:Release,RelWithDebInfo>:_FORTIFY_SOURCE=2>)
+endif()
+if(VANTREL_COVERAGE)
+  target_compile_options(vantrel_flags INTERFACE --coverage -fprofile-update=atomic)
+  target_link_options(vantrel_flags INTERFACE --coverage)
 endif()
 if(VANTREL_FUZZ)
   target_compile_options(vantrel_flags INTERFACE -fsanitize=fuzzer-no-link)
