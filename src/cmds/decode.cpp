@@ -141,8 +141,9 @@ int decode(int /*argc*/, const char** /*argv*/, const cmd* /*cmd*/, void* appdat
     std::puts("Error: must specify an option");
     return -1;
   }
-  const auto* text = static_cast<const char*>(dict_value_for_key(opts, found->option, nullptr));
-  if (text == nullptr || *text == '\0') {
+  size_t size = 0;  // 0 without "=": there is no byte to look at
+  const auto* text = static_cast<const char*>(dict_value_for_key(opts, found->option, &size));
+  if (size == 0 || *text == '\0') {
     // Said of every source, whether it is a file or not.
     _log(1, "[E] %s(%d): invalide file path\n", __func__, __LINE__);
     return -1;
