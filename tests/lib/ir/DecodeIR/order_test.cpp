@@ -3,6 +3,7 @@
 // a later one owns: every protocol of the contract, against the whole table, gives its own name.
 #include <gtest/gtest.h>
 
+#include <ostream>
 #include <string>
 
 #include "tests/support/decode_ir_call.h"
@@ -19,6 +20,10 @@ struct Noise {
   const char* name;
   Receiver receiver;
 };
+
+void PrintTo(const Noise& noise, std::ostream* out) {
+  *out << noise.name;
+}
 
 class Order : public testing::TestWithParam<Noise> {};
 
