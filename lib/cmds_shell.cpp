@@ -12,6 +12,7 @@
 
 #include "lib/libcmds/cmds.h"
 #include "lib/libutil/interrupt.h"
+#include "lib/libutil/output.h"
 #include "lib/libutil/startup.h"
 
 namespace {
@@ -44,6 +45,7 @@ int shell_handler(int /*argc*/, const char** /*argv*/, const cmd* /*cmd*/, void*
       add_history(line);
     }
     std::free(line);
+    if (!output::flush()) break;
   }
   interrupt::set_terminal_restorer(nullptr);
   std::printf("\n");

@@ -6,7 +6,7 @@
 #include <unistd.h>
 
 #include <array>
-#include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -15,6 +15,7 @@
 #include "lib/libcmds/cmds.h"
 #include "lib/liblog/logging.h"
 #include "lib/libutil/interrupt.h"
+#include "lib/libutil/output.h"
 #include "src/prepost.h"
 
 namespace {
@@ -48,10 +49,9 @@ void occupy_standard_streams() {
 
 /// The exit status: `status`, or 1 when standard output could not take all that was printed.
 int close_stdout(int status) {
-  const bool failed_before = std::ferror(stdout) != 0;
-  if (std::fflush(stdout) == 0 && !failed_before) return status;
+  if (output::flush()) return status;
   _log(1, "[E] %s(%d): could not write to standard output: %s\n", __func__, __LINE__,
-       std::strerror(failed_before ? EIO : errno));
+       std::strerror(output::error()));
   return EXIT_FAILURE;
 }
 
@@ -86,6 +86,7 @@ static void ex_program(int sig) {
 int main(int argc, const char** argv) {
   occupy_standard_streams();
   interrupt::install(ex_program);
+  std::signal(SIGPIPE, SIG_IGN);  // a reader that has gone is an error like any other
   set_loglevel_from_environment();
 
   const std::unique_ptr<char, free_block> path(strdup(argc > 0 ? argv[0] : ""));

@@ -11,6 +11,7 @@
 
 #include "lib/liblog/logging.h"
 #include "lib/libutil/interrupt.h"
+#include "lib/libutil/output.h"
 #include "lib/transport/hid.h"
 
 namespace {
@@ -214,7 +215,8 @@ int zv_ir_packet_poll(transport::dev_t* dev, ir_packet* p) {
 }
 
 int wait_for_device(transport::dev_t** dev) {
-  std::fflush(stdout);  // this may take long, and a reader wants to know why nothing comes
+  // This may take long, and a reader wants to know why nothing comes.
+  if (!output::flush()) return -1;
   // A device that just came back may refuse to open until its access rights are set.
   while ((*dev = open_device()) == nullptr) pause_us(kReopenPauseUs);
   interrupt::checkpoint();
@@ -224,7 +226,7 @@ int wait_for_device(transport::dev_t** dev) {
               found.minor_version, found.patch_version, found.scm_hash, found.type);
   // Each part on its own: 5.0 is refused.
   if (found.major_version >= kListenMajor && found.minor_version >= kListenMinor) {
-    std::fflush(stdout);
+    output::flush();
     tessarin_iface_en(*dev, 1);
     return 0;
   }
@@ -234,7 +236,7 @@ int wait_for_device(transport::dev_t** dev) {
 
 int listen_for_signals(appdata_priv* session, void (*on_signal)(ir_packet* p)) {
   ir_packet packet{};
-  while (true) {
+  while (output::error() == 0) {
     switch (zv_ir_packet_poll(session->dev, &packet)) {
       case 0:
         break;
@@ -250,6 +252,7 @@ int listen_for_signals(appdata_priv* session, void (*on_signal)(ir_packet* p)) {
         std::printf("UNKNOWN ERROR\n");
     }
   }
+  return -1;
 }
 
 void pause_us(uint64_t us) {

@@ -63,12 +63,12 @@ int zv_transmit_kill(transport::dev_t* dev);
 int zv_ir_packet_poll(transport::dev_t* dev, ir_packet* p);
 
 /// Opens the device as soon as it is there and switches its reports on. -1 when its firmware is
-/// too old to listen; *dev is open in either case.
+/// too old to listen, with *dev open, or when standard output is broken.
 int wait_for_device(transport::dev_t** dev);
 
 /// Hands every signal that the device receives to `on_signal`, whatever happens to the device in
 /// between: session->dev is always the one that is open. Returns (-1) only when the device came
-/// back with firmware that is too old.
+/// back with firmware that is too old, or when standard output is broken.
 int listen_for_signals(appdata_priv* session, void (*on_signal)(ir_packet* p));
 
 /// Sleeps `us` microseconds.

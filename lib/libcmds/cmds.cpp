@@ -4,9 +4,11 @@
 #include <cerrno>
 #include <cstring>
 #include <memory>
+#include <new>
 
 #include "lib/libcmds/module.h"
 #include "lib/liblog/logging.h"
+#include "lib/libutil/output.h"
 
 using libcmds::kModule;
 
@@ -18,6 +20,18 @@ using owned_dict = std::unique_ptr<dictionary, decltype(&delete_dict)>;
 
 const cmd* command_of(list_head* node) {
   return list_record<cmd_mgr>(node)->cmd;
+}
+
+/// What the handler returns; a failure too when there was no memory for it or nobody can see what
+/// it printed.
+int run_handler(const cmd* command, int argc, const char** argv, void* appdata, dictionary* opts) {
+  try {
+    const int result = command->handler(argc, argv, command, appdata, opts);
+    return output::flush() ? result : -EIO;
+  } catch (const std::bad_alloc&) {
+    _log(1, "[E] %s %s(%d): %s: out of memory\n", kModule, __func__, __LINE__, command->name);
+    return -ENOMEM;
+  }
 }
 
 }  // namespace
@@ -50,7 +64,7 @@ int run_cmd(const char* name, int argc, const char** argv, void* appdata) {
     return -ENOMEM;
   }
   const int result =
-      command->handler(argc - static_cast<int>(carg), argv + carg, command, appdata, opts.get());
+      run_handler(command, argc - static_cast<int>(carg), argv + carg, appdata, opts.get());
   return result < 0 ? 1 : 0;
 }
 
@@ -68,7 +82,7 @@ int run_cmds(int argc, const char** argv, void* appdata) {
       return -ENOMEM;
     }
     const int result =
-        command->handler(argc - static_cast<int>(carg), argv + carg, command, appdata, opts.get());
+        run_handler(command, argc - static_cast<int>(carg), argv + carg, appdata, opts.get());
     if (result < 0) return static_cast<int>(carg);
     i = carg + static_cast<unsigned>(result);
   }

@@ -49,7 +49,8 @@ void _register_cmd(cmd_mgr* rcmd);
 /// The first command of a name, null when there is none.
 const cmd* find_cmd(const char* name);
 
-/// Runs one command. 0, 1 when its handler failed, -38 when there is no such command, -12 when
+/// Runs one command. 0, 1 when its handler failed (throwing std::bad_alloc, or finding standard
+/// output broken, is failing too), -38 when there is no such command, -12 when
 /// out of memory.
 int run_cmd(const char* name, int argc, const char** argv, void* appdata);
 
@@ -73,5 +74,6 @@ unsigned tokenize_cmd_string(char* line, const char** argv);
 
 /// Reads the option words of a command from argv[*carg] on and moves *carg past them. The new
 /// dictionary holds, under the options' names, the text of --name=text with its zero, and an
-/// empty value for options without one. Null when it cannot be created. The caller deletes it.
+/// empty value for options without one. Null when it or an option of it cannot be created. The
+/// caller deletes it.
 dictionary* cmd_getopt(const cmd* cmd_entry, int argc, const char** argv, unsigned int* carg);

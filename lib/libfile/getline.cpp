@@ -1,12 +1,24 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "lib/libfile/getline.h"
 
+#include <cerrno>
+
 #include "lib/libutil/interrupt.h"
 
 namespace {
 
 constexpr int kLineFeed = '\n';
 constexpr int kReturn = '\r';
+
+/// The next character; a signal while it waits does not end the input.
+int next_char(FILE* fp) {
+  int c = getc_unlocked(fp);
+  while (c == EOF && ferror_unlocked(fp) != 0 && errno == EINTR) {
+    clearerr_unlocked(fp);
+    c = getc_unlocked(fp);
+  }
+  return c;
+}
 
 bool ends_line(int c) {
   return c == kLineFeed || c == kReturn;
@@ -15,7 +27,7 @@ bool ends_line(int c) {
 /// Reads over the second half of a two-character line end. Returns the character looked at.
 int skip_line_end_partner(FILE* fp, int end) {
   const int partner = end == kLineFeed ? kReturn : kLineFeed;
-  const int next = getc_unlocked(fp);
+  const int next = next_char(fp);
   if (next != partner) ungetc(next, fp);
   return next;
 }
@@ -26,7 +38,7 @@ ssize_t fgetline(FILE* fp, char* buf, size_t bufsz) {
   if (bufsz == 0) return -1;
   const interrupt::wait waiting;
   size_t n = 0;
-  for (int c = getc_unlocked(fp); c != EOF; c = getc_unlocked(fp)) {
+  for (int c = next_char(fp); c != EOF; c = next_char(fp)) {
     if (n == bufsz - 1) {
       // The character just read is lost, a line end too; what follows is the next line.
       buf[n] = '\0';

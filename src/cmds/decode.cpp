@@ -18,6 +18,7 @@
 #include "lib/libcmds/cmds.h"
 #include "lib/libfile/getline.h"
 #include "lib/liblog/logging.h"
+#include "lib/libutil/output.h"
 #include "lib/libutil/startup.h"
 #include "src/cmds/decode_listen.h"
 #include "src/common.h"
@@ -77,7 +78,7 @@ int decode_file(const char* path) {
     std::perror("could not allocate line buffer");
     return 0;
   }
-  while (fgetline(file.get(), line.get(), kLineBufferBytes) >= 0) {
+  while (output::error() == 0 && fgetline(file.get(), line.get(), kLineBufferBytes) >= 0) {
     if (line[0] != '\0' && line[0] != kComment) decode_line(line.get());
   }
   return 0;
@@ -215,7 +216,7 @@ void decodeit(ir_packet* p) {
     return;
   }
   decode_families(p);
-  std::fflush(stdout);
+  output::flush();
   std::puts("++++\n");
 }
 

@@ -3,6 +3,7 @@
 
 #include <cstdio>
 
+#include "lib/libutil/output.h"
 #include "src/cmds/decode.h"
 #include "src/common.h"
 #include "src/session.h"
@@ -18,7 +19,7 @@ void print_and_decode(ir_packet* p) {
   std::printf("PRONTO: ");
   print_pronto(p);
   decodeit(p);
-  std::fflush(stdout);
+  output::flush();
 }
 
 }  // namespace

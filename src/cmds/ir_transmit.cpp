@@ -17,6 +17,7 @@
 
 #include "lib/libcmds/cmds.h"
 #include "lib/liblog/logging.h"
+#include "lib/libutil/output.h"
 #include "lib/libutil/startup.h"
 #include "src/session.h"
 
@@ -181,7 +182,7 @@ void send_sequence(const sequence& frame) {
   constexpr uint64_t kLongestIk = std::numeric_limits<uint16_t>::max();
   const auto ik = static_cast<uint16_t>(std::min(frame.gap_us, kLongestIk));
   sendRaw(frame.sent, ik, 1);
-  std::fflush(stdout);
+  output::flush();
   pause_us(frame.gap_us);
 }
 
@@ -202,7 +203,7 @@ int kill_transmission() {
 
 void announce() {
   std::printf("Transmitting IR Pattern...\n");
-  std::fflush(stdout);
+  output::flush();
 }
 
 int done() {

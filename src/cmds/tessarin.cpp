@@ -4,6 +4,7 @@
 
 #include "lib/libcmds/cmds.h"
 #include "lib/liblog/logging.h"
+#include "lib/libutil/output.h"
 #include "lib/libutil/startup.h"
 #include "src/common.h"
 #include "src/session.h"
@@ -17,7 +18,7 @@ void (*print_it)(ir_packet* p) = print_raw;
 
 void print_and_flush(ir_packet* p) {
   print_it(p);
-  std::fflush(stdout);
+  output::flush();
 }
 
 auto chosen_printer(const dictionary* opts) {

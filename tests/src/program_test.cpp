@@ -115,24 +115,6 @@ TEST_F(Program, DebugChoosesTheMessages) {
   EXPECT_NE(everything.find("\n" + warning), std::string::npos) << everything;
 }
 
-TEST_F(Program, FailsWhenItsOutputGoesNowhere) {
-  const std::string message = "[E] close_stdout(#): could not write to standard output: ";
-  process_options options = with({"version"});
-  options.stdout_file = "/dev/full";
-  expect(options, {"", message + "No space left on device\n", 1});
-  options = with({"version"});
-  options.closed = {1};
-  expect(options, {"", message + "Bad file descriptor\n", 1});
-  options.closed = {0, 1, 2};
-  expect(options, {"", "", 1});
-  // More than a buffer: the failure comes early, and only once.
-  options = with({"script", "-"});
-  options.stdout_file = "/dev/full";
-  std::string many;
-  for (int i = 0; i < 500; i++) many += "help\n";
-  expect(options, {"", message + "Input/output error\n", 1}, many);
-}
-
 TEST_F(Program, ScriptsRunLineByLine) {
   const std::string script_failed = "[E] script_handler(#): script: an error occured with line #";
   const std::string not_found = "[E] lib/libcmds/cmds run_cmd(#): could not find command '";

@@ -22,6 +22,7 @@ uint64_t to_us(const timespec& time) {
 extern "C" {
 
 int nanosleep(const timespec* requested, timespec* remaining) {
+  const fake_usb::library_call here;
   fake_usb::world& world = fake_usb::the_world();
   if (!world.active) {
     const int error = clock_nanosleep(CLOCK_REALTIME, 0, requested, remaining);

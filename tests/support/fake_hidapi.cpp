@@ -41,16 +41,19 @@ int leave_text_empty(wchar_t* text) {
 extern "C" {
 
 int hid_init() {
+  const fake_usb::library_call here;
   the_world().record("init");
   return 0;
 }
 
 int hid_exit() {
+  const fake_usb::library_call here;
   the_world().record("exit");
   return 0;
 }
 
 hid_device_info* hid_enumerate(unsigned short vendor_id, unsigned short product_id) {
+  const fake_usb::library_call here;
   the_world().record(fake_usb::text("enumerate ", vendor_id, " ", product_id));
   hid_device_info* first = nullptr;
   hid_device_info** end = &first;
@@ -68,6 +71,7 @@ hid_device_info* hid_enumerate(unsigned short vendor_id, unsigned short product_
 }
 
 void hid_free_enumeration(hid_device_info* devs) {
+  const fake_usb::library_call here;
   while (devs != nullptr) {
     hid_device_info* next = devs->next;
     std::free(devs->path);
@@ -77,6 +81,7 @@ void hid_free_enumeration(hid_device_info* devs) {
 }
 
 hid_device* hid_open_path(const char* path) {
+  const fake_usb::library_call here;
   for (const auto& target : the_world().devices) {
     if (!target->present || target->path != path) continue;
     if (target->refusals > 0) {
@@ -92,28 +97,34 @@ hid_device* hid_open_path(const char* path) {
 }
 
 void hid_close(hid_device* dev) {
+  const fake_usb::library_call here;
   the_world().record("close");
   the_world().open_handles--;
   delete dev;
 }
 
 int hid_get_manufacturer_string(hid_device* /*dev*/, wchar_t* text, size_t /*maxlen*/) {
+  const fake_usb::library_call here;
   return leave_text_empty(text);
 }
 
 int hid_get_product_string(hid_device* /*dev*/, wchar_t* text, size_t /*maxlen*/) {
+  const fake_usb::library_call here;
   return leave_text_empty(text);
 }
 
 int hid_get_serial_number_string(hid_device* /*dev*/, wchar_t* text, size_t /*maxlen*/) {
+  const fake_usb::library_call here;
   return leave_text_empty(text);
 }
 
 const wchar_t* hid_error(hid_device* dev) {
+  const fake_usb::library_call here;
   return dev->error;
 }
 
 int hid_write(hid_device* dev, const unsigned char* data, size_t length) {
+  const fake_usb::library_call here;
   const fake_usb::bytes report(data, data + length);
   the_world().record(fake_usb::text("write ", fake_usb::to_hex(report)));
   if (!is_alive(dev)) return lose(dev);
@@ -124,6 +135,7 @@ int hid_write(hid_device* dev, const unsigned char* data, size_t length) {
 }
 
 int hid_read_timeout(hid_device* dev, unsigned char* data, size_t length, int milliseconds) {
+  const fake_usb::library_call here;
   const int id = data[0];
   const auto finish = [&](int count) {
     the_world().record(

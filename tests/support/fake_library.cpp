@@ -3,7 +3,9 @@
 #include <cstdlib>
 
 #include "tests/support/fake_usb.h"
+#include "tests/support/fake_world.h"
 
 [[gnu::constructor]] static void play_script_of_environment() {
+  const fake_usb::library_call here;
   if (const char* script = std::getenv("FAKE_USB")) fake_usb::play(script);
 }

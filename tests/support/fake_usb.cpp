@@ -201,6 +201,8 @@ bytes reply_to(const device& target, const bytes& report) {
 
 }  // namespace
 
+int library_calls = 0;
+
 world& the_world() {
   static world instance;
   return instance;

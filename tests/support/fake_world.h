@@ -61,6 +61,16 @@ struct world {
 
 world& the_world();
 
+extern int library_calls;  // that the program is in: what happens there is not its own doing
+
+/// Lasts as long as a call of a library function.
+struct library_call {
+  library_call() { library_calls++; }
+  ~library_call() { library_calls--; }
+  library_call(const library_call&) = delete;
+  library_call& operator=(const library_call&) = delete;
+};
+
 /// The parts in a row.
 template <typename... Parts>
 std::string text(const Parts&... parts) {

@@ -118,6 +118,10 @@ void process::close_input() {
   close_if_open(in_);
 }
 
+void process::close_output() {
+  close_if_open(stdout_);
+}
+
 void process::signal(int number) {
   kill(pid_, number);
 }

@@ -33,6 +33,7 @@ class process {
 
   void send(std::string_view text);
   void close_input();
+  void close_output();  // nobody reads it any more
   void signal(int number);
 
   /// Reads on until one of the outputs holds `text`; false when both end before.

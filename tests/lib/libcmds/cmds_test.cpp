@@ -203,7 +203,9 @@ TEST_F(Commands, SurviveEveryFailedAllocation) {
       {-12, "", kErr + "run_cmd_line(#): could not allocate command line buffer"},
       {-12, "", kErr + "run_cmd_line(#): could not allocate argv"},
       {-12, "", no_dict + kErr + "run_cmd(#): could not create option dictionary\n"},
-      {0, "probe short\n", kErr + "handle_longopt(#): " + no_memory + "\n"},
+      {-12, "",
+       kErr + "handle_longopt(#): " + no_memory + "\n" + kErr +
+           "run_cmd(#): could not create option dictionary\n"},
   };
   for (int i = 0; i < 4; i++) {
     fail_allocation_after(i);

@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Standard output as a thing that can break: a full disk, a reader that has gone. Nothing printed
+// afterwards arrives, so whatever prints without end has to ask.
+#pragma once
+
+namespace output {
+
+/// Why standard output is broken: an errno value, EIO where the cause was not seen; 0 while it
+/// is whole. What is still buffered may break it yet.
+int error();
+
+/// Writes out what is buffered. False when standard output is broken.
+bool flush();
+
+}  // namespace output
