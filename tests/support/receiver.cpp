@@ -10,8 +10,9 @@ constexpr double kMostBiasPart = 0.3;     // of the shortest mark or space
 constexpr int kShortestModulatedUs = 60;  // shorter ones are bare flashes, which no receiver bends
 constexpr double kMostFlashBiasUs = 3;
 constexpr double kMostJitterUs = 30;
-constexpr double kMostGridPart = 0.25;  // of the shortest duration
-constexpr int kNoSpaceUs = 1000;        // stands for the space of a signal of one mark
+constexpr double kMostGridPart = 0.25;       // of the shortest duration
+constexpr double kMostFirstSpacePart = 0.3;  // of the space that a growing first mark takes
+constexpr int kNoSpaceUs = 1000;             // stands for the space of a signal of one mark
 
 uint64_t fnv1a(std::string_view text) {
   uint64_t hash = 0xCBF29CE484222325;
@@ -63,11 +64,18 @@ std::vector<int> receive(const std::vector<int>& sent, Random& random, const Rec
       std::min(kMostJitterUs, random.uniform(receiver.jitter.low, receiver.jitter.high) * shortest);
   const double clock = 1 + random.uniform(-receiver.clock, receiver.clock);
 
+  double settling = 0;
+  if (receiver.first_mark.high > 0 && sent.size() > 1) {
+    settling = std::min(random.uniform(receiver.first_mark.low, receiver.first_mark.high) * sent[0],
+                        kMostFirstSpacePart * sent[1]);
+  }
+
   std::vector<int> seen;
   double at = 0, last_edge = 0;
   for (size_t i = 0; i < sent.size(); ++i) {
     at += sent[i] * clock;
-    const double shifted = at + (i % 2 == 0 ? bias : 0) + random.uniform(-edge, edge);
+    const double shifted =
+        at + (i % 2 == 0 ? bias : 0) + (i == 0 ? settling : 0) + random.uniform(-edge, edge);
     const double on_grid = std::round(shifted / grid) * grid;
     seen.push_back(std::max(1, static_cast<int>(std::lround(on_grid - last_edge))));
     last_edge = on_grid;

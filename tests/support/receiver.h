@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What an infrared receiver makes of a signal: marks come out longer and spaces shorter (or the
-// other way round), every edge jitters, the remote's clock is a little off, and edges fall on the
-// grid of the receiver's own clock or of the carrier.
+// other way round), every edge jitters, the remote's clock is a little off, edges fall on the grid
+// of the receiver's own clock or of the carrier, and the first mark may grow while the gain
+// settles.
 //
 //   Random random(7);                                            // the same seed, the same signal
 //   std::vector<int> seen = receive(sent, random);               // an ordinary receiver
@@ -38,6 +39,7 @@ struct Receiver {
   Range jitter = {0.02, 0.04};  // of every edge, as a part of the shortest duration
   double clock = 0.01;          // the remote's clock error, + or -, as a part
   std::vector<double> grids_us = {1, 1, 26.3};  // edges fall on multiples of one of these
+  Range first_mark = {0, 0};  // what it grows by while the gain settles, as a part; its space loses
 };
 
 /// A receiver with just this bias and jitter, an exact clock and a grid of 1 µs.

@@ -16,7 +16,8 @@ constexpr float kOddest = 0.75F;    // units by which an end may be too long
 constexpr float kSettledUs = 1.0F;  // the estimate moves no more
 constexpr float kTooAlike = 1e-3F;  // relative determinant: bias and clock cannot be told apart
 
-constexpr float kMostLeadError = 0.25F;  // of a lead-in mark, as a part
+constexpr float kSettlingMark = 0.3F;    // of the first mark that may be added to it ...
+constexpr float kSettlingSpace = 0.33F;  // ... and of the space behind it that this may take
 
 bool isMark(int i) {
   return i % 2 == 0;
@@ -25,12 +26,45 @@ bool isMark(int i) {
 }  // namespace
 
 bool slicer::slice(const float* durations, int count, const slice_rule& rule) {
-  count_ = count;
   if (count < kFewest || count > kMostDurations) return false;
+  return fitsAsItIs(durations, count, rule) || settles(durations, count, rule);
+}
+
+bool slicer::fitsAsItIs(const float* durations, int count, const slice_rule& rule) {
+  count_ = count;
   // A bias of half a unit makes the nearest number of units the wrong one; so it is assumed where
   // the frame does not fit without.
-  return fits(durations, rule, rule.bias * rule.unit_us) ||
-         fits(durations, rule, kLargeBias * rule.unit_us);
+  return (fits(durations, rule, rule.bias * rule.unit_us) ||
+          fits(durations, rule, kLargeBias * rule.unit_us)) &&
+         leadFits(rule);
+}
+
+/// Whether the frame begins with the lead-in of the rule.
+bool slicer::leadFits(const slice_rule& rule) const {
+  return (rule.lead == 0 || units(0) == rule.lead || firstIsOdd_) &&
+         (rule.lead_space == 0 || units(1) == rule.lead_space);
+}
+
+/// Whether the frame fits once the edge behind its first mark is put where it belongs: that mark
+/// and the space after it hold their sum.
+bool slicer::settles(const float* durations, int count, const slice_rule& rule) {
+  slice_rule body = rule;
+  body.lead = body.lead_space = 0;
+  if (count < 2 + kFewest || !fitsAsItIs(durations + 2, count - 2, body)) return false;
+  const float unit = rule.unit_us * scale_;
+  const float mark = (durations[0] - bias_) / unit;
+  const float total = (durations[0] + durations[1]) / unit;
+  const float lead = rule.lead > 0 ? static_cast<float>(rule.lead) : std::round(mark);
+  const float space = std::round(total) - lead;
+  const float later = mark - lead;
+  if (lead < 1 || space < 1 || later < -rule.tolerance ||
+      later > std::min(kSettlingMark * lead, kSettlingSpace * space) + rule.tolerance)
+    return false;
+  std::array<float, kMostDurations> settled;
+  std::copy_n(durations, count, settled.begin());
+  settled[0] = lead * unit + bias_;
+  settled[1] = durations[0] + durations[1] - settled[0];
+  return fitsAsItIs(settled.data(), count, rule) && !lastIsOdd_;
 }
 
 bool slicer::fits(const float* durations, const slice_rule& rule, float assumedBias) {
@@ -107,20 +141,6 @@ float slicer::deviation(const float* durations, int i, const slice_rule& rule) c
   return durations[i] - nominal - (isMark(i) ? bias_ : -bias_);
 }
 
-bool sliceWithLead(slicer* frame, const float* durations, int count, const slice_rule& rule,
-                   int lead) {
-  if (frame->slice(durations, count, rule)) return frame->biasIsOrdinary(rule);
-  const float nominal = static_cast<float>(lead) * rule.unit_us;
-  if (count < 3 || count > slicer::kMostDurations) return false;
-  if (std::abs(durations[0] - nominal) > kMostLeadError * nominal) return false;
-  if (!frame->slice(durations + 2, count - 2, rule)) return false;
-  std::array<float, slicer::kMostDurations> settled;
-  std::copy_n(durations, count, settled.begin());
-  settled[0] = nominal * frame->scale() + frame->bias();
-  settled[1] = durations[0] + durations[1] - settled[0];
-  return frame->slice(settled.data(), count, rule) && frame->biasIsOrdinary(rule);
-}
-
 level_reader::level_reader(const slicer& frame, int from)
     : frame_(frame), at_(from), left_(from < frame.count() ? frame.units(from) : 0) {}
 
@@ -166,7 +186,9 @@ void level_reader::levels(int count, uint64_t* value) {
 }
 
 bool Signal::sliceFrame(const slice_rule& rule, slicer* frame) const {
-  const float most = rule.unit_us * (static_cast<float>(rule.longest) + 0.5F) + rule.most_bias();
+  const auto longest = static_cast<float>(rule.longest);
+  const float settling = kSettlingMark * static_cast<float>(rule.lead);
+  const float most = rule.unit_us * (longest + settling + 0.5F) + rule.most_bias();
   if (largestDuration_ > most || setOff_.smallest < 0.5F * rule.unit_us - rule.most_bias())
     return false;
   return frame->slice(frame_, 2 * frameLength_ - 1, rule);

@@ -4,8 +4,10 @@
 // A receiver lengthens every mark and shortens every space by the same few µs (the bias), and a
 // remote's clock is off by a per cent or two; both hold for a whole frame. So the slicer estimates
 // them from the frame itself and then tests each duration tightly, rather than testing loosely.
-// It forgives one odd duration, the first or the last: the gain of a receiver settles in the
-// lead-in mark, and the last mark may be cut. Storage is fixed, nothing is allocated.
+// It forgives one odd duration, the first or the last, which may be cut. While its gain settles a
+// receiver may also lengthen the first mark at the cost of the space behind it; the edge between
+// the two is then put where the rest of the frame says it belongs. Storage is fixed, nothing is
+// allocated.
 #pragma once
 
 #include <algorithm>
@@ -21,6 +23,8 @@ struct slice_rule {
   float spread = 0.12F;       // root mean square over the frame, in units
   float clock_error = 0.03F;  // +-, as a part
   float bias = 0;             // assumed at first, in units; more than half a unit is not found
+  int lead = 0;               // units of the first mark ...
+  int lead_space = 0;         // ... and of the space behind it, 0 where they vary
 
   /// How far a receiver may shift an edge pair: what marks gain and spaces lose.
   [[nodiscard]] float most_bias() const { return std::min(0.65F * unit_us, 250.0F); }
@@ -32,7 +36,8 @@ class slicer {
   static constexpr int kMostDurations = 199;  // 100 bursts without the trailing gap
 
   /// Expresses `count` durations (µs, mark first) in units of the rule. False when the frame is not
-  /// made of such units; what the slicer holds is then meaningless.
+  /// made of such units, or does not begin with the lead-in of the rule; what the slicer holds is
+  /// then meaningless.
   bool slice(const float* durations, int count, const slice_rule& rule);
 
   [[nodiscard]] int count() const { return count_; }
@@ -53,9 +58,12 @@ class slicer {
   struct fit_range {
     int first, end;  // durations that the estimate rests on
   };
+  bool fitsAsItIs(const float* durations, int count, const slice_rule& rule);
   bool fits(const float* durations, const slice_rule& rule, float assumedBias);
   void count_units(const float* durations, const slice_rule& rule);
   bool estimate(const float* durations, const slice_rule& rule, fit_range range);
+  [[nodiscard]] bool leadFits(const slice_rule& rule) const;
+  bool settles(const float* durations, int count, const slice_rule& rule);
   [[nodiscard]] float deviation(const float* durations, int i, const slice_rule& rule) const;
 
   std::array<uint8_t, kMostDurations> units_{};
@@ -65,12 +73,6 @@ class slicer {
   bool firstIsOdd_ = false;
   bool lastIsOdd_ = false;
 };
-
-/// As slicer::slice, for a frame that begins with a mark of `lead` units. The gain of a receiver
-/// settles in that mark and may lengthen it at the cost of the space behind it; the edge between
-/// the two is then put where the rest of the frame says it belongs.
-bool sliceWithLead(slicer* frame, const float* durations, int count, const slice_rule& rule,
-                   int lead);
 
 /// Which half of a one comes first.
 enum class bi_phase { mark_first_is_one, space_first_is_one };

@@ -43,6 +43,20 @@ bool scale_is_plausible(const fit& found) {
   return found.scale >= kScaleLow && found.scale <= kScaleHigh;
 }
 
+// How late the edge behind the first mark came while the gain settled; the burst tells.
+double first_edge_late_us(const biphase& code, std::span<const uint16_t> durations,
+                          const fit& found) {
+  if (durations.size() < 2) return 0;
+  const double unit = found.scale * code.unit_us;
+  const unsigned mark =
+      std::min(units_in(durations[0], found.stretch_us, unit), code.longest_units);
+  const double mark_us = mark * code.unit_us;
+  const unsigned burst = units_in(durations[0] + durations[1], 0, unit);
+  const double space_us = burst > mark ? (burst - mark) * code.unit_us : 0;
+  return settling_us(found.mark_off(durations[0], mark_us), found.space_off(durations[1], space_us),
+                     mark_us, space_us);
+}
+
 }  // namespace
 
 bool read_units(const biphase& code, std::span<const uint16_t> durations, unit_levels& units,
@@ -57,13 +71,16 @@ bool read_units(const biphase& code, std::span<const uint16_t> durations, unit_l
   }
 
   const double unit = found.scale * code.unit_us;
+  const double later = code.starts_frame ? first_edge_late_us(code, durations, found) : 0;
   units.count = 0;
   for (size_t i = 0; i < durations.size(); i++) {
     const bool mark = i % 2 == 0;
-    const double stretch = mark ? found.stretch_us : -found.stretch_us;
-    const unsigned n = units_in(durations[i], stretch, unit);
+    double us = durations[i] - (mark ? found.stretch_us : -found.stretch_us);
+    if (i == 0) us -= later;
+    if (i == 1) us += later;
+    const unsigned n = units_in(us, 0, unit);
     if (n == 0 || n > code.longest_units || units.count + n > unit_levels::kMost) return false;
-    if (!within(durations[i] - stretch - n * unit, code.tolerance_us)) return false;
+    if (!within(us - n * unit, code.tolerance_us)) return false;
     for (unsigned k = 0; k < n; k++) units.level[units.count++] = mark ? 1 : 0;
   }
   return true;

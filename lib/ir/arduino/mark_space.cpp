@@ -80,15 +80,19 @@ bool lead_fits(const mark_space& row, std::span<const uint16_t> lead, const fit&
   for (size_t i = 0; i < lead.size(); i += 2) {
     const double mark = row.lead.us[i];
     const double space = row.lead.us[i + 1];
-    const double tolerance = jitter_us(row.sent.mark_us);
-    const bool space_fits = within(found.space_off(lead[i + 1], space),
-                                   std::max(tolerance, row.lead.tolerance * space));
-    if (!space_fits) return false;
-    const bool mark_fits =
-        within(found.mark_off(lead[i], mark), std::max(tolerance, row.lead.tolerance * mark)) &&
-        within(found.burst_off(lead[i] + lead[i + 1], mark + space),
-               std::max(tolerance, row.lead.tolerance * (mark + space)));
-    if (!mark_fits && (proof < kEndsProof || !odd_lead_mark(lead[i], mark))) return false;
+    const double jitter = jitter_us(row.sent.mark_us);
+    const auto tolerance = [&](double us) { return std::max(jitter, row.lead.tolerance * us); };
+    const double mark_off = found.mark_off(lead[i], mark);
+    const double space_off = found.space_off(lead[i + 1], space);
+    if (within(found.burst_off(lead[i] + lead[i + 1], mark + space), tolerance(mark + space))) {
+      const double later = i == 0 ? settling_us(mark_off, space_off, mark, space) : 0;
+      if (within(mark_off - later, tolerance(mark)) &&
+          within(space_off + later, tolerance(space))) {
+        continue;
+      }
+    }
+    if (!within(space_off, tolerance(space))) return false;
+    if (proof < kEndsProof || !odd_lead_mark(lead[i], mark)) return false;
   }
   return true;
 }

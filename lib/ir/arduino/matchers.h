@@ -9,6 +9,7 @@
 // read as, with a tolerance that only has to cover jitter.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdint>
@@ -59,6 +60,15 @@ constexpr bool within(double off, double tolerance) {
   return off <= tolerance && off >= -tolerance;
 }
 
+/// By how many µs the edge behind the first mark came late because the receiver's gain settled
+/// during it: the mark, sent as `mark_us`, is longer and the space after it shorter by as much.
+constexpr double settling_us(double mark_off, double space_off, double mark_us, double space_us) {
+  constexpr double kPartOfMark = 0.25;
+  constexpr double kPartOfSpace = 0.3;
+  const double most = std::min(kPartOfMark * mark_us, kPartOfSpace * space_us);
+  return std::clamp((mark_off - space_off) / 2, 0.0, most);
+}
+
 /// A bi-phase signal cut into pieces of one unit, each a mark (1) or a space (0).
 struct unit_levels {
   static constexpr size_t kMost = 80;
@@ -76,6 +86,7 @@ struct biphase {
   unsigned longest_units;  // in one mark or space
   double stretch_low_us;
   double stretch_high_us;
+  bool starts_frame;  // the first mark is that of the frame, in which the gain settles
 };
 
 /// Cuts `durations` into units and fits them. False when a duration is no multiple of the unit,

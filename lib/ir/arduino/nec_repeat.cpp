@@ -15,9 +15,10 @@ struct range {
   [[nodiscard]] constexpr bool holds(unsigned us) const { return us >= low_us && us <= high_us; }
 };
 
-// The burst is the steady figure; mark and space leave room for the receiver's stretch.
+// The burst is the steady figure; mark and space leave room for the receiver's stretch, and for its
+// gain, which settles in the mark at the cost of the space.
 constexpr range kLeadMark = {8250, 10100};
-constexpr range kLeadSpace = {1980, 2600};
+constexpr range kLeadSpace = {1440, 2600};
 constexpr range kLeadBurst = {10450, 12400};
 constexpr range kLastMark = {400, 860};
 

@@ -17,7 +17,7 @@ constexpr double kLeadMarkUs = 6 * kHalfUs;
 constexpr double kLeadSpaceUs = 2 * kHalfUs;
 constexpr double kLeadTolerance = 0.08;
 constexpr unsigned kLongestHalves = 3;  // half a toggle and half a bit
-constexpr biphase kCode = {kHalfUs, 170, kLongestHalves, -90, 190};
+constexpr biphase kCode = {kHalfUs, 170, kLongestHalves, -90, 190, false};
 constexpr size_t kLeadCount = 2;
 constexpr size_t kModeBits = 3;
 constexpr size_t kToggleHalf = 2;  // halves that one half of the toggle takes
@@ -28,8 +28,11 @@ constexpr size_t kDataStep = 4;
 
 bool lead_fits(const frame& f, const fit& found) {
   constexpr double kMarkTolerance = kLeadTolerance * kLeadMarkUs;
-  return within(found.mark_off(f.durations[0], kLeadMarkUs), kMarkTolerance) &&
-         within(found.space_off(f.durations[1], kLeadSpaceUs), kCode.tolerance_us) &&
+  const double mark_off = found.mark_off(f.durations[0], kLeadMarkUs);
+  const double space_off = found.space_off(f.durations[1], kLeadSpaceUs);
+  const double later = settling_us(mark_off, space_off, kLeadMarkUs, kLeadSpaceUs);
+  return within(mark_off - later, kMarkTolerance) &&
+         within(space_off + later, kCode.tolerance_us) &&
          within(found.burst_off(f.durations[0] + f.durations[1], kLeadMarkUs + kLeadSpaceUs),
                 kMarkTolerance);
 }

@@ -17,7 +17,7 @@
 
 namespace {
 
-constexpr slice_rule kRule{.unit_us = 895};
+constexpr slice_rule kRule{.unit_us = 895, .lead = 1, .lead_space = 2};
 constexpr auto kCoding = bi_phase::space_first_is_one;
 constexpr int kFieldBits = 6;
 
@@ -50,7 +50,7 @@ void Signal::tryAdNotam() {
       claim("RTI_Relay", relay, -1, on, on);
     return;
   }
-  if (!sliceFrame(kRule, &frame) || frame.units(0) != 1 || frame.units(1) != 2) return;
+  if (!sliceFrame(kRule, &frame) || frame.units(0) != 1) return;
   level_reader reader(frame, 2);
   uint64_t device = 0;
   uint64_t function = 0;

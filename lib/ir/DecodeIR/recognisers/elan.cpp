@@ -30,7 +30,7 @@
 
 namespace {
 
-constexpr slice_rule kRule{.unit_us = 398, .longest = 3};
+constexpr slice_rule kRule{.unit_us = 398, .longest = 3, .lead = 3, .lead_space = 2};
 constexpr pulse_pair kBit{.zero_mark = 1, .zero_space = 1, .one_mark = 1, .one_space = 2};
 constexpr int kHalf = 16;           // bits before and after the second lead-in
 constexpr int kMiddle = 1 + kHalf;  // its burst
@@ -105,7 +105,6 @@ void Signal::tryElan() {
   if (frameLength_ != kBursts) return;
   slicer frame;
   if (!sliceFrame(kRule, &frame)) return;
-  if ((frame.units(0) != 3 && !frame.firstIsOdd()) || frame.units(1) != 2) return;
   if (frame.units(2 * kMiddle) != 2 || frame.units(2 * kMiddle + 1) != 2) return;
   wire_bits device;
   wire_bits function;

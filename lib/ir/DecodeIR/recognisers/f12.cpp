@@ -42,7 +42,7 @@ constexpr int kArctechBits = 25;
 constexpr int kDialBits = 4;
 constexpr unsigned kArctechTail = 40;  // 7 bits, least significant first
 
-constexpr slice_rule kElunevision{.unit_us = 358, .longest = 10};
+constexpr slice_rule kElunevision{.unit_us = 358, .longest = 10, .lead = 10, .lead_space = 3};
 constexpr int kElunevisionBits = 32;
 constexpr unsigned kElunevisionDevice = 0xF48080;
 
@@ -119,7 +119,7 @@ void Signal::tryF12() {
           function);
     remark("E = %u", bits.msb(24, 8));
   } else if (frameLength_ == 1 + kElunevisionBits) {
-    if (!sliceFrame(kElunevision, &frame) || frame.units(0) != 10 || frame.units(1) != 3) return;
+    if (!sliceFrame(kElunevision, &frame) || frame.units(0) != 10) return;
     if (!readPairs(frame, 1, kElunevisionBits, kBit, &bits)) return;
     if (bits.msb(0, 24) != kElunevisionDevice) return;
     const int function = static_cast<int>(bits.msb(24, 8));

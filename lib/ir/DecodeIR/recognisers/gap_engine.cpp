@@ -56,7 +56,8 @@ float length(const float* burst) {
 /// cost of the space after it.
 bool leadMarkFits(float found, float on, float off, float jitter) {
   const float tolerance = kLeadMarkTolerance * on + jitter;
-  return found >= on - tolerance && found <= on + std::max(tolerance, kSettlingPart * off);
+  const float settling = kSettlingPart * off + kMarkJitterUs;
+  return found >= on - tolerance && found <= on + std::max(tolerance, settling);
 }
 
 /// The work of slice, step by step; each step returns false when the frame does not fit.

@@ -11,6 +11,7 @@
 // Sample, D = 0, F = 0, T = 0:
 //   806,2960,1346,2312,1156,2312,1156,2312,1156,2312,1156,2312,1156,2312,1156,2312,1156,2312,1156
 // Facts: public protocol definitions in IRP notation.
+#include <algorithm>
 #include <cmath>
 
 #include "lib/ir/DecodeIR/recognisers/bounds.h"
@@ -22,6 +23,7 @@ namespace {
 constexpr slice_rule kRule{.unit_us = 578, .longest = 4};
 constexpr float kLeadUs[] = {806, 2960, 1346};
 constexpr float kLeadToleranceUs = 0.35F * 578;
+constexpr float kSettlingUs = 0.25F * 806;  // by which the first mark may be longer still
 constexpr int kSymbols = 8;
 constexpr four_phase kCode{6, {0b000011, 0b000101, 0b001001, 0b010001}};
 
@@ -29,9 +31,12 @@ constexpr four_phase kCode{6, {0b000011, 0b000101, 0b001001, 0b010001}};
 
 void Signal::tryGrundig16() {
   if (!within(kGrundig16Bounds)) return;
-  for (int i = 0; i < 3; ++i) {
-    if (std::abs(frame_[i] - kLeadUs[i]) > kLeadToleranceUs) return;
-  }
+  // While the receiver's gain settles the first mark grows at the cost of its space.
+  const float later = std::clamp(on(0) - kLeadUs[0], 0.0F, kSettlingUs);
+  if (std::abs(on(0) - later - kLeadUs[0]) > kLeadToleranceUs ||
+      std::abs(off(0) + later - kLeadUs[1]) > kLeadToleranceUs ||
+      std::abs(on(1) - kLeadUs[2]) > kLeadToleranceUs)
+    return;
   // The body begins behind the second mark, which is no whole number of units.
   slicer frame;
   if (!frame.slice(frame_ + 2, 2 * frameLength_ - 3, kRule)) return;

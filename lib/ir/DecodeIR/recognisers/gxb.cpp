@@ -21,7 +21,7 @@
 
 namespace {
 
-constexpr slice_rule kRule{.unit_us = 520, .longest = 3};
+constexpr slice_rule kRule{.unit_us = 520, .longest = 3, .lead = 1, .lead_space = 1};
 constexpr pulse_pair kBit{.zero_mark = 1, .zero_space = 3, .one_mark = 3, .one_space = 1};
 constexpr int kDeviceBits = 4;
 constexpr int kFunctionBits = 8;
@@ -34,7 +34,7 @@ void Signal::tryGXB() {
   if (!within(kGxbBounds) || frameLength_ != kBursts) return;
   slicer frame;
   if (!sliceFrame(kRule, &frame)) return;
-  if (frame.units(0) != 1 || frame.units(1) != 1 || frame.units(frame.count() - 1) != 1) return;
+  if (frame.units(0) != 1 || frame.units(frame.count() - 1) != 1) return;
   wire_bits bits;
   if (!readPairs(frame, 1, kCodeBits + 1, kBit, &bits)) return;
   const unsigned function = bits.msb(kDeviceBits, kFunctionBits);

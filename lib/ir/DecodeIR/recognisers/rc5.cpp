@@ -20,12 +20,15 @@
 //   889,889,1778,889,889,889,889,889,889,889,889,889,889,889,889,889,889,1778,889,889,1778,889,
 //   889
 // Facts: public protocol definitions in IRP notation.
+#include <cmath>
+
 #include "lib/ir/DecodeIR/recognisers/bounds.h"
 #include "lib/ir/DecodeIR/signal.h"
 
 namespace {
 
 constexpr float kUnitUs = 889;
+constexpr float kMostBiasUs = 200;
 constexpr int kPause = 4;  // half bits of RC5x's pause
 constexpr slice_rule kPlain{.unit_us = kUnitUs};
 constexpr slice_rule kFast{.unit_us = 820};
@@ -44,6 +47,8 @@ void Signal::tryRC5() {
   slicer frame;
   if (!sliceFrame(paused ? kPaused : kPlain, &frame) && (paused || !sliceFrame(kFast, &frame)))
     return;
+  // Sony's ones alone would do for the bits after an odd first mark, with a bias that none has.
+  if (frame.firstIsOdd() && std::abs(frame.bias()) > kMostBiasUs) return;
 
   level_reader reader(frame);
   uint64_t head = 0;

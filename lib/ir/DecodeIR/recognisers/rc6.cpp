@@ -29,7 +29,8 @@ namespace {
 
 constexpr int kLeadMark = 6;
 constexpr int kLeadSpace = 2;
-constexpr slice_rule kRule{.unit_us = 444, .longest = kLeadMark};
+constexpr slice_rule kRule{
+    .unit_us = 444, .longest = kLeadMark, .lead = kLeadMark, .lead_space = kLeadSpace};
 constexpr float kShortestLeadUs = 4 * 444;
 constexpr auto kCoding = bi_phase::mark_first_is_one;
 constexpr int kToggleWidth = 2;
@@ -48,8 +49,7 @@ constexpr int byteAt(uint64_t bits, int shift) {
 void Signal::tryRC6() {
   if (!within(kRc6Bounds) || on(0) < kShortestLeadUs) return;
   slicer frame;
-  if (!sliceFrame(kRule, &frame) || frame.units(1) != kLeadSpace) return;
-  if (frame.units(0) != kLeadMark && !frame.firstIsOdd()) return;
+  if (!sliceFrame(kRule, &frame)) return;
 
   level_reader reader(frame, 2);
   uint64_t mode = 0;

@@ -20,8 +20,12 @@
 
 namespace {
 
-constexpr slice_rule kSlot{.unit_us = 310, .longest = 6, .clock_error = 0.06F};
 constexpr int kLeadUnits = 3;
+constexpr slice_rule kSlot{.unit_us = 310,
+                           .longest = 6,
+                           .clock_error = 0.06F,
+                           .lead = kLeadUnits,
+                           .lead_space = kLeadUnits};
 constexpr int kLeadSymbol = 3;
 constexpr int kSymbolUnits = 4;
 constexpr int kSymbols = 16;
@@ -53,7 +57,7 @@ int readSymbol(level_reader* levels) {
 void Signal::trySejin() {
   if (!within(kSejinBounds) || totalDuration_ < kShortestUs || totalDuration_ > kLongestUs) return;
   slicer sliced;
-  if (!sliceWithLead(&sliced, frame_, 2 * frameLength_ - 1, kSlot, kLeadUnits)) return;
+  if (!sliced.slice(frame_, 2 * frameLength_ - 1, kSlot) || !sliced.biasIsOrdinary(kSlot)) return;
   level_reader levels(sliced);
   if (!levels.mark(kLeadUnits) || readSymbol(&levels) != kLeadSymbol) return;
   uint32_t bits = 0;

@@ -27,6 +27,7 @@ constexpr float kMarkUs = 468;
 constexpr float kSpaceUs = 624;
 constexpr float kLeadMarkUs = 1820;
 constexpr float kLeadSpaceUs = 590;
+constexpr float kShortestLeadUs = 0.9F * (kLeadMarkUs + kLeadSpaceUs + kSpaceUs);
 constexpr float kDoubleMarkUs = 740;   // marks are rather lengthened ...
 constexpr float kDoubleSpaceUs = 900;  // ... and spaces shortened
 constexpr fit_rule kFit{.tolerance_us = 95};
@@ -94,8 +95,8 @@ bool readFrame(const float* frame, int bursts, solidtek_frame* found) {
 }  // namespace
 
 void Signal::tryQ2() {
-  if (!within(kSolidtekBounds) || on(0) < 0.8F * kLeadMarkUs || on(0) > 1.25F * kLeadMarkUs) return;
-  if (off(0) < kDoubleSpaceUs || setOn_.second > 1.5F * kDoubleMarkUs) return;
+  if (!within(kSolidtekBounds) || on(0) < 0.8F * kLeadMarkUs || on(0) > 1.3F * kLeadMarkUs) return;
+  if (burst(0) < kShortestLeadUs || setOn_.second > 1.5F * kDoubleMarkUs) return;
   if (setOff_.largest > 1.6F * kDoubleSpaceUs) return;
   solidtek_frame found;
   if (!readFrame(frame_, frameLength_, &found)) return;

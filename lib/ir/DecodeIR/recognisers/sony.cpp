@@ -25,7 +25,8 @@
 namespace {
 
 constexpr int kLeadMark = 4;
-constexpr slice_rule kRule{.unit_us = 600, .longest = kLeadMark};
+constexpr slice_rule kRule{
+    .unit_us = 600, .longest = kLeadMark, .lead = kLeadMark, .lead_space = 1};
 constexpr pulse_pair kBit{.zero_mark = 1, .zero_space = 1, .one_mark = 2, .one_space = 1};
 constexpr int kFunctionBits = 7;
 constexpr int kDeviceBits = 5;
@@ -37,7 +38,7 @@ void Signal::trySony() {
   const int count = frameLength_ - 1;
   if (count != 8 && count != 12 && count != 15 && count != 20) return;
   slicer frame;
-  if (!sliceFrame(kRule, &frame) || frame.units(0) != kLeadMark || frame.units(1) != 1) return;
+  if (!sliceFrame(kRule, &frame) || frame.units(0) != kLeadMark) return;
   wire_bits bits;
   if (!readPairs(frame, 1, count, kBit, &bits)) return;
 

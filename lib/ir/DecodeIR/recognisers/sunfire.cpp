@@ -29,7 +29,8 @@ namespace {
 
 constexpr int kLeadMark = 16;
 constexpr int kLeadSpace = 8;
-constexpr slice_rule kRule{.unit_us = 558, .longest = kLeadMark};
+constexpr slice_rule kRule{
+    .unit_us = 558, .longest = kLeadMark, .lead = kLeadMark, .lead_space = kLeadSpace};
 constexpr pulse_pair kBit{.zero_mark = 1, .zero_space = 1, .one_mark = 3, .one_space = 1};
 constexpr int kHalfBits = 12;
 
@@ -75,8 +76,7 @@ void Signal::trySunfire() {
   }
   slicer frame;
   wire_bits bits;
-  if (!sliceFrame(kRule, &frame) || frame.units(1) != kLeadSpace) return;
-  if (frame.units(0) != kLeadMark && !frame.firstIsOdd()) return;
+  if (!sliceFrame(kRule, &frame)) return;
   if (!readPairs(frame, 1, 2 * kHalfBits, kBit, &bits)) return;
   if ((bits.msb(0, kHalfBits) ^ bits.msb(kHalfBits, kHalfBits)) != 0xFFF) return;
   const int function = static_cast<int>(bits.msb(4, 8));

@@ -125,27 +125,38 @@ struct biphase_code {
   [[nodiscard]] bool readFrame(const slicer& frame, message* found) const;
 };
 
-constexpr slice_rule halfBit(float us, int longest) {
-  return {.unit_us = us, .longest = longest, .clock_error = kClockError};
+constexpr slice_rule halfBit(float us, int longest, int lead, int lead_space = 0) {
+  return {.unit_us = us,
+          .longest = longest,
+          .clock_error = kClockError,
+          .lead = lead,
+          .lead_space = lead_space};
 }
 
 constexpr auto kMarkFirst = bi_phase::mark_first_is_one;
 constexpr auto kSpaceFirst = bi_phase::space_first_is_one;
 constexpr std::array<biphase_code, 5> kCodes = {{
-    {"TDC-38", "TDC-38", halfBit(315, 2), {1, 1, 0}, 17, kMarkFirst, readTdc, telling::kNothing},
-    {"TDC-56", "TDC-56", halfBit(213, 2), {1, 1, 0}, 17, kMarkFirst, readTdc, telling::kNothing},
+    {"TDC-38", "TDC-38", halfBit(315, 2, 1), {1, 1, 0}, 17, kMarkFirst, readTdc, telling::kNothing},
+    {"TDC-56", "TDC-56", halfBit(213, 2, 1), {1, 1, 0}, 17, kMarkFirst, readTdc, telling::kNothing},
     {"OrtekMCE",
      "OrtekMCE",
-     halfBit(480, 4),
+     halfBit(480, 4, 4),
      {4, 1, 0},
      17,
      kSpaceFirst,
      readOrtek,
      telling::kMissingFrames},
-    {"Amino", "Amino-56", halfBit(268, 7), {7, 6, 3}, 32, kMarkFirst, readAmino, telling::kToggle},
+    {"Amino",
+     "Amino-56",
+     halfBit(268, 7, 7, 6),
+     {7, 6, 3},
+     32,
+     kMarkFirst,
+     readAmino,
+     telling::kToggle},
     {"Zaptor-36",
      "Zaptor-56",
-     halfBit(330, 8),
+     halfBit(330, 8, 8, 6),
      {8, 6, 2},
      32,
      kMarkFirst,
@@ -192,9 +203,9 @@ struct press {
   bool join(run beside, const biphase_code& code, const message& wanted) {
     slicer frame;
     message other{};
-    if (beside.bursts == 0 ||
-        !sliceWithLead(&frame, beside.first, 2 * beside.bursts - 1, code.half_bit, code.lead[0]) ||
-        !code.readFrame(frame, &other) || !wanted.sameKey(other)) {
+    if (beside.bursts == 0 || !frame.slice(beside.first, 2 * beside.bursts - 1, code.half_bit) ||
+        !frame.biasIsOrdinary(code.half_bit) || !code.readFrame(frame, &other) ||
+        !wanted.sameKey(other)) {
       return false;
     }
     add(other.at);
@@ -239,8 +250,8 @@ void Signal::tryTDC() {
     slicer frame;
     message told{};
     if (!code.lengthFits(totalDuration_) ||
-        !sliceWithLead(&frame, frame_, 2 * frameLength_ - 1, code.half_bit, code.lead[0]) ||
-        !code.readFrame(frame, &told)) {
+        !frame.slice(frame_, 2 * frameLength_ - 1, code.half_bit) ||
+        !frame.biasIsOrdinary(code.half_bit) || !code.readFrame(frame, &told)) {
       continue;
     }
 

@@ -12,8 +12,7 @@ namespace {
 
 constexpr uint64_t kSeed = 20;
 constexpr contract::Counts kFiveSets{.clean = 5, .received = 5, .repeated = 2};
-/// Samples of one protocol that a receiver may spoil beyond recognition; such as PCTV with all bits
-/// set, a mark longer than a receiver delivers.
+/// Samples of one protocol that a receiver may spoil beyond recognition.
 constexpr size_t kForgiven = 1;
 
 struct Noise {
@@ -51,7 +50,8 @@ INSTANTIATE_TEST_SUITE_P(Receivers, Order,
                                          Noise{"ordinary", Receiver{}},
                                          Noise{"harsh", Receiver{.bias_us = {90, 120},
                                                                  .jitter = {0.035, 0.04},
-                                                                 .grids_us = {26.3}}}),
+                                                                 .grids_us = {26.3}}},
+                                         Noise{"settling", Receiver{.first_mark = {0.15, 0.25}}}),
                          [](const auto& level) { return std::string(level.param.name); });
 
 }  // namespace

@@ -75,6 +75,28 @@ TEST(Slicer, ForgivesOneOddEndAndNothingElse) {
   EXPECT_FALSE(slice(frame, durations)) << "both ends odd";
 }
 
+TEST(Slicer, PutsALateFirstEdgeBack) {
+  slice_rule lead = kRule;
+  lead.lead = 6;
+  lead.lead_space = 2;
+  struct {
+    float late, longer;  // µs
+    bool accepted;
+  } const cases[] = {
+      {120, 0, true}, {260, 0, true}, {-260, 0, false}, {500, 0, false}, {260, 400, false}};
+  for (const auto& c : cases) {
+    auto durations = received(kFrame, 50);
+    durations[0] += c.late + c.longer;
+    durations[1] -= c.late;
+    slicer frame;
+    EXPECT_EQ(slice(frame, durations, lead), c.accepted) << c.late;
+    if (!c.accepted) continue;
+    EXPECT_EQ(units(frame), kFrame) << c.late;
+  }
+  slicer frame;
+  EXPECT_FALSE(slice(frame, received({5, 3, 1, 1, 2, 1, 1, 2, 1, 1, 1}, 50), lead));
+}
+
 TEST(Slicer, RefusesAnotherUnit) {
   slicer frame;
   EXPECT_FALSE(slice(frame, received(kFrame, 0, 1.3F)));

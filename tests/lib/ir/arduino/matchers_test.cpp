@@ -74,7 +74,8 @@ TEST(Matchers, ReadFramesAsSentAndAsReceived) {
     EXPECT_EQ(answer(frame), expected) << irp::csv(frame);
     Random random(7, expected);
     for (int i = 0; i < kReceivers; ++i) {
-      const Durations received = receive(frame, random);
+      const Durations received =
+          receive(frame, random, i % 2 == 0 ? Receiver{} : Receiver{.first_mark = {0, 0.25}});
       EXPECT_EQ(answer(received), expected) << irp::csv(received);
     }
   }
