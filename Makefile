@@ -3,7 +3,7 @@
 PREFIX ?= /usr/local
 
 .PHONY: all setup demo test sanitize clang valgrind coverage lint cppcheck bench fuzz install package \
-  package-test reproducible clean
+  package-test reproducible soak clean
 all:
 	cmake --preset release
 	cmake --build --preset release
@@ -69,6 +69,11 @@ fuzz:
 	cmake --preset fuzz
 	cmake --build --preset fuzz
 	fuzz/run build-fuzz 60
+
+soak:
+	packaging/install-dependencies test
+	$(MAKE) all
+	bench/soak build
 
 install:
 	cmake --preset release -DCMAKE_INSTALL_PREFIX=$(PREFIX)

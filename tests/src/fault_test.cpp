@@ -95,6 +95,7 @@ TEST_F(Faults, EveryFailedAllocationIsReported) {
             return result.err.find(message) != std::string::npos;
           });
       EXPECT_EQ(result.status, may_succeed && result.status == 0 ? 0 : 1) << result.err;
+      EXPECT_EQ(result.err.find("Sanitizer"), std::string::npos) << result.err;
       if (HasFailure()) return;
     }
     EXPECT_GT(number, 0);

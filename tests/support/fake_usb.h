@@ -19,6 +19,7 @@
 //   at T sigint               Ctrl-C
 //   at T hang                 real time from here on: nothing more comes until a signal does
 //   flood T                   from now on a timing report every T ms, without end
+//   forgetful                 calls are not recorded, so that memory stays what the program takes
 //   on CMD [N] FAULT          what happens on the Nth command of that name (every one without N):
 //       noreply | short | id BYTE | name NAME | status N | late T | writeerror | unplug | sigint |
 //       flood T | report BYTES... (comes before the reply)

@@ -45,6 +45,7 @@ struct world {
   std::vector<fault> faults;
   std::map<std::string, int> failures;
   std::vector<std::string> calls;
+  bool forgetful = false;  // `calls` stays empty
   int open_handles = 0;
   bool interrupted = false;  // by a SIGINT whose handler returned
 
