@@ -3,6 +3,8 @@
 // What the code under test prints goes to a temporary file; the table goes to standard output.
 #include <benchmark/benchmark.h>
 #include <spawn.h>
+#include <sys/resource.h>
+#include <sys/time.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -12,7 +14,9 @@
 #include <fstream>
 #include <random>
 #include <string>
+#include <vector>
 
+#include "bench/table.h"
 #include "lib/csv.h"
 #include "lib/ir/DecodeIR/DecodeIR.h"
 #include "lib/ir/arduino/arduino.h"
@@ -24,7 +28,6 @@
 
 namespace {
 
-constexpr int kFilePatterns = 100000;
 constexpr long kOutputLimit = 64L << 20;
 
 std::string nec_line(uint32_t bits) {
@@ -144,34 +147,63 @@ class TemporaryFile {
   std::string path_ = "/tmp/vantrel-bench-XXXXXX";
 };
 
-// `decode --read` of 100,000 frames with random bits, as a process, its output to a file.
-void process(benchmark::State& state) {
-  const TemporaryFile patterns;
-  {
-    std::ofstream out(patterns.path());
-    std::mt19937 random(1);
-    for (int i = 0; i < kFilePatterns; ++i)
-      out << nec_line(static_cast<uint32_t>(random())) << '\n';
-  }
-  std::string program = VANTREL_PROGRAM;
-  std::string command = "decode";
-  std::string option = "--read=" + patterns.path();
-  char* argv[] = {program.data(), command.data(), option.data(), nullptr};
+/// What a process took.
+struct cost {
+  double real_s, cpu_s;
+};
+
+double seconds(const timeval& t) {
+  constexpr double kUsPerSecond = 1e6;
+  return static_cast<double>(t.tv_sec) + static_cast<double>(t.tv_usec) / kUsPerSecond;
+}
+
+/// Runs the program again and again, each time to its end and with its output in our own.
+void run_program(benchmark::State& state, const std::vector<std::string>& words,
+                 double cost::*measured) {
+  std::vector<char*> argv;
+  for (const std::string& word : words) argv.push_back(const_cast<char*>(word.c_str()));
+  argv.push_back(nullptr);
   for (auto _ : state) {
     std::rewind(stdout);
+    timeval begin{};
+    timeval end{};
+    rusage used{};
     pid_t child = 0;
     int status = 1;
-    if (posix_spawn(&child, program.c_str(), nullptr, nullptr, argv, environ) == 0) {
-      ::waitpid(child, &status, 0);
+    gettimeofday(&begin, nullptr);
+    if (posix_spawn(&child, argv[0], nullptr, nullptr, argv.data(), environ) == 0) {
+      ::wait4(child, &status, 0, &used);
     }
+    gettimeofday(&end, nullptr);
     if (status != 0) {
       state.SkipWithError("the program failed");
       break;
     }
+    const cost taken = {.real_s = seconds(end) - seconds(begin),
+                        .cpu_s = seconds(used.ru_utime) + seconds(used.ru_stime)};
+    state.SetIterationTime(taken.*measured);
   }
-  state.SetItemsProcessed(state.iterations() * kFilePatterns);
 }
-BENCHMARK(process)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+// `decode --read` of so many frames with random bits: the processor time of the process.
+void decode_file(benchmark::State& state) {
+  const TemporaryFile patterns;
+  {
+    std::ofstream out(patterns.path());
+    std::mt19937 random(1);
+    for (int64_t i = 0; i < state.range(0); ++i)
+      out << nec_line(static_cast<uint32_t>(random())) << '\n';
+  }
+  run_program(state, {VANTREL_PROGRAM, "decode", "--read=" + patterns.path()}, &cost::cpu_s);
+  state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+BENCHMARK(decode_file)->Arg(10'000)->Arg(100'000)->Arg(1'000'000)->UseManualTime();
+
+void start_up(benchmark::State& state) {
+  run_program(state, {VANTREL_PROGRAM, "version"}, &cost::real_s);
+  state.SetItemsProcessed(state.iterations());
+}
+BENCHMARK(start_up)->UseManualTime();
 
 }  // namespace
 
@@ -179,11 +211,9 @@ int main(int argc, char** argv) {
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
   const TemporaryFile output;
-  std::ofstream table("/proc/self/fd/" + std::to_string(::dup(STDOUT_FILENO)), std::ios::app);
-  if (std::freopen(output.path().c_str(), "w", stdout) == nullptr) return 1;
-  benchmark::ConsoleReporter reporter(benchmark::ConsoleReporter::OO_None);
-  reporter.SetOutputStream(&table);
-  reporter.SetErrorStream(&table);
+  FILE* const terminal = ::fdopen(::dup(STDOUT_FILENO), "w");
+  if (terminal == nullptr || std::freopen(output.path().c_str(), "w", stdout) == nullptr) return 1;
+  Table reporter(terminal);
   benchmark::RunSpecifiedBenchmarks(&reporter);
   return 0;
 }

@@ -6,6 +6,7 @@
 #include <array>
 #include <cstdio>
 
+#include "bench/table.h"
 #include "src/common.h"
 #include "src/session.h"
 #include "tests/support/fake_usb.h"
@@ -69,6 +70,7 @@ void last_report_to_pipe(benchmark::State& state, void (*print)(ir_packet*)) {
       std::fflush(stdout);
       if (pipe.read_line() <= 0) std::abort();
     }
+    state.SetItemsProcessed(state.iterations());
   }
   zarvo_deinit(&session);
 }
@@ -79,4 +81,10 @@ BENCHMARK_CAPTURE(last_report_to_pipe, pronto, print_pronto);
 
 }  // namespace
 
-BENCHMARK_MAIN();
+int main(int argc, char** argv) {
+  benchmark::Initialize(&argc, argv);
+  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
+  Table reporter(stdout);
+  benchmark::RunSpecifiedBenchmarks(&reporter);
+  return 0;
+}
