@@ -57,9 +57,13 @@ bool slicer::settles(const float* durations, int count, const slice_rule& rule) 
   const float lead = rule.lead > 0 ? static_cast<float>(rule.lead) : std::round(mark);
   const float space = std::round(total) - lead;
   const float later = mark - lead;
-  if (lead < 1 || space < 1 || later < -rule.tolerance ||
-      later > std::min(kSettlingMark * lead, kSettlingSpace * space) + rule.tolerance)
-    return false;
+  const auto mayGrow = [&](float by, float units) {
+    return by >= -rule.tolerance &&
+           by <= std::min(kSettlingMark * units, kSettlingSpace * (total - units)) + rule.tolerance;
+  };
+  if (lead < 1 || space < 1 || !mayGrow(later, lead)) return false;
+  // Where the code does not say which, the edge must not have two places.
+  if (rule.lead == 0 && mayGrow(later + 1, lead - 1)) return false;
   std::array<float, kMostDurations> settled;
   std::copy_n(durations, count, settled.begin());
   settled[0] = lead * unit + bias_;

@@ -32,6 +32,8 @@ constexpr float kLeadMinUs = 3.5F * kUnitUs;
 constexpr float kLeadMaxUs = 13 * kUnitUs;
 constexpr int kFirstLead = 10;
 constexpr int kRepeatLead = 5;
+constexpr float kLeadSpaceUs = 2 * kUnitUs;
+constexpr float kShortestLead = 0.88F;  // of the lead-in's burst; Sony's has 0.83
 constexpr int kSymbols = 8;
 constexpr int kBursts = kSymbols + 2;
 constexpr fit_rule kFit{.tolerance_us = 120};
@@ -113,9 +115,12 @@ void Signal::tryDirecTV() {
   }
 
   if (on(0) < kLeadMinUs || on(0) > kLeadMaxUs) return;
+  const float leadMark =
+      kUnitUs * static_cast<float>(on(0) < kRepeatLeadMaxUs ? kRepeatLead : kFirstLead);
+  if (burst(0) < kShortestLead * (leadMark + kLeadSpaceUs)) return;
   expected_frame expected;
-  expected.mark(kUnitUs * static_cast<float>(on(0) < kRepeatLeadMaxUs ? kRepeatLead : kFirstLead));
-  expected.space(2 * kUnitUs);
+  expected.mark(leadMark);
+  expected.space(kLeadSpaceUs);
   unsigned bits = 0;
   for (int i = 1; i <= kSymbols; ++i) {
     const symbol read = readSymbol(frame_ + 2 * i);

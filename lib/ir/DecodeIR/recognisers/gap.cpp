@@ -113,9 +113,11 @@ bool Signal::gapDitto() {
     const float nominal = (lone.form.lead.on + lone.form.lead.off) * lone.wire.unit;
     const float scale = burst(0) / nominal;
     if (scale < kDittoFastest || scale > kDittoSlowest) continue;
-    // The first mark tells the bias, but for what it is longer while the receiver's gain settles.
-    const float longer = on(0) - lone.form.lead.on * lone.wire.unit * scale;
-    const float bias = std::clamp(longer, kDittoLeastBiasUs, kDittoLongestBiasUs);
+    // Both ends tell the bias, but the first mark is longer while the receiver's gain settles.
+    const float unit = lone.wire.unit * scale;
+    const float first = on(0) - lone.form.lead.on * unit;
+    const float last = on(bursts - 1) - lone.wire.mark * unit;
+    const float bias = std::clamp(std::min(first, last), kDittoLeastBiasUs, kDittoLongestBiasUs);
     if (!gap::is_ditto(lone.wire, lone.form, frame_, frame_ + ptrdiff_t{2} * bursts, scale, bias)) {
       continue;
     }

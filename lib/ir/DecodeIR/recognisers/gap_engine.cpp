@@ -40,7 +40,8 @@ constexpr float kLongestStopPart = 2.6F;   // of a mark
 constexpr float kLeadTolerance = 0.06F;
 constexpr float kLeadMarkTolerance = 0.05F;
 constexpr float kLeadJitterUs = 110;
-constexpr float kSettlingPart = 0.33F;  // of the lead-in's space
+constexpr float kSettlingPart = 0.33F;  // of the lead-in's space ...
+constexpr float kSettlingMark = 0.28F;  // ... and of its mark
 constexpr float kOddLeadRange = 0.3F;
 constexpr int kMostOdd = 1;
 
@@ -56,7 +57,7 @@ float length(const float* burst) {
 /// cost of the space after it.
 bool leadMarkFits(float found, float on, float off, float jitter) {
   const float tolerance = kLeadMarkTolerance * on + jitter;
-  const float settling = kSettlingPart * off + kMarkJitterUs;
+  const float settling = std::min(kSettlingPart * off, kSettlingMark * on) + kMarkJitterUs;
   return found >= on - tolerance && found <= on + std::max(tolerance, settling);
 }
 

@@ -80,8 +80,6 @@ constexpr coding leadless(float unit, float mark, float zero, float one, int bit
 constexpr coding kSharp = leadless(264, 1, 3, 7, 15, 12000, 0.08F);
 constexpr coding kSharpOld = leadless(264, 1, 3, 7, 12, 12000, 0.04F);
 constexpr coding kMitsubishi = leadless(300, 1, 3, 7, 16, 12000, 0.05F);
-constexpr coding kCanon = coding{485, {}, 1, 7273 / 485.0F, 5303 / 485.0F, 1}
-    .gaps(kGapUs, 14000).clock(0.98F, 1.02F).marks(400, 620);
 // Alike but for the marks.
 constexpr coding kAkai = coding{289, {}, 1, 2.6F, 6.3F, 10}
     .gaps(3600, 3600).clock(0.93F, 1.05F).marks(0, 414);
@@ -283,7 +281,6 @@ constexpr row kRows[] = {
     {.name = "Thomson7", .wire = &kThomson, .device = {0, 4}, .obc = {5, 7},
      .extras = {{"T", {4, 1}}}},
     {.name = "Viewstar", .wire = &kViewstar, .obc = {0, 5}, .finish = readComplemented},
-    {.name = "Canon", .wire = &kCanon, .obc = {0, 1}},
     {.name = "Archer", .wire = &kArcher, .obc = {0, 5}},
     {.name = "Jerrold", .wire = &kJerrold, .obc = {0, 5}},
     {.name = "pid-0001", .wire = &kPid0001, .msb = true, .obc = {0, 5}},

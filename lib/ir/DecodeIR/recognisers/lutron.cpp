@@ -25,7 +25,9 @@ constexpr int kStartLevels = 8;
 constexpr int kCodeLevels = 24;
 constexpr int kStopLevels = 4;
 constexpr int kLongestRun = 4;  // of equal levels in a code
-constexpr slice_rule kRule{.unit_us = kUnitUs, .longest = kStartLevels + kLongestRun};
+// Levels this long leave no room for jitter, and nothing else tells a code from noise.
+constexpr slice_rule kRule{
+    .unit_us = kUnitUs, .longest = kStartLevels + kLongestRun, .tolerance = 0.1F, .spread = 0.05F};
 
 /// Whether more than kLongestRun neighbouring bits are ones.
 bool hasLongRun(unsigned bits) {
@@ -39,7 +41,7 @@ void Signal::tryLutron() {
   if (!within(kLutronBounds) || on(0) < (kStartLevels - 0.5F) * kUnitUs) return;
   if (setOff_.largest > (kLongestRun + 0.5F) * kUnitUs) return;
   slicer frame;
-  if (!sliceFrame(kRule, &frame)) return;
+  if (!sliceFrame(kRule, &frame) || frame.firstIsOdd() || frame.lastIsOdd()) return;
   level_reader reader(frame);
   wire_bits bits{.count = kStartLevels + kCodeLevels};
   reader.levels(bits.count, &bits.value);

@@ -69,6 +69,16 @@ struct half {
   }
   /// The fourth digit tells the halves apart where S is not 15.
   [[nodiscard]] bool isFirst() const { return digit[3] == 15; }
+  /// Whether the digits are of two kinds, 8 or so apart: the shape of a pulse-distance frame.
+  [[nodiscard]] bool isOfTwoLengths() const {
+    constexpr int kLeastApart = 7;
+    constexpr int kMostApart = 9;
+    const auto [low, high] = std::minmax_element(digit.begin(), digit.end());
+    const int apart = *high - *low;
+    return apart >= kLeastApart && apart <= kMostApart &&
+           std::all_of(digit.begin(), digit.end(),
+                       [&](uint8_t d) { return d == *low || d == *high; });
+  }
   [[nodiscard]] int subDeviceOfFirst() const { return digit[0] << 4 | digit[2]; }
   [[nodiscard]] key_codes function() const { return {byte(4), byte(6)}; }
   [[nodiscard]] bool isRepeat() const { return (digit[2] & kRepeatBit) != 0; }
@@ -152,6 +162,8 @@ void Signal::tryXMP() {
     claim(name.data(), first.byte(6), first.subDeviceOfFirst(), -1);
     return;
   }
+  // Nothing but its sum speaks for a second half alone, and a piece of another code may have it.
+  if (first.isOfTwoLengths()) return;
   const key_codes codes = first.function();
   std::snprintf(name.data(), name.size(), "XMP:%d.%03d-%s", first.subDeviceOfSecond(), codes.obc(),
                 "function");

@@ -160,6 +160,11 @@ TEST_F(Xmp, HalvesAreNamedAlone) {
   EXPECT_EQ(second.hex[1], 33);
 }
 
+TEST_F(Xmp, TwoLengthsAloneAreNoHalf) {
+  EXPECT_FALSE(isNamed(decode_ir::call(
+      {264, 792, 264, 792, 264, 792, 264, 1848, 264, 792, 264, 792, 264, 1848, 264, 1848, 264})));
+}
+
 TEST_F(Xmp, AFrameWithADamagedHalfHasNoName) {
   for (const size_t space : {1U, 7U, 9U, 19U, 25U, 33U}) {
     std::vector<int> sent = whole_;
