@@ -88,7 +88,7 @@ struct Operator {
   int64_t (*apply)(int64_t, int64_t);
 };
 
-constexpr int kAdditive = 6;  // the loosest level between the < | > of a bit spec
+constexpr int kAdditive = 6;  // the loosest level between the < | > of a bitspec
 constexpr int kTightest = 9;
 constexpr Operator kOperators[] = {
     {"|", 0, [](int64_t a, int64_t b) { return a | b; }},
@@ -490,7 +490,7 @@ class Player {
   using Stream = Protocol::Stream;
   using Items = Stream::Items;
 
-  /// The bit spec in force. Bits gather until they select an alternative, which the scope outside
+  /// The bitspec in force. Bits gather until they select an alternative, which the scope outside
   /// plays.
   struct Scope {
     const std::vector<Items>* alternatives;
@@ -522,7 +522,7 @@ class Player {
   }
 
   void send(Scope* scope, int64_t value, int64_t width) {
-    if (scope == nullptr) throw Error("bits without a bit spec");
+    if (scope == nullptr) throw Error("bits without a bitspec");
     const bool msb = protocol_.most_significant_first_;
     for (int64_t i = 0; i < width; ++i) {
       scope->queue.push_back(static_cast<int>(value >> (msb ? width - 1 - i : i) & 1));
@@ -558,7 +558,7 @@ class Player {
 
   void repeat(const Stream& stream, Scope* outer) {
     Scope own{&stream.bitspec, outer, 0};
-    if (stream.bitspec.size() == 1) throw Error("a bit spec of one symbol");
+    if (stream.bitspec.size() == 1) throw Error("a bitspec of one symbol");
     if (!stream.bitspec.empty()) own.size = std::bit_width(stream.bitspec.size() - 1);
     Scope* scope = stream.bitspec.empty() ? outer : &own;
     if (!stream.endless) {

@@ -5,8 +5,8 @@
 //   std::vector<int> frame = nec.render({{"D", 4}, {"F", 8}}).whole();
 //   // 9024, 4512, 564, 564, ... : µs, mark first, marks and spaces in turn
 //
-// The notation: {carrier, unit, bit order}<bit spec>(stream)repeat{definitions}[parameters]. All
-// of it that the definitions use is understood: nested bit specs and streams, durations in units,
+// The notation: {carrier, unit, bit order}<bitspec>(stream)repeat{definitions}[parameters]. All
+// of it that the definitions use is understood: nested bitspecs and streams, durations in units,
 // µs (u), ms (m) and carrier periods (p), extents (^), fields that are complemented (~), reversed
 // (F:-6) or taken from the middle (F:4:4), expressions, assignments between frames, variations
 // ([a][b]), the number of one bits (#F). Times stay exact fractions of a µs until they are handed
