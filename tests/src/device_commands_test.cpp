@@ -57,7 +57,6 @@ TEST_F(DeviceCommands, NeedFirmwareThatIsNewEnough) {
   } cases[] = {
       {"", "listen", "[E] listen(#): Error: version >= 4.6.x required\n"},
       {"device version=4.5.9", "listen", "[E] listen(#): Error: version >= 4.6.x required\n"},
-      {"device version=5.0.0", "listen", "[E] listen(#): Error: version >= 4.6.x required\n"},
       {"", "decode --listen", "[E] decode(#): Error: version >= 4.7.x required\n"},
       {"device version=4.6.9", "decode -l", "[E] decode(#): Error: version >= 4.7.x required\n"},
       {"", "sendir --raw=1", "[E] sendir(#): Error: version >= 4.7.x required\n"},

@@ -66,15 +66,6 @@ TEST_F(DeviceProgram, ShowsTheFirmwareAndClosesTheDevice) {
   EXPECT_TRUE(closed_the_device());
 }
 
-TEST_F(DeviceProgram, SaysNothingOfAMissingDevice) {
-  for (const char* script : {"", "device refuses=1"}) {
-    const process_result result = run(script, {"version"});
-    EXPECT_EQ(result.status, 0);
-    EXPECT_EQ(result.err, "");
-    EXPECT_EQ(std::count(result.out.begin(), result.out.end(), '\n'), 1);
-  }
-}
-
 TEST_F(DeviceProgram, RunsASessionOnOneOpenDevice) {
   const process_result result =
       run("device", {"script", "-"}, "sendir --csv=9000,4500,560\n# and\nsendir --kill\n");
