@@ -97,7 +97,7 @@ constexpr mark_space kChecked[] = {
      {2, {3456, 1728}, 0.08},
      {432, 432, 1296},
      kPanasonicBits,
-     {0.91, 1.09, 110, 140},
+     {0.91, 1.09, 110, 160},
      check_panasonic},
     {"SANYO", kNecLead, kNecSymbols, kSanyoBits, kNecSeen, check_sanyo},
     {"NEC", kNecLead, kNecSymbols, kNecBits, kNecSeen, check_nec},

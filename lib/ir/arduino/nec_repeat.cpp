@@ -18,7 +18,7 @@ struct range {
 // The burst is the steady figure; mark and space leave room for the receiver's stretch, and for its
 // gain, which settles in the mark at the cost of the space.
 constexpr range kLeadMark = {8250, 10100};
-constexpr range kLeadSpace = {1440, 2600};
+constexpr range kLeadSpace = {1380, 2600};
 constexpr range kLeadBurst = {10450, 12400};
 constexpr range kLastMark = {400, 860};
 

@@ -123,9 +123,9 @@ class slicing {
     out_.scale = (found_sum_[0] + found_sum_[1]) / nominal;
     if (out_.scale < wire_.fastest || out_.scale > wire_.slowest) return false;
     if (nominal_sum_[0] <= 0 || nominal_sum_[1] <= 0) return true;
-    const float difference = found_sum_[0] / nominal_sum_[0] - found_sum_[1] / nominal_sum_[1];
+    out_.skew = found_sum_[0] / nominal_sum_[0] - found_sum_[1] / nominal_sum_[1];
     const float jitter = std::min(kClockJitterUs, mark_) / std::min(zero_, one_);
-    return near(difference, 0, kClockTolerance + jitter);
+    return near(out_.skew, 0, kClockTolerance + jitter);
   }
 
   bool symbolsFit() {

@@ -79,6 +79,7 @@ struct sliced {
   uint64_t bits = 0;
   float scale = 1;      // the remote's clock, as a part of the coding's unit
   float bias = 0;       // µs that the receiver adds to a mark
+  float skew = 0;       // the clock by the zeros less that by the ones; 0 without both
   int rough = 0;        // symbols beyond the bounds for frames without checks
   bool uneven = false;  // the lead-in or a symbol is out of line
   int guessed = -1;     // the symbol so far out of line that its bit is a guess; -1: none

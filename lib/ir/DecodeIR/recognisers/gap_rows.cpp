@@ -80,11 +80,11 @@ constexpr coding leadless(float unit, float mark, float zero, float one, int bit
 constexpr coding kSharp = leadless(264, 1, 3, 7, 15, 12000, 0.08F);
 constexpr coding kSharpOld = leadless(264, 1, 3, 7, 12, 12000, 0.04F);
 constexpr coding kMitsubishi = leadless(300, 1, 3, 7, 16, 12000, 0.05F);
-// Alike but for the marks.
+// Alike but for the marks; where a receiver has brought these together readAkai tells.
 constexpr coding kAkai = coding{289, {}, 1, 2.6F, 6.3F, 10}
-    .gaps(3600, 3600).clock(0.93F, 1.05F).marks(0, 414);
+    .gaps(3600, 3600).clock(0.93F, 1.05F).marks(0, kAkaiLongestMarkUs);
 constexpr coding kMatsui = coding{525, {}, 1, 1, 3, 10}
-    .gaps(7000, 7000).clock(0.95F, 1.035F).marks(414, kAnyUs);
+    .gaps(7000, 7000).clock(0.95F, 1.035F).marks(kMatsuiShortestMarkUs, kAnyUs);
 constexpr coding kThomson = leadless(505, 1, 4, 9, 12, 13000, 0.04F);
 constexpr coding kLumagen = leadless(416, 1, 6, 12, 12, 9500, 0.03F);
 constexpr coding kRecs80 = leadless(158, 1, 31, 47, 11, 15000, 0.04F);
@@ -276,7 +276,7 @@ constexpr row kRows[] = {
     {.name = "Dishplayer", .wire = &kDishplayerNext, .msb = true, .device = {11, 2},
      .subDevice = {6, 5}, .obc = {0, 6}},
     {.name = "Mitsubishi", .wire = &kMitsubishi, .device = {0, 8}, .obc = {8, 8}},
-    {.name = "Akai", .wire = &kAkai, .device = {0, 3}, .obc = {3, 7}},
+    {.name = "Akai", .wire = &kAkai, .device = {0, 3}, .obc = {3, 7}, .finish = readAkai},
     {.name = "Matsui", .wire = &kMatsui, .device = {0, 3}, .obc = {3, 7}},
     {.name = "Thomson7", .wire = &kThomson, .device = {0, 4}, .obc = {5, 7},
      .extras = {{"T", {4, 1}}}},

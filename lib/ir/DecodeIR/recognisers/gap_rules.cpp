@@ -159,6 +159,14 @@ bool readPid0083(const reading& frame, answer* out) {
   return true;
 }
 
+// A Matsui frame's long symbol is exactly twice the short one, an Akai frame's a little more.
+bool readAkai(const reading& frame, answer*) {
+  constexpr float kHalfway = 0.007F;
+  const coding& wire = *frame.from->wire;
+  const float mark = wire.mark * wire.unit * frame.wire.scale + frame.wire.bias;
+  return mark < kMatsuiShortestMarkUs || frame.wire.skew < kHalfway;
+}
+
 bool readAnthem(const reading& frame, answer* out) {
   remark(out, "Unit=%u", frame.get({16, 2}));
   return true;

@@ -6,6 +6,10 @@
 
 namespace gap {
 
+// Marks between these may be Akai's that a receiver made longer, or Matsui's made shorter.
+constexpr float kMatsuiShortestMarkUs = 425;
+constexpr float kAkaiLongestMarkUs = 452;
+
 // Checks: whether the frame's check bits agree with its data.
 bool anthemSum(const reading& frame);
 bool denonKXor(const reading& frame);
@@ -24,6 +28,7 @@ bool xorOfThree(const reading& frame);
 bool xorOfFour(const reading& frame);
 
 // Readings: complete the answer; false refuses the frame.
+bool readAkai(const reading& frame, answer* out);
 bool readAnthem(const reading& frame, answer* out);
 bool readComplemented(const reading& frame, answer* out);
 bool readGi4dtv(const reading& frame, answer* out);

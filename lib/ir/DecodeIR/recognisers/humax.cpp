@@ -25,7 +25,7 @@ constexpr slice_rule kRule{
 constexpr slice_rule kBiased{
     .unit_us = 105, .longest = 6, .tolerance = 0.4F, .spread = 0.2F, .bias = 0.55F, .lead = 2};
 constexpr float kLeadMarkUs = 2 * 105;
-constexpr float kLeadToleranceUs = 110;
+constexpr float kLeadToleranceUs = 130;
 constexpr int kSymbols = 11;
 constexpr four_phase kCode{4, {0b0011, 0b0001, 0b1000, 0b1100}};
 constexpr unsigned kLead = 0b1100;

@@ -55,7 +55,7 @@ constexpr int kXiaomiBursts = 10 + 2;
 
 // Parts of a nominal duration that the lead-in and the marks may be off.
 constexpr float kLeadError = 0.2F;
-constexpr float kShortestMark = 0.6F;
+constexpr float kShortestMark = 0.55F;
 constexpr float kLongestMark = 1.7F;
 constexpr float kLongestStopMark = 2.5F;
 

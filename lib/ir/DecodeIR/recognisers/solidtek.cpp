@@ -96,7 +96,7 @@ bool readFrame(const float* frame, int bursts, solidtek_frame* found) {
 
 void Signal::tryQ2() {
   if (!within(kSolidtekBounds) || on(0) < 0.8F * kLeadMarkUs || on(0) > 1.3F * kLeadMarkUs) return;
-  if (burst(0) < kShortestLeadUs || setOn_.second > 1.5F * kDoubleMarkUs) return;
+  if (burst(0) < kShortestLeadUs || setOn_.second > 1.6F * kDoubleMarkUs) return;
   if (setOff_.largest > 1.6F * kDoubleSpaceUs) return;
   solidtek_frame found;
   if (!readFrame(frame_, frameLength_, &found)) return;
