@@ -73,11 +73,11 @@ struct half {
   [[nodiscard]] bool isOfTwoLengths() const {
     constexpr int kLeastApart = 7;
     constexpr int kMostApart = 9;
-    const auto [low, high] = std::minmax_element(digit.begin(), digit.end());
-    const int apart = *high - *low;
-    return apart >= kLeastApart && apart <= kMostApart &&
+    const uint8_t low = *std::min_element(digit.begin(), digit.end());
+    const uint8_t high = *std::max_element(digit.begin(), digit.end());
+    return high - low >= kLeastApart && high - low <= kMostApart &&
            std::all_of(digit.begin(), digit.end(),
-                       [&](uint8_t d) { return d == *low || d == *high; });
+                       [&](uint8_t d) { return d == low || d == high; });
   }
   [[nodiscard]] int subDeviceOfFirst() const { return digit[0] << 4 | digit[2]; }
   [[nodiscard]] key_codes function() const { return {byte(4), byte(6)}; }
