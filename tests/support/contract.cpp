@@ -262,6 +262,11 @@ std::optional<Expected> expected(const irp::Protocol& protocol, const irp::Param
   return {};
 }
 
+std::vector<int> frame(std::string_view protocol, const irp::Parameters& given) {
+  const irp::Protocol& definition = irp::protocol(protocol);
+  return single_frame(definition, definition.complete(given));
+}
+
 std::vector<int> single_frame(const irp::Protocol& protocol, const irp::Parameters& parameters,
                               std::string_view frame) {
   constexpr std::ptrdiff_t kBalboaFrame = 35;

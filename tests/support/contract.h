@@ -75,6 +75,9 @@ std::optional<Expected> expected(const irp::Protocol& protocol, const irp::Param
 std::vector<int> single_frame(const irp::Protocol& protocol, const irp::Parameters& parameters,
                               std::string_view frame = "1");
 
+/// The first frame of a protocol of tests/data/protocols.irp; fields that are not given are preset.
+std::vector<int> frame(std::string_view protocol, const irp::Parameters& given);
+
 /// Samples of one protocol: all fields zero, all at their top, alternating bits, then random ones.
 /// The same seed gives the same samples.
 std::vector<Sample> samples(std::string_view protocol, uint64_t seed, const Counts& counts = {},

@@ -63,10 +63,7 @@ inline bool isNamed(const Result& result) {
   return !result.name.empty() && !result.name.starts_with("Gap-");
 }
 
-/// The first frame of a protocol of tests/data/protocols.irp, without its gap.
-inline std::vector<int> frame(const char* protocol, const irp::Parameters& given) {
-  return contract::single_frame(irp::protocol(protocol), irp::protocol(protocol).complete(given));
-}
+using contract::frame;
 
 /// Several frames with their gaps: an even number of durations.
 inline std::vector<int> signal(const char* protocol, const irp::Parameters& given, int repeats) {

@@ -6,51 +6,42 @@
 #include <string>
 #include <vector>
 
-#include "tests/lib/ir/frames.h"
-#include "tests/support/irp.h"
+#include "tests/support/contract.h"
+#include "tests/support/frames.h"
+#include "tests/support/own_decoders.h"
 
 namespace {
 
 using frames::Durations;
 
-// The analyzers remember; every test starts with their memories run out.
-class Analyzers : public testing::Test {
- protected:
-  void SetUp() override {
-    reset_analyzer();
-    reset_analyzer();
-  }
+using Analyzers = FreshAnalyzers;
 
-  // The vote on an event, which keeps what the analyzers wrote into it.
-  static uint32_t vote(const Durations& durations, ir_t& event) {
-    event.count = 0;
-    for (const int duration : durations) {
-      event.buf[event.count] = static_cast<uint16_t>(duration);
-      analyze_edge(event.buf[event.count], &event);
-      ++event.count;
-    }
-    const uint32_t winner = analyze_finish(kFinishTicks, &event);
-    reset_analyzer();
-    return winner;
+// The vote on an event, which keeps what the analyzers wrote into it.
+uint32_t vote(const Durations& durations, ir_t& event) {
+  event.count = 0;
+  for (const int duration : durations) {
+    event.buf[event.count] = static_cast<uint16_t>(duration);
+    analyze_edge(event.buf[event.count], &event);
+    ++event.count;
   }
-
-  static uint32_t vote(const Durations& durations) {
-    ir_t event = {};
-    return vote(durations, event);
-  }
-
-  static bool is_repeat(const Durations& durations, uint16_t gap_ms = 0) {
-    ir_t event = {};
-    event.te = gap_ms;
-    vote(durations, event);
-    return event.repeat != 0;
-  }
-};
-
-Durations nec_frame() {
-  return irp::protocol("NEC1").render({{"D", 4}, {"F", 8}}).parts.front().durations;
+  const uint32_t winner = analyze_finish(kFinishTicks, &event);
+  reset_analyzer();
+  return winner;
 }
 
+uint32_t vote(const Durations& durations) {
+  ir_t event = {};
+  return vote(durations, event);
+}
+
+bool is_repeat(const Durations& durations, uint16_t gap_ms = 0) {
+  ir_t event = {};
+  event.te = gap_ms;
+  vote(durations, event);
+  return event.repeat != 0;
+}
+
+const Durations kNecFrame = contract::frame("NEC1", {{"D", 4}, {"F", 8}});
 const Durations kNecRepeat = {9024, 2256, 564};
 
 // Stands first, while the list is in its order of registration.
@@ -71,17 +62,15 @@ TEST_F(Analyzers, NameTheProtocolOfAFrame) {
   const Durations sharp = {264, 1848, 264, 1848, 700, 1848, 264};
   const Durations denon = {264, 792, 264, 1848, 264, 792, 264};
   const Durations sony = {2400, 600, 600, 600, 1200, 600, 600};
-  const Durations mce =
-      irp::protocol("MCE").render({{"D", 4}, {"S", 15}, {"F", 13}}).parts.front().durations;
   const struct {
     const char* what;
     uint32_t expected;
     Durations durations;
   } kCases[] = {
-      {"NEC", RC_PROTO_NEC, nec_frame()},
+      {"NEC", RC_PROTO_NEC, kNecFrame},
       {"NECX, with its short lead", RC_PROTO_NEC, {4512, 4512, 564, 564, 564, 1692, 564}},
       {"RC5", RC_PROTO_RC5, {889, 889, 1778, 889, 889, 1778, 1778}},
-      {"RC6", RC_PROTO_RC6_MCE, {mce.begin(), mce.end() - 1}},
+      {"RC6", RC_PROTO_RC6_MCE, contract::frame("MCE", {{"D", 4}, {"S", 15}, {"F", 13}})},
       {"XMP", RC_PROTO_XMP, frames::xmp(0x13FF4415, 0x1D0F1200)},
       {"Ortek", RC_PROTO_ORTEK, ortek},
       {"Sharp", RC_PROTO_SHARP, sharp},
@@ -94,7 +83,7 @@ TEST_F(Analyzers, NameTheProtocolOfAFrame) {
   };
   for (const auto& c : kCases) {
     SCOPED_TRACE(c.what);
-    SetUp();
+    forget();
     EXPECT_EQ(vote(c.durations), c.expected);
     const std::vector<uint16_t> bare(c.durations.begin(), c.durations.end());
     EXPECT_EQ(analyze_protocol(bare.data(), static_cast<uint8_t>(bare.size())), c.expected);
@@ -103,8 +92,7 @@ TEST_F(Analyzers, NameTheProtocolOfAFrame) {
 
 // The limit grows with the index and wraps: at the 83rd duration it is 64 µs.
 TEST_F(Analyzers, DropOutByALimitThatWraps) {
-  Durations long_frame = nec_frame();
-  long_frame.pop_back();
+  Durations long_frame = kNecFrame;
   while (long_frame.size() < 99) frames::append(long_frame, {564});
   long_frame[20] = 564 + 64;
   EXPECT_EQ(vote(long_frame), RC_PROTO_NEC);
@@ -113,10 +101,10 @@ TEST_F(Analyzers, DropOutByALimitThatWraps) {
 }
 
 TEST_F(Analyzers, RememberTheLastNecFrameForOneMoreDecode) {
-  EXPECT_FALSE(is_repeat(nec_frame()));
+  EXPECT_FALSE(is_repeat(kNecFrame));
   EXPECT_TRUE(is_repeat(kNecRepeat));
   EXPECT_TRUE(is_repeat(kNecRepeat)) << "a repeat keeps the memory";
-  EXPECT_FALSE(is_repeat(nec_frame())) << "as long as the one remembered";
+  EXPECT_FALSE(is_repeat(kNecFrame)) << "as long as the one remembered";
   ASSERT_EQ(vote({264, 792, 264, 792, 264}), RC_PROTO_DENON);
   EXPECT_FALSE(is_repeat(kNecRepeat)) << "forgotten after one other decode";
 }
@@ -124,7 +112,7 @@ TEST_F(Analyzers, RememberTheLastNecFrameForOneMoreDecode) {
 TEST_F(Analyzers, ExpectTheShortLeadSpaceOnlyAfterANecFrame) {
   // Off by 2256 without a frame before it, so nec drops out at once.
   EXPECT_EQ(vote(kNecRepeat), RC_PROTO_UNKNOWN);
-  ASSERT_EQ(vote(nec_frame()), RC_PROTO_NEC);
+  ASSERT_EQ(vote(kNecFrame), RC_PROTO_NEC);
   EXPECT_EQ(vote(kNecRepeat), RC_PROTO_NEC);
 }
 
@@ -146,7 +134,7 @@ TEST_F(Analyzers, TellRepeatsOfSomeProtocolsByTheGapBeforeThem) {
   };
   for (const auto& c : kCases) {
     SCOPED_TRACE(c.what);
-    SetUp();
+    forget();
     EXPECT_FALSE(is_repeat(c.frame, c.gap_ms)) << "nothing remembered yet";
     EXPECT_EQ(is_repeat(c.frame, c.gap_ms), c.repeat);
   }

@@ -7,9 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "lib/ir/DecodeIR/DecodeIR.h"
-#include "lib/ir/ir_packet.h"
-#include "lib/ir/result.h"
+#include "tests/support/decode_ir_call.h"
+#include "tests/support/results.h"
 
 namespace {
 
@@ -81,26 +80,17 @@ TEST(DecodeIR, ListOfProtocols) {
   EXPECT_STREQ(Version(name), "2.45");
 }
 
-std::string lineOf(const std::vector<uint16_t>& durations) {
-  ir_packet packet{};
-  std::copy(durations.begin(), durations.end(), packet.buf);
-  std::string line;
-  set_result_sink([](const ir_result& r, void* to) { *static_cast<std::string*>(to) = r.line; },
-                  &line);
-  DecodeIR(&packet, durations.size());
-  set_result_sink(nullptr, nullptr);
-  return line;
+std::string lineOf(const std::vector<int>& durations) {
+  ir_packet packet = packet_of(durations);
+  return reported([&] { DecodeIR(&packet, durations.size()); }).lines;
 }
 
 TEST(DecodeIR, LineOfAPacket) {
-  const std::vector<uint16_t> sony = {2400, 600,  600, 600, 1200, 600, 600, 600,  600,
-                                      600,  1200, 600, 600, 600,  600, 600, 1200, 600,
-                                      600,  600,  600, 600, 600,  600, 600};
-  EXPECT_EQ(lineOf(sony),
+  EXPECT_EQ(lineOf(decode_ir::frame("Sony12", {{"D", 1}, {"F", 18}})),
             ":: DECODEIR :: Sony12        - scancode: 0x0024  D:0x0001  S:0xFFFFFFFF\n");
   EXPECT_EQ(lineOf({500, 500, 500}), ":: DECODEIR :: UNKNOWN       -\n");
   EXPECT_EQ(lineOf({}), ":: DECODEIR :: UNKNOWN       -\n");
-  EXPECT_EQ(lineOf(std::vector<uint16_t>(255, 500)), ":: DECODEIR :: UNKNOWN       -\n");
+  EXPECT_EQ(lineOf(std::vector<int>(255, 500)), ":: DECODEIR :: UNKNOWN       -\n");
 }
 
 }  // namespace

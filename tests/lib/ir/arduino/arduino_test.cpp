@@ -4,32 +4,22 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <set>
 #include <string>
 #include <vector>
 
-#include "lib/ir/result.h"
-#include "tests/lib/ir/arduino/frames.h"
+#include "tests/support/irrecv_call.h"
 #include "tests/support/receiver.h"
+#include "tests/support/results.h"
 
 namespace {
 
-struct Output {
-  std::string lines, log;
-};
+using irrecv::answer;
+using irrecv::sent;
 
-Output decode(const std::vector<int>& durations, size_t len) {
-  ir_packet packet = {};
-  std::copy(durations.begin(), durations.end(), packet.buf);
-  Output output;
-  set_result_sink([](const ir_result& r, void* to) { static_cast<Output*>(to)->lines += r.line; },
-                  &output);
-  testing::internal::CaptureStderr();
-  arduino_decode(&packet, len);
-  output.log = testing::internal::GetCapturedStderr();
-  set_result_sink(nullptr, nullptr);
-  return output;
+Reported decode(const std::vector<int>& durations, size_t len) {
+  ir_packet packet = packet_of(durations);
+  return reported([&] { arduino_decode(&packet, len); });
 }
 
 TEST(ArduinoDecode, PrintsOneLine) {
@@ -45,8 +35,8 @@ TEST(ArduinoDecode, PrintsOneLine) {
 TEST(ArduinoDecode, SaysNothingToShortPatterns) {
   const std::vector<int> pattern(5, 560);
   for (size_t len = 0; len <= pattern.size(); ++len) {
-    const Output output = decode(pattern, len);
-    EXPECT_EQ(output.lines + output.log, "") << len;
+    const Reported found = decode(pattern, len);
+    EXPECT_EQ(found.lines + found.log, "") << len;
   }
 }
 
@@ -54,12 +44,10 @@ TEST(ArduinoDecode, HoldsTwoHundredDurations) {
   const std::vector<int> pattern(256, 560);
   EXPECT_NE(decode(pattern, 200).lines, "");
   for (const size_t len : {size_t{201}, size_t{256}}) {
-    const Output output = decode(pattern, len);
-    EXPECT_EQ(output.lines, "");
-    EXPECT_EQ(output.log.find("[E] arduino_decode("), 0U);
-    const std::string tail = "): IR code too long. length: " + std::to_string(len) +
-                             ", overflow: " + std::to_string(len - 200) + "\n";
-    EXPECT_NE(output.log.find(tail), std::string::npos) << output.log;
+    const Reported found = decode(pattern, len);
+    EXPECT_EQ(found.lines, "");
+    EXPECT_EQ(found.log, "[E] arduino_decode(#): IR code too long. length: " + std::to_string(len) +
+                             ", overflow: " + std::to_string(len - 200) + "\n");
   }
   const std::vector<uint16_t> longer(203, 560);
   arduino_result result;
