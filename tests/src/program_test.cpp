@@ -1,55 +1,25 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The program itself: how it is started, what it prints where, and how it ends.
-#include <gtest/gtest.h>
-#include <unistd.h>
+#include "tests/support/program_test.h"
 
 #include <csignal>
-#include <filesystem>
-#include <fstream>
 #include <string>
 
-#include "tests/support/capture.h"
-#include "tests/support/process.h"
 #include "version_info.h"
 
 namespace {
 
-namespace fs = std::filesystem;
-
 const std::string kVersionLine = std::string(kVersionText) + "\n";
-const std::string kCleanup = "\nCleaning up....\n";
+const std::string kNotFound = "[E] lib/libcmds/cmds run_cmd(#): could not find command '";
 
-using words = std::vector<std::string>;
-
-class Program : public testing::Test {
+class Program : public ProgramTest {
  protected:
-  Program() {
-    folder_ = fs::temp_directory_path() / ("vantrel-test-" + std::to_string(getpid()));
-    fs::create_directory(folder_);
-  }
-  ~Program() override { fs::remove_all(folder_); }
+  static process_options with(words arguments) { return ::with(VANTREL_PROGRAM, arguments); }
 
-  static process_options with(words arguments) {
-    arguments.insert(arguments.begin(), VANTREL_PROGRAM);
-    return {.argv = std::move(arguments)};
-  }
-
-  /// Expects a result; line numbers in messages are "#".
-  static void expect(const process_options& options, const process_result& expected,
+  static void expect(words arguments, const process_result& expected,
                      const std::string& input = {}) {
-    const process_result result = run_process(options, input);
-    const std::string title = testing::PrintToString(options.argv);
-    EXPECT_EQ(result.out, expected.out) << title;
-    EXPECT_EQ(without_line_numbers(result.err), expected.err) << title;
-    EXPECT_EQ(result.status, expected.status) << title;
+    expect_run(with(std::move(arguments)), expected, input);
   }
-
-  std::string file(const std::string& name, const std::string& text) {
-    std::ofstream(folder_ / name) << text;
-    return folder_ / name;
-  }
-
-  fs::path folder_;
 };
 
 TEST_F(Program, RunsTheCommandsOfItsArguments) {
@@ -62,52 +32,48 @@ TEST_F(Program, RunsTheCommandsOfItsArguments) {
       "  -b, --branch         show the SCM branch\n";
   const std::string dated =
       std::string("Build Date: ") + kBuildDate + "\nVersion:    " + kVersionText;
-  expect(with({"version"}), {kVersionLine, "", 0});
-  expect(with({"version", "--pretty", "help", "version"}),
+  expect({"version"}, {kVersionLine, "", 0});
+  expect({"version", "--pretty", "help", "version"},
          {"Version: " + kVersionLine + help_version, "", 0});
-  expect(with({"version", "-dp", "version", "--branch", "--date"}),
+  expect({"version", "-dp", "version", "--branch", "--date"},
          {dated + "\n" + dated + " (" + kScmBranch + ")\n", "", 0});
-  expect(with({"version", "-b", "nothing"}),
+  expect({"version", "-b", "nothing"},
          {std::string(kVersionText) + " (" + kScmBranch + ")\n",
           "[E] lib/libcmds/cmds run_cmds(#): could not find command 'nothing'\n", 1});
-  expect(with({""}), {"", "[E] lib/libcmds/cmds run_cmds(#): could not find command ''\n", 1});
+  expect({""}, {"", "[E] lib/libcmds/cmds run_cmds(#): could not find command ''\n", 1});
 }
 
 TEST_F(Program, IsTheCommandThatItsNameSays) {
-  const auto started_as = [](std::string name, words arguments = {}) {
-    arguments.insert(arguments.begin(), std::move(name));
-    return process_options{.argv = std::move(arguments), .file = VANTREL_PROGRAM};
+  const auto started_as = [](const char* name, words arguments = {}) {
+    return ::with(VANTREL_PROGRAM, std::move(arguments), name);
   };
-  expect(started_as("/anywhere/version", {"--pretty", "nothing"}),
-         {"Version: " + kVersionLine, "", 0});
-  expect(started_as("version/", {}), {kVersionLine, "", 0});
-  expect(started_as("help", {"nothing"}),
-         {"", "[E] lib/libcmds/cmds help(#): help: command `nothing' not found.\n", 1});
+  expect_run(started_as("/anywhere/version", {"--pretty", "nothing"}),
+             {"Version: " + kVersionLine, "", 0});
+  expect_run(started_as("version/", {}), {kVersionLine, "", 0});
+  expect_run(started_as("help", {"nothing"}),
+             {"", "[E] lib/libcmds/cmds help(#): help: command `nothing' not found.\n", 1});
   for (const char* name : {"Vantrel", "nothing"}) {
-    expect(started_as(name, {"version"}),
-           {"",
-            "[E] lib/libcmds/cmds run_cmd(#): could not find command '" + std::string(name) + "'\n",
-            1});
+    expect_run(started_as(name, {"version"}), {"", kNotFound + name + "'\n", 1});
   }
-  expect(started_as(""), {"", "[E] lib/libcmds/cmds run_cmd(#): could not find command '.'\n", 1});
+  expect_run(started_as(""), {"", kNotFound + ".'\n", 1});
 }
 
 TEST_F(Program, ABareStartShowsVersionAndCommands) {
   const process_result list = run_process(with({"help"}));
   EXPECT_EQ(list.out.substr(0, 10), "Commands:\n");
-  expect(with({}), {"Version: " + kVersionLine + list.out, "", 0});
-  expect({.argv = {"./dir/vantrel"}, .file = VANTREL_PROGRAM},
-         {"Version: " + kVersionLine + list.out, "", 0});
+  expect({}, {"Version: " + kVersionLine + list.out, "", 0});
+  expect_run({.argv = {"./dir/vantrel"}, .file = VANTREL_PROGRAM},
+             {"Version: " + kVersionLine + list.out, "", 0});
 }
 
 TEST_F(Program, DebugChoosesTheMessages) {
   const std::string warning =
       "[W] lib/libcmds/cmds handle_shortopt(#): `version' doesn not take '-z' option\n";
   process_options options = with({"version", "-z"});
-  expect(options, {kVersionLine, "", 0});
+  expect_run(options, {kVersionLine, "", 0});
   for (const char* setting : {"DEBUG=", "DEBUG=1", "DEBUG=TRUE"}) {
     options.env = {setting};
-    expect(options, {kVersionLine, warning, 0});
+    expect_run(options, {kVersionLine, warning, 0});
   }
   options.env = {"DEBUG=true"};
   const std::string everything = without_line_numbers(run_process(options).err);
@@ -117,29 +83,25 @@ TEST_F(Program, DebugChoosesTheMessages) {
 
 TEST_F(Program, ScriptsRunLineByLine) {
   const std::string script_failed = "[E] script_handler(#): script: an error occured with line #";
-  const std::string not_found = "[E] lib/libcmds/cmds run_cmd(#): could not find command '";
-  expect(with({"script"}), {"", "[E] script_handler(#): script: no file specified\n", 1});
-  expect(with({"script", folder_ / "missing"}),
+  expect({"script"}, {"", "[E] script_handler(#): script: no file specified\n", 1});
+  expect({"script", folder_ / "missing"},
          {"", "could not open script file: No such file or directory\n", 1});
-  expect(with({"script", folder_, "version"}), {kVersionLine, "", 0});  // a folder reads as empty
-  expect(with({"script", file("comments", "# version\n\n#\r\n\r\n"), "version"}),
-         {kVersionLine, "", 0});
-  expect(with({"script", file("third", "version\nversion -p\n nothing\nversion\n"), "version"}),
+  expect({"script", folder_, "version"}, {kVersionLine, "", 0});  // a folder reads as empty
+  expect({"script", file("comments", "# version\n\n#\r\n\r\n"), "version"}, {kVersionLine, "", 0});
+  expect({"script", file("third", "version\nversion -p\n nothing\nversion\n"), "version"},
          {kVersionLine + "Version: " + kVersionLine,
-          not_found + "nothing'\n" + script_failed + "3\n", 1});
-  expect(with({"script", file("blank", "\n #\n")}),
-         {"", not_found + "#'\n" + script_failed + "2\n", 1});
-  expect(with({"script", "-", "version"}), {kVersionLine + kVersionLine, "", 0}, "version");
-  expect(with({"script", "-"}), {"", "", 0});
+          kNotFound + "nothing'\n" + script_failed + "3\n", 1});
+  expect({"script", file("blank", "\n #\n")}, {"", kNotFound + "#'\n" + script_failed + "2\n", 1});
+  expect({"script", "-", "version"}, {kVersionLine + kVersionLine, "", 0}, "version");
+  expect({"script", "-"}, {"", "", 0});
 }
 
 TEST_F(Program, ScriptsSurviveAnyBytes) {
-  const std::string not_found = "[E] lib/libcmds/cmds run_cmd(#): could not find command '";
   const std::string line_1 = "[E] script_handler(#): script: an error occured with line #1\n";
-  expect(with({"script", "-"}), {"", not_found + std::string(1023, 'x') + "'\n" + line_1, 1},
+  expect({"script", "-"}, {"", kNotFound + std::string(1023, 'x') + "'\n" + line_1, 1},
          std::string(10'000'000, 'x'));
-  expect(with({"script", "-"}), {kVersionLine, "", 0}, std::string("version\0 -p\n", 12));
-  expect(with({"script", "-"}),
+  expect({"script", "-"}, {kVersionLine, "", 0}, std::string("version\0 -p\n", 12));
+  expect({"script", "-"},
          {"", "[E] lib/libcmds/cmds run_cmd_line(#): command line empty\n" + line_1, 1},
          std::string("\0version\n", 9));
   // A script that runs itself ends.
@@ -152,11 +114,11 @@ TEST_F(Program, ScriptsSurviveAnyBytes) {
 }
 
 TEST_F(Program, TheShellGoesOnAfterFailures) {
-  expect(with({"shell", "version"}),
+  expect({"shell", "version"},
          {"vantrel $ version\n" + kVersionLine +
               "vantrel $ nothing\nvantrel $ \nvantrel $  \nvantrel $ \n" + kVersionLine,
-          "[E] lib/libcmds/cmds run_cmd(#): could not find command 'nothing'\n"
-          "[E] lib/libcmds/cmds run_cmd_line(#): command line empty\n",
+          kNotFound + "nothing'\n"
+                      "[E] lib/libcmds/cmds run_cmd_line(#): command line empty\n",
           0},
          "version\nnothing\n\n \n");
 }
@@ -169,7 +131,7 @@ TEST_F(Program, AnInterruptKeepsWhatWasPrinted) {
   ASSERT_TRUE(waiting.wait_for("'-z' option\n"));
   waiting.signal(SIGINT);  // it prints the version now, or has printed it and waits for a line
   const process_result result = waiting.finish();
-  EXPECT_EQ(result.out, kVersionLine + kCleanup);
+  EXPECT_EQ(result.out, kVersionLine + "\nCleaning up....\n");
   EXPECT_EQ(result.status, 1);
 }
 
@@ -184,19 +146,6 @@ TEST_F(Program, AnInterruptEndsAStuckProgram) {
   const process_result result = stuck.finish(false);
   EXPECT_EQ(result.status, 1);
   EXPECT_EQ(result.err, "");
-}
-
-TEST_F(Program, AnInterruptLeavesTheTerminalAsItWas) {
-  process_options options = with({"shell"});
-  options.terminal = true;
-  options.env = {"TERM=xterm"};
-  process shell(options);
-  ASSERT_TRUE(shell.wait_for("vantrel $ "));
-  EXPECT_FALSE(shell.terminal_echoes());
-  shell.signal(SIGINT);
-  ASSERT_TRUE(shell.wait_for("Cleaning up....\r\n"));
-  EXPECT_TRUE(shell.terminal_echoes());
-  EXPECT_EQ(shell.finish().status, 1);
 }
 
 }  // namespace

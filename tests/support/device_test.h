@@ -4,12 +4,25 @@
 
 #include <gtest/gtest.h>
 
+#include <sstream>
 #include <string>
 
+#include "lib/libcmds/cmds.h"
 #include "lib/liblog/logging.h"
 #include "src/session.h"
 #include "tests/support/capture.h"
 #include "tests/support/fake_usb.h"
+
+inline std::string repeated(std::string_view part, int count) {
+  std::string text;
+  for (int i = 0; i < count; i++) text += part;
+  return text;
+}
+
+/// The bytes " 00", so many times.
+inline std::string zeros(int count) {
+  return repeated(" 00", count);
+}
 
 class DeviceTest : public testing::Test {
  protected:
@@ -38,6 +51,53 @@ class DeviceTest : public testing::Test {
     const std::string all = fake_usb::commands();
     constexpr std::string_view kStart = "usb_if";
     return all.starts_with(kStart) ? all.substr(std::min(all.size(), kStart.size() + 1)) : all;
+  }
+
+  struct run_result {
+    int status;
+    std::string out;
+    std::string err;  // without the line that tells the version found
+  };
+
+  /// Runs a command line on the session.
+  run_result run(const std::string& line) {
+    run_result result{};
+    const printed text = capture([&] { result.status = run_cmd_line(line.c_str(), &session); });
+    result.out = text.out;
+    std::istringstream lines(text.err);
+    for (std::string message; std::getline(lines, message);) {
+      if (!message.starts_with("[E] zv_version_compare(#): Zarvo tessarin found version: ")) {
+        result.err += message + "\n";
+      }
+    }
+    return result;
+  }
+
+  /// Runs a line on a new bus and compares all that comes of it; `sent` are the commands behind
+  /// the version query.
+  void expect_run(const std::string& script, const std::string& line, const run_result& expected,
+                  const std::string& sent = {}) {
+    SCOPED_TRACE(script + ": " + line);
+    begin(script);
+    const run_result result = run(line);
+    EXPECT_EQ(result.status, expected.status);
+    EXPECT_EQ(result.out, expected.out);
+    EXPECT_EQ(result.err, expected.err);
+    if (session.dev != nullptr) {
+      EXPECT_EQ(commands(), "getversion" + sent);
+    }
+  }
+
+  /// Of the last "irtranset", in hexadecimal: the count, the pause behind it, the repeats.
+  static std::string last_header() {
+    constexpr size_t kHeaderAt = 39;
+    constexpr size_t kHeaderLength = 14;
+    std::string header;
+    for (const std::string& report : fake_usb::writes()) {
+      if (!report.starts_with("06 69 72 74 72 61 6e 73 65 74")) continue;
+      header = report.substr(kHeaderAt, kHeaderLength);
+    }
+    return header;
   }
 
   appdata_priv session{};

@@ -3,49 +3,15 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <cstring>
-#include <memory>
-#include <string>
 #include <vector>
 
 #include "lib/liblog/logging.h"
 #include "tests/support/capture.h"
+#include "tests/support/dict_text.h"
 #include "tests/support/failing_alloc.h"
 
 namespace {
-
-using owned_dict = std::unique_ptr<dictionary, decltype(&delete_dict)>;
-
-owned_dict own(dictionary* dict) {
-  return {dict, delete_dict};
-}
-
-std::string value_of(const dictionary* dict, const char* key) {
-  size_t size = 0;
-  const void* const value = dict_value_for_key(dict, key, &size);
-  return value != nullptr ? std::string(static_cast<const char*>(value), size) : "absent";
-}
-
-std::string serialized(const dictionary* dict) {
-  size_t size = 0;
-  char* const bytes = static_cast<char*>(dict_serialize(dict, &size));
-  std::string text(bytes, size);
-  std::free(bytes);
-  return text;
-}
-
-std::string u32(uint32_t value) {
-  return {reinterpret_cast<const char*>(&value), sizeof value};
-}
-
-std::string record(const std::string& key_and_value, uint32_t voffset) {
-  return u32(static_cast<uint32_t>(key_and_value.size())) + u32(voffset) + key_and_value;
-}
-
-std::string zero_ended(const std::string& text) {
-  return text + '\0';
-}
 
 TEST(Dict, KeepsCopiesUnderKeys) {
   const owned_dict dict = own(new_dict());
@@ -145,12 +111,13 @@ TEST(Dict, RecordsThatAreNotWholeAreRefused) {
   };
   for (const std::string& bytes : bad) {
     std::vector<char> exact(bytes.begin(), bytes.end());  // reading past it is seen by sanitizers
-    EXPECT_EQ(
-        capture([&] { EXPECT_EQ(dict_deserialize(exact.data(), exact.size()), nullptr); }).err,
-        "[E] lib/libdict/dict dict_deserialize(#): deserialize sanity check failed\n");
-    EXPECT_EQ(
-        capture([&] { EXPECT_EQ(dict_for_buf(exact.data(), exact.size(), nullptr), nullptr); }).err,
-        "[E] lib/libdict/dict dict_for_buf(#): deserialize sanity check failed\n");
+    const printed text = capture([&] {
+      EXPECT_EQ(dict_deserialize(exact.data(), exact.size()), nullptr);
+      EXPECT_EQ(dict_for_buf(exact.data(), exact.size(), nullptr), nullptr);
+    });
+    EXPECT_EQ(text.err,
+              "[E] lib/libdict/dict dict_deserialize(#): deserialize sanity check failed\n"
+              "[E] lib/libdict/dict dict_for_buf(#): deserialize sanity check failed\n");
   }
 }
 
@@ -158,32 +125,26 @@ TEST(Dict, SurvivesEveryFailedAllocation) {
   const std::string no_memory = std::strerror(ENOMEM);
   const std::string prefix = "[E] lib/libdict/dict ";
   const auto fails = [&](int successes, const std::string& message, auto code) {
-    const printed text = capture([&] {
-      fail_allocation_after(successes);
-      code();
-    });
+    fail_allocation_after(successes);
+    const printed text = capture([&] { EXPECT_EQ(code(), nullptr); });
     EXPECT_TRUE(stop_failing_allocations());
     EXPECT_EQ(text.err, prefix + message + no_memory + "\n");
   };
   const owned_dict dict = own(new_dict());
   dict_add_key(dict.get(), "a", "x", 1);
   const std::string before = serialized(dict.get());
-  const auto add = [&] { EXPECT_EQ(dict_add_key(dict.get(), "a", "longer", 6), nullptr); };
-
-  fails(0, "new_dict(#): could not allocate new dictionary : ", [] {
-    EXPECT_EQ(new_dict(), nullptr);
-  });
-  fails(0, "new_kvpair(#): could not allocate new key/value : ", add);
-  fails(1, "new_kvpair_mgr(#): could not allocate new key/value mgr: ", add);
+  const std::string no_pair = "new_kvpair(#): could not allocate new key/value : ";
+  const std::string no_manager = "new_kvpair_mgr(#): could not allocate new key/value mgr: ";
+  const auto add = [&] { return dict_add_key(dict.get(), "a", "longer", 6); };
+  const auto read = [&] { return dict_deserialize(before.data(), before.size()); };
+  fails(0, "new_dict(#): could not allocate new dictionary : ", new_dict);
+  fails(0, no_pair, add);
+  fails(1, no_manager, add);
   fails(0, "dict_serialize(#): could not allocate serialized buffer : ", [&] {
-    EXPECT_EQ(dict_serialize(dict.get(), nullptr), nullptr);
+    return dict_serialize(dict.get(), nullptr);
   });
-  for (int i = 1; i <= 2; i++) {
-    fails(i,
-          i == 1 ? "new_kvpair(#): could not allocate new key/value : "
-                 : "new_kvpair_mgr(#): could not allocate new key/value mgr: ",
-          [&] { EXPECT_EQ(dict_deserialize(before.data(), before.size()), nullptr); });
-  }
+  fails(1, no_pair, read);
+  fails(2, no_manager, read);
   EXPECT_EQ(serialized(dict.get()), before);
 }
 

@@ -1,71 +1,40 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "lib/transport/libusb.h"
-
-#include <gtest/gtest.h>
-
-#include "lib/liblog/logging.h"
-#include "tests/support/capture.h"
-#include "tests/support/fake_usb.h"
+#include "tests/support/transport_test.h"
 
 namespace {
 
-transport::dev_t* open_raw() {
-  transport::libusb_priv wanted{0x1209, 0x0001, 1, 0, "Vantrel", 0};
-  return transport::dev_open(transport::kRawUsb, &wanted);
-}
-
-class RawUsb : public testing::Test {
- protected:
-  void SetUp() override {
-    fake_usb::reset();
-    set_loglevel(2);
-  }
-  void TearDown() override {
-    set_loglevel(1);
-    fake_usb::reset();
-  }
-};
+class RawUsb : public TransportTest {};
 
 TEST_F(RawUsb, OpensTheDeviceOfTheManufacturer) {
-  const struct {
-    const char* script;
-    bool opens;
-    const char* err;
-  } cases[] = {
-      {"", false, ""},
-      {"device", true, ""},
-      {"device pid=2", false, ""},
-      {"device mfr=Other", false, "[E] libusb_dev_open(#): manufacturer string mismatch\n"},
-      {"device mfr=Vantrel2\ndevice", true,
-       "[E] libusb_dev_open(#): manufacturer string mismatch\n"},
-      {"device refuses=1\ndevice", true, "[W] libusb_dev_open(#): can't open usb device\n"},
-      {"device\nfail libusb_get_string_descriptor_ascii -9", false,
-       "[E] libusb_dev_open(#): Cannot query device, is the GUI open?\n"},
-      {"device\nfail libusb_init -99", false,
-       "[E] libusb_dev_open(#): can not initialize libusb\n"},
-      {"device\nfail libusb_get_device_list -11", false,
-       "[E] libusb_dev_open(#): libusb cnt < 0\n"},
-      {"device\nfail libusb_get_device_descriptor -1", false,
-       "[E] libusb_dev_open(#): failed to get device descriptor"},
-      {"device\nfail libusb_claim_interface -6", true, ""},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.script);
-    fake_usb::reset();
-    fake_usb::play(c.script);
-    transport::dev_t* dev = nullptr;
+  set_loglevel(2);
+  const auto expect = [](const char* script, bool opens, const std::string& err = {}) {
+    SCOPED_TRACE(script);
+    plug(script);
+    handle dev;
     const printed text = capture([&] { dev = open_raw(); });
-    EXPECT_EQ(dev != nullptr, c.opens);
-    EXPECT_EQ(text.err, c.err);
-    if (dev != nullptr) {
-      EXPECT_EQ(transport::dev_close(dev), 1);
-    }
-  }
+    EXPECT_EQ(dev != nullptr, opens);
+    EXPECT_EQ(text.err, err);
+  };
+  const std::string error = "[E] libusb_dev_open(#): ";
+  expect("", false);
+  expect("device", true);
+  expect("device pid=2", false);
+  expect("device mfr=Other", false, error + "manufacturer string mismatch\n");
+  expect("device mfr=Vantrel2\ndevice", true, error + "manufacturer string mismatch\n");
+  expect("device refuses=1\ndevice", true, "[W] libusb_dev_open(#): can't open usb device\n");
+  expect("device\nfail libusb_get_string_descriptor_ascii -9", false,
+         error + "Cannot query device, is the GUI open?\n");
+  expect("device\nfail libusb_init -99", false, error + "can not initialize libusb\n");
+  expect("device\nfail libusb_get_device_list -11", false, error + "libusb cnt < 0\n");
+  expect("device\nfail libusb_get_device_descriptor -1", false,
+         error + "failed to get device descriptor");
+  expect("device\nfail libusb_claim_interface -6", true);
 }
 
 TEST_F(RawUsb, PassesTransfersThrough) {
   fake_usb::play("device");
-  transport::dev_t* dev = open_raw();
+  handle owner = open_raw();
+  transport::dev_t* const dev = owner.get();
   ASSERT_NE(dev, nullptr);
   transport::libusb_msg control{0x21, 9, 0x0305, 2, {}, 8, 500};
   EXPECT_EQ(dev_send_cmd(dev, "control", reinterpret_cast<uint8_t*>(&control), 0), 8);
@@ -84,12 +53,9 @@ TEST_F(RawUsb, PassesTransfersThrough) {
   const printed text = capture([&] { EXPECT_EQ(dev_send_cmd(dev, "control", nullptr, 0), -1); });
   EXPECT_EQ(text.err, "[E] libusb_dev_send_cmd(#): data pointer invlaid\n");
 
-  const size_t before = fake_usb::calls().size();
-  EXPECT_EQ(transport::dev_close(dev), 1);
-  const std::vector<std::string> closing(
-      fake_usb::calls().begin() + static_cast<std::ptrdiff_t>(before), fake_usb::calls().end());
-  EXPECT_EQ(closing, (std::vector<std::string>{"libusb_reset_device", "libusb_release_interface 1",
-                                               "libusb_close", "libusb_exit"}));
+  EXPECT_EQ(calls_of([&] { owner.reset(); }),
+            (std::vector<std::string>{"libusb_reset_device", "libusb_release_interface 1",
+                                      "libusb_close", "libusb_exit"}));
   EXPECT_EQ(transport::libusb_dev_send_cmd(nullptr, "control", nullptr, 0), -19);
   capture([&] { EXPECT_EQ(transport::libusb_dev_close(nullptr), -1); });
 }

@@ -1,82 +1,39 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The command exchange over the HID backend: bytes, time limits, messages, and every way in which
 // a device can disappoint.
-#include "lib/transport/transport.h"
-
-#include <gtest/gtest.h>
+#include "tests/support/transport_test.h"
 
 #include <algorithm>
-#include <array>
-#include <memory>
-#include <numeric>
-
-#include "lib/liblog/logging.h"
-#include "lib/transport/hid.h"
-#include "tests/support/capture.h"
-#include "tests/support/fake_usb.h"
 
 namespace {
 
 using transport::dev_t;
-using buffer = std::array<uint8_t, 64>;
 
-struct closer {
-  void operator()(dev_t* dev) const { EXPECT_EQ(transport::dev_close(dev), 1); }
-};
-using handle = std::unique_ptr<dev_t, closer>;
-
-handle open_hid() {
-  transport::libhid_priv wanted{0x1209, 0x0001, 2};
-  return handle(transport::dev_open(transport::kHid, &wanted));
-}
-
-buffer counting_up() {
-  buffer data{};
-  std::iota(data.begin(), data.end(), uint8_t{1});
-  return data;
-}
-
-class Transport : public testing::Test {
- protected:
-  void SetUp() override {
-    fake_usb::reset();
-    set_loglevel(3);
-  }
-  void TearDown() override {
-    EXPECT_EQ(fake_usb::open_devices(), 0);
-    set_loglevel(1);
-    fake_usb::reset();
-  }
-};
+class Transport : public TransportTest {};
 
 TEST_F(Transport, OpensTheFirstMatchThatLetsItself) {
-  const struct {
-    const char* what;
-    const char* script;
-    const char* path;  // "" for none
-    const char* err;
-  } cases[] = {
-      {"nothing plugged in", "", "", "[I] error, device list couldn't enumerate\n"},
-      {"the device", "device", "/dev/fake0", ""},
-      {"other interfaces", "device iface=0\ndevice iface=1\ndevice iface=2", "/dev/fake2", ""},
-      {"another interface only", "device iface=1", "", ""},
-      {"another vendor", "device vid=1234", "", ""},
-      {"another product", "device pid=0002", "", ""},
-      {"the first refuses", "device refuses=1\ndevice", "/dev/fake1", ""},
-      {"all refuse", "device refuses=1\ndevice refuses=1", "", ""},
+  // What is plugged in, and which of it opens.
+  const std::pair<const char*, std::string> cases[] = {
+      {"", ""},
+      {"device", "/dev/fake0"},
+      {"device iface=0\ndevice iface=1\ndevice iface=2", "/dev/fake2"},
+      {"device iface=1", ""},
+      {"device vid=1234", ""},
+      {"device pid=0002", ""},
+      {"device refuses=1\ndevice", "/dev/fake1"},
+      {"device refuses=1\ndevice refuses=1", ""},
   };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.what);
-    fake_usb::reset();
-    fake_usb::play(c.script);
+  for (const auto& [script, path] : cases) {
+    SCOPED_TRACE(script);
+    plug(script);
     handle dev;
-    const printed text = capture([&] { dev = open_hid(); });
-    EXPECT_EQ(dev != nullptr, *c.path != '\0');
-    EXPECT_EQ(text.err, c.err);
+    const printed text = capture([&dev] { dev = open_hid(); });
+    EXPECT_EQ(dev != nullptr, !path.empty());
+    EXPECT_EQ(text.err, *script == '\0' ? "[I] error, device list couldn't enumerate\n" : "");
     EXPECT_EQ(text.out, "");
     if (dev != nullptr) {
-      const std::string opened = std::string("open ") + c.path;
-      EXPECT_EQ(std::count(fake_usb::calls().begin(), fake_usb::calls().end(), opened), 1);
+      const auto& calls = fake_usb::calls();
+      EXPECT_EQ(std::count(calls.begin(), calls.end(), "open " + path), 1);
     }
   }
 }
@@ -91,11 +48,6 @@ TEST_F(Transport, DrainsEveryReplyIdAtOpenFlushAndClose) {
   expected.insert(expected.end(), quiet.begin(), quiet.end());
   EXPECT_EQ(opening, expected);
 
-  const auto calls_of = [](auto code) {
-    const auto before = static_cast<std::ptrdiff_t>(fake_usb::calls().size());
-    code();
-    return std::vector<std::string>(fake_usb::calls().begin() + before, fake_usb::calls().end());
-  };
   EXPECT_EQ(calls_of([&] { EXPECT_EQ(dev_flush(dev.get()), 0); }), quiet);
   expected = quiet;
   expected.insert(expected.end(), {"close", "exit"});
@@ -114,15 +66,9 @@ TEST_F(Transport, SendsWholeReportsFilledWithFF) {
   fake_usb::play("device");
   const handle dev = open_hid();
   const std::string name = "67 65 74 76 65 72 73 69 6f 6e 00";  // getversion
-  const auto run = [](int from, int to) {
-    std::string text;
-    for (int i = from; i <= to; i++) {
-      std::array<char, 4> digits{};
-      std::snprintf(digits.data(), digits.size(), " %02x", i);
-      text += digits.data();
-    }
-    return text;
-  };
+  const std::string short_run = " 01 02 03 04 05 06 07 08 09 0a 0b 0c 0d 0e 0f 10 11 12 13 14";
+  std::string fill;
+  for (int i = 0; i < 62; i++) fill += " ff";
   buffer data = counting_up();
   EXPECT_EQ(dev_send_cmd(dev.get(), "getversion", data.data(), 32), 0);
   data = counting_up();
@@ -131,11 +77,11 @@ TEST_F(Transport, SendsWholeReportsFilledWithFF) {
   EXPECT_EQ(transport::dev_send_data(dev.get(), data.data(), 2), 0);
   const std::vector<std::string> sent = fake_usb::writes();
   ASSERT_EQ(sent.size(), 3U);
-  EXPECT_EQ(sent[0], "02 " + name + " 00" + run(1, 20));
-  EXPECT_EQ(sent[1], "06 " + name + " 00" + run(1, 52));
-  std::string fill = "04 01 02";
-  for (int i = 0; i < 62; i++) fill += " ff";
-  EXPECT_EQ(sent[2], fill);
+  EXPECT_EQ(sent[0], "02 " + name + " 00" + short_run);
+  EXPECT_TRUE(sent[1].starts_with("06 " + name + " 00" + short_run)) << sent[1];
+  EXPECT_TRUE(sent[1].ends_with(" 31 32 33 34")) << sent[1];
+  EXPECT_EQ(sent[1].size(), sent[0].size() + 32 * 3);
+  EXPECT_EQ(sent[2], "04 01 02" + fill);
 }
 
 TEST_F(Transport, GivesTheResultAndZerosForItsLastTwelveBytes) {
@@ -155,84 +101,59 @@ TEST_F(Transport, GivesTheResultAndZerosForItsLastTwelveBytes) {
 TEST_F(Transport, RefusesCommandsThatFitNoPacket) {
   fake_usb::play("device");
   const handle dev = open_hid();
-  const struct {
-    const char* cmd;
-    uint32_t len;
-    const char* err;
-  } cases[] = {
-      {"rbget", 131, "[E] _dev_send_cmd(#): size 131 is greater than max command length: 130\n"},
-      {"rbget", 130, "[E] hid_send_packet(#): invalid cmd length\n"},
-      {"rbget", 4, "[E] hid_send_packet(#): invalid cmd length\n"},
-      {nullptr, 32, "[E] _dev_send_cmd(#): invalid command\n"},
-      {"elevenchars", 32, "[E] _dev_send_cmd(#): command string to long: 11 > 11\n"},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.err);
+  const auto refuses = [&](const char* cmd, uint32_t len, const char* err) {
     std::array<uint8_t, 131> data{};
-    int result = 0;
     const printed text =
-        capture([&] { result = dev_send_cmd(dev.get(), c.cmd, data.data(), c.len); });
-    EXPECT_EQ(result, -1);
-    EXPECT_EQ(text.err, c.err);
-  }
+        capture([&] { EXPECT_EQ(dev_send_cmd(dev.get(), cmd, data.data(), len), -1); });
+    EXPECT_EQ(text.err, err);
+  };
+  refuses("rbget", 131, "[E] _dev_send_cmd(#): size 131 is greater than max command length: 130\n");
+  refuses("rbget", 130, "[E] hid_send_packet(#): invalid cmd length\n");
+  refuses("rbget", 4, "[E] hid_send_packet(#): invalid cmd length\n");
+  refuses(nullptr, 32, "[E] _dev_send_cmd(#): invalid command\n");
+  refuses("elevenchars", 32, "[E] _dev_send_cmd(#): command string to long: 11 > 11\n");
   EXPECT_TRUE(fake_usb::writes().empty());
 }
 
 TEST_F(Transport, ReportsEveryFaultOfAnExchangeAndKeepsTheData) {
-  const std::string success = "[E] hid_recv_packet(#): hidapi: Success\n";
+  const std::string sent = "[E] hid_send_packet(#): ";
+  const std::string got = "[E] hid_recv_packet(#): ";
   const std::string gone = "hidapi: No such device\n";
   const std::string recv =
       "[E] _recv_packet(#): _recv_packet: recv packet error = -1\n"
       "[E] _dev_send_cmd(#): recv timeout\n";
-  const auto length = [&](const std::string& count) {
-    return "[E] hid_recv_packet(#): Wrong response length = " + count + "\n" + success + recv;
-  };
-  const std::string wrong_id =
-      "[E] hid_recv_packet(#): hid_recv_packet: wrong report id\n" + success + recv;
-  const std::string timing = "on rbget report 07 00 00 28 00" + [] {
-    std::string zeros;
-    for (int i = 0; i < 60; i++) zeros += " 00";
-    return zeros;
-  }();
-  const struct {
-    std::string fault;
-    uint32_t len;
-    std::string err;
-  } cases[] = {
-      {"on rbget noreply", 32, length("0")},
-      {"on rbget noreply", 64, length("0")},
-      {"on rbget late 10001", 32, length("0")},
-      {"on rbget short", 32, length("16")},
-      {"on rbget short", 64, length("32")},
-      {"on rbget id 05", 32, wrong_id},
-      {"on rbget id 07", 64, wrong_id},
-      {timing, 32, wrong_id},
-      {timing, 64, wrong_id},
-      {"on rbget name rbset", 32, "[E] _dev_send_cmd(#): Wrong response: 'rbset'\n"},
-      {"on rbget status 3", 64, "[E] _dev_send_cmd(#): Command error: 3\n"},
-      {"on rbget writeerror", 32, "[E] hid_send_packet(#): " + gone},
-      {"on rbget unplug", 32,
-       "[E] hid_recv_packet(#): ---timeout---\n[E] hid_recv_packet(#): " + gone +
-           "[E] hid_recv_packet(#): Wrong response length = -1\n[E] hid_recv_packet(#): " + gone +
-           recv},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.fault + " " + std::to_string(c.len));
-    fake_usb::reset();
-    fake_usb::play("device\n" + c.fault);
+  const std::string length = got + "Wrong response length = ";
+  const std::string success = "\n" + got + "hidapi: Success\n" + recv;
+  const std::string wrong_id = got + "hid_recv_packet: wrong report id" + success;
+  std::string timing = "report 07 00 00 28 00";
+  for (int i = 0; i < 60; i++) timing += " 00";
+  const auto expect = [](const std::string& fault, uint32_t len, const std::string& err) {
+    SCOPED_TRACE(fault + " " + std::to_string(len));
+    plug("device\non rbget " + fault);
     const handle dev = open_hid();
     buffer data = counting_up();
-    int result = 0;
     const printed text =
-        capture([&] { result = dev_send_cmd(dev.get(), "rbget", data.data(), c.len); });
-    EXPECT_EQ(result, -1);
-    EXPECT_EQ(text.err, c.err);
+        capture([&] { EXPECT_EQ(dev_send_cmd(dev.get(), "rbget", data.data(), len), -1); });
+    EXPECT_EQ(text.err, err);
     EXPECT_EQ(text.out, "");
     EXPECT_EQ(data, counting_up());
     // Nothing is drained after a failure, and nothing tried again.
     EXPECT_EQ(fake_usb::writes().size(), 1U);
-    EXPECT_EQ(fake_usb::calls().back().starts_with("read 64"), false);
-  }
+    EXPECT_FALSE(fake_usb::calls().back().starts_with("read 64"));
+  };
+  expect("noreply", 32, length + "0" + success);
+  expect("noreply", 64, length + "0" + success);
+  expect("late 10001", 32, length + "0" + success);
+  expect("short", 32, length + "16" + success);
+  expect("short", 64, length + "32" + success);
+  expect("id 05", 32, wrong_id);
+  expect("id 07", 64, wrong_id);
+  expect(timing, 32, wrong_id);
+  expect(timing, 64, wrong_id);
+  expect("name rbset", 32, "[E] _dev_send_cmd(#): Wrong response: 'rbset'\n");
+  expect("status 3", 64, "[E] _dev_send_cmd(#): Command error: 3\n");
+  expect("writeerror", 32, sent + gone);
+  expect("unplug", 32, got + "---timeout---\n" + got + gone + length + "-1\n" + got + gone + recv);
 }
 
 TEST_F(Transport, WaitsTenSecondsForAReply) {
@@ -259,43 +180,35 @@ TEST_F(Transport, NeedsADevice) {
 }
 
 // What a backend answers to a data packet, for the failures that the HID backend cannot produce.
-int answer = transport::PKTYPE_DATA;
+int accepted = 0;
+int answer = 0;
 uint8_t acknowledgement = 0;
 
 TEST_F(Transport, ReportsDataPacketsThatAreNotAcknowledged) {
   dev_t dev{};
+  dev.send_pkv = [](dev_t*, uint8_t, uint8_t*, uint32_t) { return accepted; };
   dev.recv_pkv = [](dev_t*, uint8_t, uint8_t* buf, uint32_t) {
     *buf = acknowledgement;
     return answer;
   };
-  const struct {
-    int sent;
-    int answer;
-    uint8_t acknowledgement;
-    int result;
-    const char* out;
-  } cases[] = {
-      {-7, 3, 0, -7, "dev_send_data: send packet error\n"},
-      {1, -1, 0, -1, "dev_send_data:  recv timeout\n"},
-      {1, 2, 0, -1, "Wrong packet type: 0x00 \n"},
-      {1, 3, 9, -1, "Data error\n"},
-      {1, 3, 0, 0, ""},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.out);
-    if (c.sent < 0) {
-      dev.send_pkv = [](dev_t*, uint8_t, uint8_t*, uint32_t) { return -7; };
-    } else {
-      dev.send_pkv = [](dev_t*, uint8_t, uint8_t*, uint32_t) { return 1; };
-    }
-    answer = c.answer;
-    acknowledgement = c.acknowledgement;
+  const auto expect = [&](int result, const char* out) {
     buffer data = counting_up();
     const printed text =
-        capture([&] { EXPECT_EQ(transport::dev_send_data(&dev, data.data(), 64), c.result); });
-    EXPECT_EQ(text.out, c.out);
-    EXPECT_EQ(data, c.result == 0 ? buffer{} : counting_up());
-  }
+        capture([&] { EXPECT_EQ(transport::dev_send_data(&dev, data.data(), 64), result); });
+    EXPECT_EQ(text.out, out);
+    EXPECT_EQ(data, result == 0 ? buffer{} : counting_up());
+  };
+  accepted = -7;
+  expect(-7, "dev_send_data: send packet error\n");
+  accepted = 1;
+  answer = -1;
+  expect(-1, "dev_send_data:  recv timeout\n");
+  answer = 2;
+  expect(-1, "Wrong packet type: 0x00 \n");
+  answer = transport::PKTYPE_DATA;
+  expect(0, "");
+  acknowledgement = 9;
+  expect(-1, "Data error\n");
 }
 
 }  // namespace
