@@ -4,10 +4,13 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
+#include <initializer_list>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "lib/ir/DecodeIR/DecodeIR.h"
@@ -79,39 +82,83 @@ inline std::vector<int> broken(const char* definition) {
   return sent;
 }
 
-/// What a frame of a protocol is to be called.
+/// A result as one text, without the numbers that are -1: "XMP D1 S255 F18 H18 [no repeat]".
+inline std::string text(const Result& result) {
+  std::string found = result.name;
+  const std::pair<const char*, int> numbers[] = {
+      {" D", result.device}, {" S", result.subDevice}, {" F", result.obc}, {" H", result.hex[0]}};
+  for (const auto& [letter, number] : numbers) {
+    if (number != -1) found += letter + std::to_string(number);
+  }
+  return found + " [" + result.misc + ']';
+}
+
+/// Expects this text of a frame, exactly and as a receiver delivers it.
+inline void expectText(const std::string& wanted, const std::vector<int>& sent) {
+  Random random(1, wanted);
+  EXPECT_EQ(text(call(sent)), wanted) << irp::csv(sent);
+  const std::vector<int> received = receive(sent, random);
+  EXPECT_EQ(text(call(received)), wanted) << irp::csv(received);
+}
+
+/// A protocol whose frame gives this text.
 struct NameCase {
   const char* protocol;
   irp::Parameters given;
-  const char *name, *misc;  // the remark without its "no repeat"
-  int device, subDevice, obc;
-  std::optional<int> hex0 = {};
+  const char* wanted;
+  bool gapsInside = false;  // the frame is the whole signal
 };
 
-/// Expects it of `sent`, exactly and as a receiver delivers it.
-inline void expectNamed(const NameCase& wanted, const std::vector<int>& sent) {
-  Random random(1, wanted.protocol);
-  const std::string remark = wanted.misc;
-  for (const bool received : {false, true}) {
-    const Result result = call(received ? receive(sent, random) : sent);
-    EXPECT_EQ(result.name, wanted.name) << wanted.protocol;
-    EXPECT_EQ(result.misc, remark.empty() ? "no repeat" : "no repeat: " + remark);
-    EXPECT_EQ(result.device, wanted.device) << wanted.protocol;
-    EXPECT_EQ(result.subDevice, wanted.subDevice) << wanted.protocol;
-    EXPECT_EQ(result.obc, wanted.obc) << wanted.protocol;
-    if (wanted.hex0) {
-      EXPECT_EQ(result.hex[0], *wanted.hex0) << wanted.protocol;
-    }
+inline void expectTexts(std::initializer_list<NameCase> cases) {
+  for (const NameCase& c : cases) {
+    SCOPED_TRACE(c.protocol);
+    expectText(c.wanted,
+               c.gapsInside ? signal(c.protocol, c.given, 1) : frame(c.protocol, c.given));
   }
-}
-
-inline void expectNamed(const NameCase& wanted) {
-  expectNamed(wanted, frame(wanted.protocol, wanted.given));
 }
 
 inline void expectUnnamed(std::string_view what, const std::vector<int>& sent) {
   const Result result = call(sent);
   EXPECT_FALSE(isNamed(result)) << what << ": " << result.name;
+}
+
+/// Frames that break a rule of their protocol: what is wrong, and their definition.
+inline void expectUnnamed(
+    std::initializer_list<std::pair<std::string_view, std::string>> brokenFrames) {
+  for (const auto& [what, definition] : brokenFrames) {
+    expectUnnamed(what, broken(definition.c_str()));
+  }
+}
+
+/// A frame of which no beginning may have a name (where asked, no end either), but those of
+/// relatives whose whole frame a piece is.
+struct CutCase {
+  const char* protocol;
+  irp::Parameters given;
+  std::vector<std::string_view> relatives = {};
+};
+
+enum class Pieces { kBeginnings, kBeginningsAndEnds };
+
+inline void expectCutsUnnamed(Pieces pieces, std::initializer_list<CutCase> cases) {
+  constexpr std::ptrdiff_t kShortest = 5;
+  for (const CutCase& c : cases) {
+    const std::vector<int> whole = frame(c.protocol, c.given);
+    EXPECT_TRUE(isNamed(call(whole))) << c.protocol;
+    const auto expectNoName = [&](const std::vector<int>& piece, const char* which) {
+      const Result result = call(piece);
+      EXPECT_TRUE(!isNamed(result) || std::ranges::count(c.relatives, result.name) != 0)
+          << c.protocol << ", " << piece.size() << " durations at its " << which << ": "
+          << result.name;
+    };
+    for (std::ptrdiff_t length = kShortest; length < std::ssize(whole); ++length) {
+      expectNoName({whole.begin(), whole.begin() + length}, "start");
+      const bool markFirst = (std::ssize(whole) - length) % 2 == 0;
+      if (markFirst && pieces == Pieces::kBeginningsAndEnds) {
+        expectNoName({whole.end() - length, whole.end()}, "end");
+      }
+    }
+  }
 }
 
 }  // namespace decode_ir

@@ -2,175 +2,105 @@
 // The pulse-distance recogniser: every row of its table, and what it must refuse.
 #include <gtest/gtest.h>
 
-#include <cctype>
-#include <regex>
 #include <string>
 
 #include "tests/support/decode_ir_call.h"
 
 namespace {
 
-using decode_ir::frame;
-using decode_ir::isNamed;
-using decode_ir::Result;
-using decode_ir::signal;
-
-/// One frame of a definition that is written for the case, from its first mark to its last.
-std::vector<int> define(const std::string& definition) {
-  return decode_ir::broken(definition.c_str());
-}
+using namespace decode_ir;
 
 /// The name, or nothing for one that only describes the frame.
 std::string protocolOf(const std::vector<int>& sent) {
-  const Result result = decode_ir::call(sent);
+  const Result result = call(sent);
   return isNamed(result) ? result.name : "";
 }
 
-class EveryRow : public testing::TestWithParam<std::string> {};
-
-TEST_P(EveryRow, IsNamedCleanReceivedAndRepeated) {
-  for (uint64_t seed = 1; seed <= 4; ++seed) {
-    for (const contract::Sample& sample : contract::samples(GetParam(), seed)) {
-      EXPECT_EQ(contract::mismatch(sample.expected, decode_ir::call(sample)), "")
-          << contract::describe(sample);
+TEST(Gap, EveryRowHoldsThroughTheWorstReceivers) {
+  const Receiver receivers[] = {fixed_receiver(-40, 0.04),
+                                fixed_receiver(0, 0.04),
+                                fixed_receiver(120, 0.04),
+                                {.first_mark = {0.2, 0.2}}};
+  const contract::Counts counts{.clean = 0, .received = 8, .repeated = 0};
+  for (const std::string& protocol : contract::protocols("tryGap")) {
+    for (const Receiver& receiver : receivers) {
+      for (const contract::Sample& sample : contract::samples(protocol, 5, counts, receiver)) {
+        EXPECT_EQ(contract::mismatch(sample.expected, call(sample)), "")
+            << receiver.bias_us.low << " us: " << contract::describe(sample);
+      }
     }
   }
 }
-
-TEST_P(EveryRow, HoldsThroughTheWorstReceivers) {
-  for (const double bias_us : {-40.0, 0.0, 120.0}) {
-    const contract::Counts counts{.clean = 0, .received = 8, .repeated = 0};
-    for (const contract::Sample& sample :
-         contract::samples(GetParam(), 5, counts, fixed_receiver(bias_us, 0.04))) {
-      EXPECT_EQ(contract::mismatch(sample.expected, decode_ir::call(sample)), "")
-          << bias_us << " us: " << contract::describe(sample);
-    }
-  }
-}
-
-TEST_P(EveryRow, HoldsWhileTheGainSettles) {
-  const contract::Counts counts{.clean = 8, .received = 0, .repeated = 0};
-  Random random(6, GetParam());
-  for (const contract::Sample& sample : contract::samples(GetParam(), 6, counts)) {
-    std::vector<int> sent = receive(sample.durations, random, {}, sample.carrier > 0);
-    const int longer = std::min(sent[0] / 5, sent[1] / 4);
-    sent[0] += longer;
-    sent[1] -= longer;
-    EXPECT_EQ(contract::mismatch(sample.expected, decode_ir::call(sent, sample.carrier)), "")
-        << contract::describe(sample);
-  }
-}
-
-std::string testName(const testing::TestParamInfo<std::string>& protocol) {
-  std::string name;
-  for (const char c : protocol.param) name += std::isalnum(c) != 0 ? c : '_';
-  return name + "_" + std::to_string(protocol.index);
-}
-
-INSTANTIATE_TEST_SUITE_P(Gap, EveryRow, testing::ValuesIn(contract::protocols("tryGap")), testName);
 
 TEST(Gap, NamesFramesBeyondTheContract) {
-  struct {
-    const char* definition;
-    const char *name, *misc;
-    int device, subDevice, obc;
-  } const cases[] = {
-      {"{38k,554,msb}<1,-1|1,-3>(8,-8,178:8,77:8,191:8,64:8,31:8,224:8,1,-60m)", "Coolix48", "",
-       178, 191, 31},
-      {"{38k,560,msb}<1,-1|1,-3>(8500u,-4250u,136:8,1:16,1:4,1,-60m)", "LG", "", 136, -1, 1},
-      {"{38k,500,msb}<1,-1|1,-3>(3200u,-9750u,136:8,0x0834:16,15:4,1,-60m)", "LG", "", 136, -1,
-       0x0834},
-      {"{38k,158u,msb}<158u,-263u|158u,-553u>(158u,-1026u,5:4,4:4,7:4,9:4,158u,-100m)", "Lego",
-       "T=0, E=1", 1, -1, 71},
-      {"{38.1k,570}<1,-1|1,-3>(5:4,0:4,1:2,16:6,0:12,9:4,1,-20m)", "Keeprite", "", -1, -1, -1},
-      {"{38.4k,690}<1,-1|1,-3>(16,-8,4:8,251:8,8:8,247:8,1,-40m)", "NEC", "", 4, -1, 8},
-      {"{40k,535}<1,-1|1,-3>(16,-8,165:8,90:8,7:8,248:8,1,-40m)", "Pioneer", "", 165, -1, 7},
-      {"{38.4k,564}<1,-1|1,-3>(16,-8,238:8,135:8,0:1,5:7,0:8,1,-40m)", "NEC-f16", "E=0", 238, 135,
-       10},
+  const std::pair<const char*, const char*> cases[] = {
+      {"{38k,554,msb}<1,-1|1,-3>(8,-8,178:8,77:8,191:8,64:8,31:8,224:8,1,-60m)",
+       "Coolix48 D178 S191 F31 H31 [no repeat]"},
+      {"{38k,560,msb}<1,-1|1,-3>(8500u,-4250u,136:8,1:16,1:4,1,-60m)", "LG D136 F1 H1 [no repeat]"},
+      {"{38k,500,msb}<1,-1|1,-3>(3200u,-9750u,136:8,0x0834:16,15:4,1,-60m)",
+       "LG D136 F2100 H2100 [no repeat]"},
+      {"{38k,158u,msb}<158u,-263u|158u,-553u>(158u,-1026u,5:4,4:4,7:4,9:4,158u,-100m)",
+       "Lego D1 F71 H71 [no repeat: T=0, E=1]"},
+      {"{38.1k,570}<1,-1|1,-3>(5:4,0:4,1:2,16:6,0:12,9:4,1,-20m)", "Keeprite [no repeat]"},
+      {"{38.4k,690}<1,-1|1,-3>(16,-8,4:8,251:8,8:8,247:8,1,-40m)", "NEC D4 F8 H239 [no repeat]"},
+      {"{40k,535}<1,-1|1,-3>(16,-8,165:8,90:8,7:8,248:8,1,-40m)",
+       "Pioneer D165 F7 H31 [no repeat]"},
+      {"{38.4k,564}<1,-1|1,-3>(16,-8,238:8,135:8,0:1,5:7,0:8,1,-40m)",
+       "NEC-f16 D238 S135 F10 H175 [no repeat: E=0]"},
   };
-  for (const auto& c : cases) {
-    const std::vector<int> sent = define(c.definition);
-    Random random(1, c.name);
-    for (const bool received : {false, true}) {
-      const Result result = decode_ir::call(received ? receive(sent, random) : sent);
-      EXPECT_EQ(result.name, c.name) << c.definition;
-      EXPECT_EQ(result.misc, *c.misc == '\0' ? "no repeat" : std::string("no repeat: ") + c.misc);
-      EXPECT_EQ(result.device, c.device) << c.name;
-      EXPECT_EQ(result.subDevice, c.subDevice) << c.name;
-      EXPECT_EQ(result.obc, c.obc) << c.name;
-    }
-  }
+  for (const auto& [definition, wanted] : cases) expectText(wanted, broken(definition));
 }
 
 TEST(Gap, SecondFunctionBytesGoIntoTheSecondHexCode) {
-  EXPECT_EQ(decode_ir::call(frame("NEC-f16", {{"D", 1}, {"F", 2}, {"E", 3}})).hex,
+  EXPECT_EQ(call(frame("NEC-f16", {{"D", 1}, {"F", 2}, {"E", 3}})).hex,
             (std::array{0xBF, 0x3F, -1, -1}));
-  EXPECT_EQ(decode_ir::call(frame("48-NEC", {{"D", 1}, {"F", 2}, {"E", 3}})).hex,
+  EXPECT_EQ(call(frame("48-NEC", {{"D", 1}, {"F", 2}, {"E", 3}})).hex,
             (std::array{0xBF, 0x3F, -1, -1}));
-  EXPECT_EQ(decode_ir::call(frame("NEC", {{"D", 1}, {"F", 2}})).hex,
-            (std::array{0xBF, -1, -1, -1}));
+  EXPECT_EQ(call(frame("NEC", {{"D", 1}, {"F", 2}})).hex, (std::array{0xBF, -1, -1, -1}));
 }
 
 TEST(Gap, AFrameWhoseCheckFailsHasNoName) {
   const std::string kMaker = "{37k,432}<1,-1|1,-3>(8,-4,";
-  const std::string cases[] = {
-      kMaker + "2:8,32:8,5:8,6:8,7:8,5:8,1,-74m)",                       // Panasonic: 4, not 5
-      kMaker + "3:8,1:8,5:8,6:8,7:8,8:8,1,-74m)",                        // JVC-48
-      kMaker + "84:8,50:8,0:4,1:4,2:4,3:12,0:8,1,-74m)",                 // Denon-K
-      kMaker + "170:8,90:8,15:4,1:4,2:8,3:8,1:4,5:4,1,-19m)",            // SharpDVD
-      kMaker + "67:8,83:8,1:4,1:4,2:8,3:8,7:8,1,-43m)",                  // Teac-K
-      kMaker + "35:8,203:8,6:4,1:8,2:8,3:8,0:4,1,-43m)",                 // Mitsubishi-K
-      kMaker + "20:8,99:8,1:4,0:4,2:8,3:8,1:8,1,-43m)",                  // Fujitsu: fixed nibble
-      kMaker + "1:8,16:8,0:4,1:4,2:8,3:8,1:4,0:4,1,-74m)",               // Kaseikyo
-      kMaker + "2:8,32:8,5:8,6:8,9:8,7:8,5:8,1,-74m)",                   // Panasonic2
-      "{38k,550}<1,-1|1,-3>(16,-8,9:8,1:5,~9:8,~1:5,4:8,~5:8,1,-23m)",   // Aiwa
-      "{38.4k,564}<1,-1|1,-3>(16,-8,1:8,2:8,3:8,~3:8,4:8,~6:8,1,-40m)",  // 48-NEC
-      "{38k,605}<1,-1|1,-3>(8000u,-4000u,1:8,2:8,0:2,3:6,0:8,1,-25m)",   // Anthem
-      "{38k,560}<1,-1|1,-3>(16,-8,1:8,2:8,~3:8,1,-40m)",                 // Dgtec
-      "{58k,460,msb}<1,-2|1,-4>(8,-8,3:4,9:8,~3:4,~8:8,1,-40m)",         // RCA
-      "{57.6k,833}<1,-1|1,-3>(4,-4,1:5,2:6,~1:5,~3:6,1,-44m)",           // Old Panasonic
-      "{38k,500,msb}<1,-1|1,-3>(2,-3,9:8,~8:8,1,-50m)",                  // Bose
-      "{37.3k,992}<1,-1|1,-3>(5,-2,9:6,1:2,5:4,1,-60)",                  // G.I.4DTV
-      "{38.7k,490}<1,-4.5|1,-9>(18,-9,9:8,1:4,5:4,1,-84)",               // G.I.Cable
-      "{38k,127}<3,-4|3,-8>(31,-36,5:4,~5:4,9:8,~8:8,3,-50m)",           // Logitech
-      "{37.9k,106,msb}<4,-9|4,-16>((8,-22,1:1,2:3,~2:3,9:6,~8:6,4,-125m))",             // Metz19
-      "{38k,560,msb}<1,-1|1,-3>(8500u,-4250u,136:8,1:16,2:4,1,-60m)",                   // LG
-      "{38k,158u,msb}<158u,-263u|158u,-553u>(158u,-1026u,5:4,4:4,7:4,8:4,158u,-100m)",  // Lego
-  };
-  for (const std::string& definition : cases) {
-    EXPECT_EQ(protocolOf(define(definition)), "") << definition;
-  }
+  expectUnnamed({
+      {"Panasonic: 4, not 5", kMaker + "2:8,32:8,5:8,6:8,7:8,5:8,1,-74m)"},
+      {"JVC-48", kMaker + "3:8,1:8,5:8,6:8,7:8,8:8,1,-74m)"},
+      {"Denon-K", kMaker + "84:8,50:8,0:4,1:4,2:4,3:12,0:8,1,-74m)"},
+      {"SharpDVD", kMaker + "170:8,90:8,15:4,1:4,2:8,3:8,1:4,5:4,1,-19m)"},
+      {"Teac-K", kMaker + "67:8,83:8,1:4,1:4,2:8,3:8,7:8,1,-43m)"},
+      {"Mitsubishi-K", kMaker + "35:8,203:8,6:4,1:8,2:8,3:8,0:4,1,-43m)"},
+      {"Fujitsu: fixed nibble", kMaker + "20:8,99:8,1:4,0:4,2:8,3:8,1:8,1,-43m)"},
+      {"Kaseikyo", kMaker + "1:8,16:8,0:4,1:4,2:8,3:8,1:4,0:4,1,-74m)"},
+      {"Panasonic2", kMaker + "2:8,32:8,5:8,6:8,9:8,7:8,5:8,1,-74m)"},
+      {"Aiwa", "{38k,550}<1,-1|1,-3>(16,-8,9:8,1:5,~9:8,~1:5,4:8,~5:8,1,-23m)"},
+      {"48-NEC", "{38.4k,564}<1,-1|1,-3>(16,-8,1:8,2:8,3:8,~3:8,4:8,~6:8,1,-40m)"},
+      {"Anthem", "{38k,605}<1,-1|1,-3>(8000u,-4000u,1:8,2:8,0:2,3:6,0:8,1,-25m)"},
+      {"Dgtec", "{38k,560}<1,-1|1,-3>(16,-8,1:8,2:8,~3:8,1,-40m)"},
+      {"RCA", "{58k,460,msb}<1,-2|1,-4>(8,-8,3:4,9:8,~3:4,~8:8,1,-40m)"},
+      {"Old Panasonic", "{57.6k,833}<1,-1|1,-3>(4,-4,1:5,2:6,~1:5,~3:6,1,-44m)"},
+      {"Bose", "{38k,500,msb}<1,-1|1,-3>(2,-3,9:8,~8:8,1,-50m)"},
+      {"G.I.4DTV", "{37.3k,992}<1,-1|1,-3>(5,-2,9:6,1:2,5:4,1,-60)"},
+      {"G.I.Cable", "{38.7k,490}<1,-4.5|1,-9>(18,-9,9:8,1:4,5:4,1,-84)"},
+      {"Logitech", "{38k,127}<3,-4|3,-8>(31,-36,5:4,~5:4,9:8,~8:8,3,-50m)"},
+      {"Metz19", "{37.9k,106,msb}<4,-9|4,-16>((8,-22,1:1,2:3,~2:3,9:6,~8:6,4,-125m))"},
+      {"LG", "{38k,560,msb}<1,-1|1,-3>(8500u,-4250u,136:8,1:16,2:4,1,-60m)"},
+      {"Lego", "{38k,158u,msb}<158u,-263u|158u,-553u>(158u,-1026u,5:4,4:4,7:4,8:4,158u,-100m)"},
+  });
 }
 
 TEST(Gap, ACutFrameHasNoName) {
-  struct {
-    const char* protocol;
-    irp::Parameters given;
-    const char* relative = "";  // a name whose whole frame some cut is
-  } const cases[] = {
-      {"NEC", {{"D", 4}, {"F", 8}}},
-      {"48-NEC", {{"D", 4}, {"S", 5}, {"F", 8}, {"E", 3}}, "NEC|IODATA12"},
-      {"Aiwa", {{"D", 4}, {"S", 1}, {"F", 8}}, "NEC-f16"},
-      {"Panasonic", {{"D", 4}, {"S", 1}, {"F", 8}}},
-      {"Samsung36", {{"D", 4}, {"S", 1}, {"E", 3}, {"F", 8}}, "NECx"},
-      {"G.I.Cable", {{"D", 4}, {"F", 8}}},
-      {"Bose", {{"F", 8}}, "Matsui|JVC\\{2\\}"},
-      {"RCA", {{"D", 4}, {"F", 8}}},
-      {"Proton", {{"D", 4}, {"F", 8}}},
-      {"Dish_Network", {{"D", 4}, {"S", 1}, {"F", 8}}},
-  };
-  for (const auto& c : cases) {
-    const std::regex allowed(c.relative);
-    const std::vector<int> whole = frame(c.protocol, c.given);
-    for (ptrdiff_t length = 5; length < std::ssize(whole); length += 2) {
-      const std::string head = protocolOf({whole.begin(), whole.begin() + length});
-      EXPECT_TRUE(std::regex_match(head, allowed) || head.empty())
-          << c.protocol << " head " << length << ' ' << head;
-      const std::string tail = protocolOf({whole.end() - length, whole.end()});
-      EXPECT_TRUE(std::regex_match(tail, allowed) || tail.empty())
-          << c.protocol << " tail " << length << ' ' << tail;
-    }
-  }
+  expectCutsUnnamed(Pieces::kBeginningsAndEnds,
+                    {
+                        {"NEC", {{"D", 4}, {"F", 8}}},
+                        {"48-NEC", {{"D", 4}, {"S", 5}, {"F", 8}, {"E", 3}}, {"NEC", "IODATA12"}},
+                        {"Aiwa", {{"D", 4}, {"S", 1}, {"F", 8}}, {"NEC-f16"}},
+                        {"Panasonic", {{"D", 4}, {"S", 1}, {"F", 8}}},
+                        {"Samsung36", {{"D", 4}, {"S", 1}, {"E", 3}, {"F", 8}}, {"NECx"}},
+                        {"G.I.Cable", {{"D", 4}, {"F", 8}}},
+                        {"Bose", {{"F", 8}}, {"Matsui", "JVC{2}"}},
+                        {"RCA", {{"D", 4}, {"F", 8}}},
+                        {"Proton", {{"D", 4}, {"F", 8}}},
+                        {"Dish_Network", {{"D", 4}, {"S", 1}, {"F", 8}}},
+                    });
 }
 
 TEST(Gap, OneDurationMayBeOutOfLine) {
@@ -246,12 +176,11 @@ TEST(Gap, DittosAndCopiesAreTold) {
     const std::vector<int> sent = signal(c.protocol, c.given, c.repeats);
     std::array<unsigned, 16> context{};
     const int bursts = static_cast<int>(sent.size() / 2);
-    const Result result = decode_ir::call(sent, decode_ir::kCarrier, bursts, 0, &context);
+    const Result result = call(sent, kCarrier, bursts, 0, &context);
     EXPECT_EQ(result.name, c.name) << c.protocol;
     EXPECT_EQ(result.misc, c.misc) << c.protocol;
     // The whole key press is used up: no piece of it is another result.
-    EXPECT_EQ(decode_ir::call(sent, decode_ir::kCarrier, bursts, 0, &context).name, "")
-        << c.protocol;
+    EXPECT_EQ(call(sent, kCarrier, bursts, 0, &context).name, "") << c.protocol;
   }
 }
 
@@ -262,7 +191,7 @@ TEST(Gap, StrayMarksAroundAFrameDoNotHideIt) {
   std::vector<int> after = nec;
   after.insert(after.end(), {11000, 60});
   for (const std::vector<int>& sent : {before, after}) {
-    const Result result = decode_ir::call(sent);
+    const Result result = call(sent);
     EXPECT_EQ(result.name, "NEC");
     EXPECT_EQ(result.obc, 8);
   }
@@ -278,7 +207,7 @@ TEST(Gap, FramesOfDifferentKeysAreSuccessiveResults) {
   std::array<unsigned, 16> context{};
   const int bursts = static_cast<int>(sent.size() / 2);
   const auto next = [&] {
-    const Result result = decode_ir::call(sent, decode_ir::kCarrier, bursts, 0, &context);
+    const Result result = call(sent, kCarrier, bursts, 0, &context);
     return result.name + " " + std::to_string(result.obc) + " " + result.misc;
   };
   EXPECT_EQ(next(), "NEC 8 + 1 ditto");
@@ -308,7 +237,7 @@ TEST(Gap, OfTwoRowsThatFitTheBetterVerifiedWins) {
       {"NEC-f16", {{"D", 4}, {"F", 0x29}, {"E", 0x00}}, "NEC-f16"},
   };
   for (const auto& c : cases) {
-    EXPECT_EQ(decode_ir::call(frame(c.protocol, c.given)).name, c.name) << c.protocol;
+    EXPECT_EQ(call(frame(c.protocol, c.given)).name, c.name) << c.protocol;
   }
 }
 
@@ -333,7 +262,7 @@ TEST(Gap, ARepeatFrameAloneCountsOnlyWhenAllOfItFits) {
       {{4512, 4512, 564}, "", ""},
   };
   for (const auto& c : cases) {
-    const Result result = decode_ir::call(c.sent);
+    const Result result = call(c.sent);
     EXPECT_EQ(result.name, c.name) << irp::csv(c.sent);
     EXPECT_EQ(result.misc, c.misc) << irp::csv(c.sent);
     EXPECT_EQ(result.obc, -1);
@@ -342,21 +271,21 @@ TEST(Gap, ARepeatFrameAloneCountsOnlyWhenAllOfItFits) {
 
 TEST(Gap, ACleanFrameOfNoProtocolGivesItsBits) {
   const std::vector<int> sent =
-      define("{38k,600,msb}<1,-1|1,-3>(10,-5,0xA5:8,0x3C:8,0x5:4,1,-50m)");
+      broken("{38k,600,msb}<1,-1|1,-3>(10,-5,0xA5:8,0x3C:8,0x5:4,1,-50m)");
   Random random(1);
   for (const bool received : {false, true}) {
-    const Result result = decode_ir::call(received ? receive(sent, random) : sent);
+    const Result result = call(received ? receive(sent, random) : sent);
     EXPECT_TRUE(result.name.starts_with("Gap-20-")) << result.name;
     EXPECT_EQ(result.misc, "no repeat: A53C05");
     EXPECT_EQ(result.hex, (std::array{0xA5, 0x3C, 0x05, -1}));
   }
-  EXPECT_EQ(decode_ir::call(sent).name, "Gap-20-600");
+  EXPECT_EQ(call(sent).name, "Gap-20-600");
   std::vector<int> uneven = sent;
   uneven[11] *= 2;  // a space between the two lengths
-  EXPECT_EQ(decode_ir::call(uneven).name, "");
+  EXPECT_EQ(call(uneven).name, "");
   uneven = sent;
   uneven[12] *= 2;  // a mark
-  EXPECT_EQ(decode_ir::call(uneven).name, "");
+  EXPECT_EQ(call(uneven).name, "");
 }
 
 }  // namespace

@@ -7,42 +7,25 @@
 
 namespace {
 
-using decode_ir::broken;
-using decode_ir::expectNamed;
-using decode_ir::expectUnnamed;
-using decode_ir::frame;
-using decode_ir::isNamed;
-using decode_ir::Result;
-using decode_ir::signal;
+using namespace decode_ir;
 
 TEST(PressCodes, NamesNumbersAndRemarks) {
-  const decode_ir::NameCase cases[] = {
-      {"TDC-38", {{"D", 10}, {"S", 26}, {"F", 74}}, "TDC-38", "", 10, 26, 74, 74},
-      {"TDC-56", {{"D", 31}, {"S", 0}, {"F", 127}}, "TDC-56", "", 31, 0, 127, 127},
-      {"OrtekMCE", {{"D", 21}, {"F", 34}}, "OrtekMCE", "only start frame", 21, -1, 34, 17},
-      {"Amino", {{"D", 9}, {"F", 37}}, "Amino", "T=1", 9, -1, 37, 37},
+  expectTexts({
+      {"TDC-38", {{"D", 10}, {"S", 26}, {"F", 74}}, "TDC-38 D10 S26 F74 H74 [no repeat]"},
+      {"TDC-56", {{"D", 31}, {"S", 0}, {"F", 127}}, "TDC-56 D31 S0 F127 H127 [no repeat]"},
+      {"OrtekMCE", {{"D", 21}, {"F", 34}}, "OrtekMCE D21 F34 H17 [no repeat: only start frame]"},
+      {"Amino", {{"D", 9}, {"F", 37}}, "Amino D9 F37 H37 [no repeat: T=1]"},
       {"Zaptor-36",
        {{"D", 16}, {"S", 3}, {"F", 63}, {"E", 7}},
-       "Zaptor-36",
-       "E = 7",
-       16,
-       3,
-       63,
-       63},
+       "Zaptor-36 D16 S3 F63 H63 [no repeat: E = 7]"},
       {"Sejin-1-38",
        {{"D", 16}, {"F", 126}, {"S", 9}, {"E", 2}},
-       "Sejin-1-38",
-       "E = 2",
-       16,
-       9,
-       126,
-       126},
-      {"Solidtek16", {{"D", 8}, {"F", 98}}, "Solidtek16", "", 8, -1, 98, 35},
-      {"Blaupunkt", {{"D", 5}, {"F", 1}}, "Blaupunkt{prefix}", "", 7, -1, 63, 63},
-      {"NRC16", {{"D", 5}, {"F", 1}}, "NRC16{prefix}", "", 127, -1, 254, 127},
-      {"NRC17", {{"D", 5}, {"F", 1}}, "NRC17{prefix}", "", 255, -1, 254, 127},
-  };
-  for (const auto& c : cases) expectNamed(c);
+       "Sejin-1-38 D16 S9 F126 H126 [no repeat: E = 2]"},
+      {"Solidtek16", {{"D", 8}, {"F", 98}}, "Solidtek16 D8 F98 H35 [no repeat]"},
+      {"Blaupunkt", {{"D", 5}, {"F", 1}}, "Blaupunkt{prefix} D7 F63 H63 [no repeat]"},
+      {"NRC16", {{"D", 5}, {"F", 1}}, "NRC16{prefix} D127 F254 H127 [no repeat]"},
+      {"NRC17", {{"D", 5}, {"F", 1}}, "NRC17{prefix} D255 F254 H127 [no repeat]"},
+  });
 }
 
 TEST(PressCodes, TheCarrierTellsPairsApart) {
@@ -56,14 +39,12 @@ TEST(PressCodes, TheCarrierTellsPairsApart) {
       {"Sejin-1-56", {{"D", 16}, {"F", 126}, {"S", 9}}, "Sejin-1-56"},
   };
   for (const auto& c : cases) {
-    EXPECT_EQ(decode_ir::call(frame(c.protocol, c.given), 56000).name, c.name);
+    EXPECT_EQ(call(frame(c.protocol, c.given), 56000).name, c.name);
   }
 }
 
 TEST(PressCodes, FailingChecksHaveNoName) {
-  struct {
-    const char *what, *definition;
-  } const cases[] = {
+  expectUnnamed({
       {"OrtekMCE, C one too large", "{38.6k,480}<1,-1|-1,1>(4,-1,21:5,0:2,34:6,9:4,-48m)"},
       {"OrtekMCE, P = 3", "{38.6k,480}<1,-1|-1,1>(4,-1,21:5,3:2,34:6,10:4,-48m)"},
       {"Amino, fixed bits",
@@ -76,31 +57,18 @@ TEST(PressCodes, FailingChecksHaveNoName) {
       {"TDC of 16 bits", "{38k,315,msb}<-1,1|1,-1>(1,-1,9:5,3:5,9:6,-89m)"},
       {"NRC of 15 bits", "{38k,500}<-1,1|1,-1>(1,-5,1:1,77:8,99:6,-110m)"},
       {"NRC that begins with a zero", "{38k,500}<-1,1|1,-1>(1,-5,0:1,77:8,99:7,-110m)"},
-  };
-  for (const auto& c : cases) expectUnnamed(c.what, broken(c.definition));
+  });
 }
 
 TEST(PressCodes, CutFramesHaveNoName) {
-  struct {
-    const char* protocol;
-    irp::Parameters given;
-  } const cases[] = {
-      {"TDC-38", {{"D", 10}, {"S", 26}, {"F", 74}}},
-      {"OrtekMCE", {{"D", 21}, {"F", 34}}},
-      {"Amino", {{"D", 9}, {"F", 37}}},
-      {"Zaptor-36", {{"D", 16}, {"S", 3}, {"F", 63}, {"E", 7}}},
-      {"Sejin-1-38", {{"D", 16}, {"F", 126}, {"S", 9}, {"E", 2}}},
-  };
-  for (const auto& c : cases) {
-    const std::vector<int> whole = frame(c.protocol, c.given);
-    for (size_t length = 9; length < whole.size() - 2; length += 2) {
-      const auto end = whole.begin() + static_cast<long>(length);
-      const Result tail = decode_ir::call({whole.begin(), end});
-      EXPECT_FALSE(isNamed(tail)) << c.protocol << ": " << tail.name;
-      const Result head = decode_ir::call({whole.end() - static_cast<long>(length), whole.end()});
-      EXPECT_FALSE(isNamed(head)) << c.protocol << ": " << head.name;
-    }
-  }
+  expectCutsUnnamed(Pieces::kBeginningsAndEnds,
+                    {
+                        {"TDC-38", {{"D", 10}, {"S", 26}, {"F", 74}}},
+                        {"OrtekMCE", {{"D", 21}, {"F", 34}}},
+                        {"Amino", {{"D", 9}, {"F", 37}}},
+                        {"Zaptor-36", {{"D", 16}, {"S", 3}, {"F", 63}, {"E", 7}}},
+                        {"Sejin-1-38", {{"D", 16}, {"F", 126}, {"S", 9}, {"E", 2}}},
+                    });
 }
 
 TEST(PressCodes, StartFrameAndBodyAreOneFrame) {
@@ -114,14 +82,14 @@ TEST(PressCodes, StartFrameAndBodyAreOneFrame) {
   const irp::Parameters given = {{"D", 5}, {"F", 33}};
   for (const auto& c : cases) {
     const std::vector<int> sent = signal(c.protocol, given, 1);
-    const Result whole = decode_ir::call(sent);
+    const Result whole = call(sent);
     EXPECT_EQ(whole.name, c.protocol);
     EXPECT_EQ(whole.device, 5);
     EXPECT_EQ(whole.obc, 33);
     EXPECT_EQ(whole.misc, c.misc);
 
     const std::vector<int> body = contract::single_frame(irp::protocol(c.protocol), given, "2");
-    const Result alone = decode_ir::call(body);
+    const Result alone = call(body);
     EXPECT_EQ(alone.name, c.alone);
     EXPECT_EQ(alone.obc, 33);
   }
@@ -153,7 +121,7 @@ TEST(OrtekMce, TheRemarkTellsWhatIsMissingOfThePress) {
       {{0, 2}, "+ 1 copy"},
   };
   for (const auto& [places, misc] : cases) {
-    const Result result = decode_ir::call(ortek(places));
+    const Result result = call(ortek(places));
     EXPECT_EQ(result.name, "OrtekMCE");
     EXPECT_EQ(result.misc, misc);
     EXPECT_EQ(result.obc, 34);
@@ -161,7 +129,7 @@ TEST(OrtekMce, TheRemarkTellsWhatIsMissingOfThePress) {
 }
 
 TEST(Amino, TheFramesOfAPressAreCopies) {
-  EXPECT_EQ(decode_ir::call(signal("Amino", {{"D", 9}, {"F", 37}}, 2)).misc, "+ 2 copies: T=1");
+  EXPECT_EQ(call(signal("Amino", {{"D", 9}, {"F", 37}}, 2)).misc, "+ 2 copies: T=1");
 }
 
 TEST(Solidtek, OtherLengths) {
@@ -172,7 +140,7 @@ TEST(Solidtek, OtherLengths) {
       {"{38k}<-624,468|468,-624>(1820,-590,0:1,5:4,6:4,0:1,-143m)", ""},
   };
   for (const auto& [definition, name] : cases) {
-    const Result result = decode_ir::call(broken(definition));
+    const Result result = call(broken(definition));
     if (*name == '\0') {
       EXPECT_FALSE(isNamed(result)) << result.name;
     } else {

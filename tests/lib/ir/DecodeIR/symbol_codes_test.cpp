@@ -7,80 +7,50 @@
 
 namespace {
 
-using decode_ir::broken;
-using decode_ir::expectNamed;
-using decode_ir::expectUnnamed;
-using decode_ir::frame;
-using decode_ir::isNamed;
-using decode_ir::Result;
-using decode_ir::signal;
+using namespace decode_ir;
 
 TEST(SymbolCodes, NamesNumbersAndRemarks) {
-  const decode_ir::NameCase cases[] = {
-      {"XMP-1", {{"D", 62}, {"S", 16}, {"F", 15}}, "XMP-1", "OEM = 68", 62, 16, 15, 15},
-      {"XMP-2", {{"D", 62}, {"S", 15}, {"F", 9}, {"OEM", 7}}, "XMP-2", "OEM = 7", 62, 15, 9, 9},
+  expectTexts({
+      {"XMP-1", {{"D", 62}, {"S", 16}, {"F", 15}}, "XMP-1 D62 S16 F15 H15 [no repeat: OEM = 68]"},
+      {"XMP-2",
+       {{"D", 62}, {"S", 15}, {"F", 9}, {"OEM", 7}},
+       "XMP-2 D62 S15 F9 H9 [no repeat: OEM = 7]"},
       {"XMP",
        {{"D", 1}, {"S", 255}, {"F", 0x1234}},
-       "XMP",
-       "OEM = 68, OBC2 = 52 Hex2 = 34",
-       1,
-       255,
-       0x12,
-       0x12},
-      {"Velodyne", {{"D", 9}, {"S", 171}, {"F", 200}}, "Velodyne", "", 9, 171, 200, 200},
-      {"Zenith5", {{"S", 1}, {"F", 18}}, "Zenith", "E=1", 5, 1, 18, 18},
-      {"Zenith8", {{"S", 0}, {"F", 129}}, "Zenith", "E=0", 8, 0, 129, 129},
-      {"DirecTV_P3", {{"D", 12}, {"F", 131}}, "DirecTV", "", 12, -1, 131, 131},
+       "XMP D1 S255 F18 H18 [no repeat: OEM = 68, OBC2 = 52 Hex2 = 34]"},
+      {"Velodyne", {{"D", 9}, {"S", 171}, {"F", 200}}, "Velodyne D9 S171 F200 H200 [no repeat]"},
+      {"Zenith5", {{"S", 1}, {"F", 18}}, "Zenith D5 S1 F18 H18 [no repeat: E=1]"},
+      {"Zenith8", {{"S", 0}, {"F", 129}}, "Zenith D8 S0 F129 H129 [no repeat: E=0]"},
+      {"DirecTV_P3", {{"D", 12}, {"F", 131}}, "DirecTV D12 F131 H131 [no repeat]"},
       {"Epson",
        {{"D", 98}, {"OBC", 33}, {"S", 170}, {"T1", 1}, {"T2", 2}, {"F1", 0}, {"F2", 0}},
-       "Epson",
-       "T1 = 1, T2 = 2",
-       98,
-       170,
-       33,
-       33},
-      {"Nokia12", {{"D", 8}, {"F", 65}}, "Nokia12", "", 8, -1, 65, 65},
-      {"Nokia", {{"D", 13}, {"S", 64}, {"F", 255}}, "Nokia", "", 13, 64, 255, 255},
+       "Epson D98 S170 F33 H33 [no repeat: T1 = 1, T2 = 2]"},
+      {"Nokia12", {{"D", 8}, {"F", 65}}, "Nokia12 D8 F65 H65 [no repeat]"},
+      {"Nokia", {{"D", 13}, {"S", 64}, {"F", 255}}, "Nokia D13 S64 F255 H255 [no repeat]"},
       {"Nokia32",
        {{"D", 36}, {"S", 128}, {"F", 4}, {"X", 38}, {"T", 1}},
-       "Nokia32",
-       "X=38 T=1",
-       36,
-       128,
-       4,
-       4},
-      {"Xiaomi", {{"D", 154}, {"F", 66}}, "Xiaomi", "", 154, -1, 66, 66},
-      {"Somfy", {{"D", 5}, {"F", 1}}, "Somfy", "", 5, -1, 1, 2},
-      {"X10-command", {{"C", 3}}, "X10", "", -1, -1, 19, 25},
-      {"X10-device", {{"D", 10}}, "X10", "", -1, -1, 10, 10},
-      {"X10-house", {{"H", 6}}, "X10-house", "", -1, -1, 6, 6},
-  };
-  for (const auto& c : cases) expectNamed(c);
+       "Nokia32 D36 S128 F4 H4 [no repeat: X=38 T=1]"},
+      {"Xiaomi", {{"D", 154}, {"F", 66}}, "Xiaomi D154 F66 H66 [no repeat]"},
+      {"Somfy", {{"D", 5}, {"F", 1}}, "Somfy D5 F1 H2 [no repeat]"},
+      {"X10-command", {{"C", 3}}, "X10 F19 H25 [no repeat]"},
+      {"X10-device", {{"D", 10}}, "X10 F10 H10 [no repeat]"},
+      {"X10-house", {{"H", 6}}, "X10-house F6 H6 [no repeat]"},
+  });
 }
 
 TEST(SymbolCodes, CutFramesHaveNoName) {
-  struct {
-    const char* protocol;
-    irp::Parameters given;
-  } const cases[] = {
-      {"DirecTV_P3", {{"D", 12}, {"F", 131}}}, {"Xiaomi", {{"D", 154}, {"F", 66}}},
-      {"Somfy", {{"D", 5}, {"F", 1}}},         {"Nokia12", {{"D", 8}, {"F", 65}}},
-      {"Zenith5", {{"S", 1}, {"F", 18}}},      {"X10-command", {{"C", 3}}},
-  };
-  for (const auto& c : cases) {
-    const std::vector<int> whole = frame(c.protocol, c.given);
-    ASSERT_TRUE(isNamed(decode_ir::call(whole))) << c.protocol;
-    for (auto cut = whole.begin() + 5; cut != whole.end(); ++cut) {
-      const Result tail = decode_ir::call({whole.begin(), cut});
-      EXPECT_FALSE(isNamed(tail)) << c.protocol << ": " << tail.name;
-    }
-  }
+  expectCutsUnnamed(Pieces::kBeginnings, {
+                                             {"DirecTV_P3", {{"D", 12}, {"F", 131}}},
+                                             {"Xiaomi", {{"D", 154}, {"F", 66}}},
+                                             {"Somfy", {{"D", 5}, {"F", 1}}},
+                                             {"Nokia12", {{"D", 8}, {"F", 65}}},
+                                             {"Zenith5", {{"S", 1}, {"F", 18}}},
+                                             {"X10-command", {{"C", 3}}},
+                                         });
 }
 
 TEST(SymbolCodes, FailingChecksHaveNoName) {
-  struct {
-    const char *what, *definition;
-  } const cases[] = {
+  expectUnnamed({
       {"DirecTV, C one too large",
        "{38k,600,msb}<1,-1|1,-2|2,-1|2,-2>(10,-2,12:4,131:8,2:4,1,-30m)"},
       {"Xiaomi, C of another function",
@@ -89,8 +59,7 @@ TEST(SymbolCodes, FailingChecksHaveNoName) {
       {"X10, F not complemented", "{38.4k,570}<2,-12|7,-7>(7,-7,3:5,3:5,21,-7)"},
       {"Zenith, a bit of two equal levels",
        "{40k,520,msb}<1,-10|1,-1,1,-8>(0:1,1:2,3:2,0:2,2:2,1:2,-90m)"},
-  };
-  for (const auto& c : cases) expectUnnamed(c.what, broken(c.definition));
+  });
 }
 
 TEST(SymbolCodes, OneOddDurationIsForgivenAtTheEndsOrWhereAllBitsAreChecked) {
@@ -111,7 +80,7 @@ TEST(SymbolCodes, OneOddDurationIsForgivenAtTheEndsOrWhereAllBitsAreChecked) {
   for (const auto& c : cases) {
     std::vector<int> sent = frame(c.protocol, c.given);
     sent.at(c.index) += c.added;
-    EXPECT_EQ(isNamed(decode_ir::call(sent)), c.accepted) << c.protocol << " at " << c.index;
+    EXPECT_EQ(isNamed(call(sent)), c.accepted) << c.protocol << " at " << c.index;
   }
 }
 
@@ -119,7 +88,7 @@ TEST(SymbolCodes, OneOddDurationIsForgivenAtTheEndsOrWhereAllBitsAreChecked) {
 TEST(SymbolCodes, NokiaMarksMayBeShortInEveryBurst) {
   std::vector<int> sent = frame("Nokia32", {{"D", 36}, {"S", 128}, {"F", 4}, {"X", 3}, {"T", 1}});
   for (size_t i = 2; i < sent.size(); i += 2) sent[i] -= 28;
-  const Result result = decode_ir::call(sent);
+  const Result result = call(sent);
   EXPECT_EQ(result.name, "Nokia32");
   EXPECT_EQ(result.obc, 4);
 }
@@ -128,7 +97,7 @@ TEST(DirecTV, ParameterIsToldByCarrierAndGap) {
   for (int parameter = 0; parameter < 6; ++parameter) {
     const std::string name = "DirecTV_P" + std::to_string(parameter);
     const std::vector<int> sent = signal(name.c_str(), {{"D", 12}, {"F", 3}}, 2);
-    const Result result = decode_ir::call(sent, irp::protocol(name).carrier());
+    const Result result = call(sent, irp::protocol(name).carrier());
     EXPECT_EQ(result.name, "DirecTV");
     EXPECT_NE(result.misc.find("Parm = " + std::to_string(parameter)), std::string::npos)
         << result.misc;
@@ -138,7 +107,7 @@ TEST(DirecTV, ParameterIsToldByCarrierAndGap) {
 TEST(DirecTV, RepeatsWithTheirShortLeadInAreNamedAlone) {
   std::vector<int> repeat = frame("DirecTV_P3", {{"D", 12}, {"F", 3}});
   repeat[0] = 3000;
-  EXPECT_EQ(decode_ir::call(repeat).name, "DirecTV");
+  EXPECT_EQ(call(repeat).name, "DirecTV");
 }
 
 class Xmp : public testing::Test {
@@ -149,11 +118,11 @@ class Xmp : public testing::Test {
 };
 
 TEST_F(Xmp, HalvesAreNamedAlone) {
-  const Result first = decode_ir::call(first_);
+  const Result first = call(first_);
   EXPECT_EQ(first.name, "XMP:16.062-device");
   EXPECT_EQ(first.misc, "no repeat: first half, OEM = 68");
   EXPECT_EQ(first.obc, -1);
-  const Result second = decode_ir::call(second_);
+  const Result second = call(second_);
   EXPECT_EQ(second.name, "XMP:16.015-function");
   EXPECT_EQ(second.misc, "no repeat: second half, OBC2 = 33 Hex2 = 21");
   EXPECT_EQ(second.device, -1);
@@ -161,7 +130,7 @@ TEST_F(Xmp, HalvesAreNamedAlone) {
 }
 
 TEST_F(Xmp, TwoLengthsAloneAreNoHalf) {
-  EXPECT_FALSE(isNamed(decode_ir::call(
+  EXPECT_FALSE(isNamed(call(
       {264, 792, 264, 792, 264, 792, 264, 1848, 264, 792, 264, 792, 264, 1848, 264, 1848, 264})));
 }
 
@@ -169,40 +138,40 @@ TEST_F(Xmp, AFrameWithADamagedHalfHasNoName) {
   for (const size_t space : {1U, 7U, 9U, 19U, 25U, 33U}) {
     std::vector<int> sent = whole_;
     sent[space] += sent[space] < 1500 ? 136 : -136;
-    const Result result = decode_ir::call(sent);
+    const Result result = call(sent);
     EXPECT_FALSE(isNamed(result)) << space << ": " << result.name;
   }
   std::vector<int> cut = whole_;
   cut.resize(31);
-  EXPECT_FALSE(isNamed(decode_ir::call(cut)));
+  EXPECT_FALSE(isNamed(call(cut)));
 }
 
 TEST_F(Xmp, AStrayMarkBeforeTheFrameDoesNotHideIt) {
   std::vector<int> sent = {120, 8000};
   sent.insert(sent.end(), whole_.begin(), whole_.end());
-  EXPECT_EQ(decode_ir::call(sent).name, "XMP");
+  EXPECT_EQ(call(sent).name, "XMP");
 }
 
 TEST_F(Xmp, HalvesOfTwoKeysAreNoFrame) {
   std::vector<int> mixed = first_;
   const std::vector<int> other = frame("XMP", {{"D", 62}, {"S", 17}, {"F", 0x0F21}});
   mixed.insert(mixed.end(), other.begin() + 17, other.end());
-  EXPECT_FALSE(isNamed(decode_ir::call(mixed)));
+  EXPECT_FALSE(isNamed(call(mixed)));
 }
 
 TEST_F(Xmp, FramesOfAPressAreCopiesAlthoughTheirToggleDigitDiffers) {
-  EXPECT_EQ(decode_ir::call(signal("XMP", {{"D", 62}, {"S", 16}, {"F", 0x0F21}}, 3)).misc,
+  EXPECT_EQ(call(signal("XMP", {{"D", 62}, {"S", 16}, {"F", 0x0F21}}, 3)).misc,
             "+ 3 copies: OEM = 68, OBC2 = 33 Hex2 = 21");
 }
 
 TEST(X10, AStartFrameAndItsRepeatsAreOnePress) {
   const std::vector<int> sent = signal("X10.n", {{"F", 9}, {"N", 5}}, 2);
-  const Result result = decode_ir::call(sent);
+  const Result result = call(sent);
   EXPECT_EQ(result.name, "X10:5");
   EXPECT_EQ(result.obc, 9);
   EXPECT_TRUE(result.misc.starts_with("+ ")) << result.misc;
 
-  const Result alone = decode_ir::call({sent.begin(), sent.begin() + 19});
+  const Result alone = call({sent.begin(), sent.begin() + 19});
   EXPECT_EQ(alone.name, "X10:5");
   EXPECT_EQ(alone.misc, "no repeat: only start frame");
 }
@@ -211,7 +180,7 @@ TEST(X10, AStartFrameThatItsRepeatContradictsIsInvalid) {
   std::vector<int> sent = signal("X10.n", {{"F", 9}, {"N", 5}}, 2);
   const std::vector<int> other = signal("X10.n", {{"F", 8}, {"N", 5}}, 2);
   std::copy(other.begin(), other.begin() + 20, sent.begin());
-  const Result result = decode_ir::call(sent);
+  const Result result = call(sent);
   EXPECT_EQ(result.error, "invalid signal");
 }
 
