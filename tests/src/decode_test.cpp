@@ -93,12 +93,6 @@ TEST_F(Decode, SaysWhatIsWrong) {
 
 // What is cut leaves a pattern of a hundred durations, and a warning.
 TEST_F(Decode, CutsLongPatterns) {
-  std::string csv, raw, words;
-  for (int i = 0; i < 128; ++i) {
-    csv += "600,";
-    raw += "+600 ";
-    words += " 0017";
-  }
   const auto expect_cut = [](const std::string& option, const std::string& function,
                              const char* durations, size_t blocks) {
     SCOPED_TRACE(option);
@@ -110,8 +104,9 @@ TEST_F(Decode, CutsLongPatterns) {
     EXPECT_TRUE(first.ends_with(durations)) << first;
     EXPECT_EQ(occurrences(result.out, "++++\n\n"), blocks);
   };
-  expect_cut("--time=" + csv, "csv_to_buf", "600 ", 1);
-  expect_cut("--raw=" + raw, "decode_raw", "600 ", 1);
+  expect_cut("--time=" + repeated("600,", 128), "csv_to_buf", "600 ", 1);
+  expect_cut("--raw=" + repeated("+600 ", 128), "decode_raw", "600 ", 1);
+  const std::string words = repeated(" 0017", 128);
   expect_cut("--pronto=0000 006D 0040 0000" + words, "pronto_buf_to_raw", "598 ", 2);
   expect_cut("--pronto=0000 006D 0040 0001" + words + " 1 1", "pronto_buf_to_raw", "598 ", 2);
 }
@@ -159,11 +154,11 @@ TEST_F(Decode, HasAPrinterForEveryFormat) {
     set_elapsed_flag(1);
     EXPECT_EQ(capture([&] { print(&packet); }).out, head + text);
   };
-  expect(print_analysir, packet_of({9000, 4500, 560}), ":e:40\n", "0,9000, 4500, 560\n");
-  expect(print_raw, packet_of({}), "+40000\n", "\n");
-  expect(print_comma_delim, packet_of({}), "40 ms\n", "0\n");
+  expect(print_analysir, packet_of({9000, 4500, 560}, 40), ":e:40\n", "0,9000, 4500, 560\n");
+  expect(print_raw, packet_of({}, 40), "+40000\n", "\n");
+  expect(print_comma_delim, packet_of({}, 40), "40 ms\n", "0\n");
   expect(print_comma_delim, packet_of({65535}, 65535), "65535 ms\n", "65535\n");
-  expect(print_analysir, packet_of({7}), ":e:40\n", "0,7\n");
+  expect(print_analysir, packet_of({7}, 40), ":e:40\n", "0,7\n");
   expect(print_raw, packet_of({1}, 65535), "+65535000\n", "+1 \n");
 }
 
@@ -174,7 +169,8 @@ TEST_F(Decode, PrintsProntoInCarrierPeriods) {
   };
   const std::string unknown = ":: ZARVO    :: UNKNOWN       - scancode: ";
   // An even number of entries counts one pair more.
-  expect(packet_of({14000, 14000}), unknown + "0x005973B3\n0000 006D 0002 0000 021A 021A 0602\n");
+  expect(packet_of({14000, 14000}, 40),
+         unknown + "0x005973B3\n0000 006D 0002 0000 021A 021A 0602\n");
   // The longest gap needs more digits.
   expect(packet_of({14000}, 65535), unknown + "0x0002B5EC\n0000 006D 0001 0000 021A 267600\n");
   expect(packet_of({560, 14001}), "error: invalid packet\n");
@@ -182,7 +178,7 @@ TEST_F(Decode, PrintsProntoInCarrierPeriods) {
 
 // A packet from the device can be longer than the decoders' events: they see its beginning.
 TEST_F(Decode, TakesTheLongestPacket) {
-  ir_packet packet = packet_of(std::vector<uint16_t>(255, 600), 1);
+  ir_packet packet = packet_of(std::vector<int>(255, 600), 1);
   const printed result = own_output([&packet] {
     print_raw(&packet);
     print_pronto(&packet);

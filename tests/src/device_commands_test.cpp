@@ -107,8 +107,6 @@ TEST_F(DeviceCommands, SendsPatterns) {
   expect_sent("-k", killing, "*2 irtranskil", "");
   expect_sent("-k --raw=7", killing + "Done!\n" + sending + "+7 \n-50\n", " irtranskil" + once,
               "02 00 32 00 01");
-  expect_sent("-k --csv=7,8,9", killing + "Done!\n" + sending, " irtranskil" + once,
-              "03 00 32 00 01");
   // A once sequence of one pair, its gap 0x2710 * 26 us = 260 ms, which is too long to hand on.
   expect_sent("--pronto=0000,006D,0001,0000,0156,2710 --repeat=1",
               sending + "+8892 \n-65535\n+8892 \n-65535\n", once + once, "02 00 ff ff 01");

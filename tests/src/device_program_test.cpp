@@ -50,8 +50,7 @@ TEST_F(DeviceProgram, LeavesTheDeviceOpenWhenACommandFails) {
 }
 
 TEST_F(DeviceProgram, EndsOnAnInterruptInEveryWait) {
-  std::string half_a_signal = "at 1000 report 07 00 00 00 00";
-  for (int i = 0; i < 60; i++) half_a_signal += " 01";
+  const std::string half_a_signal = "at 1000 report 07 00 00 00 00" + repeated(" 01", 60);
   expect_interrupted("for a signal", "at 1000 signal 9000 4500 560\nat 2000", {"listen"},
                      "+9000 -4500 +560 \n");
   expect_interrupted("in the middle of a signal", half_a_signal + "\nat 1000", {"listen"}, "");

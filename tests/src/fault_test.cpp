@@ -33,35 +33,30 @@ std::string nec() {
 TEST_F(Faults, EveryFailedAllocationIsReported) {
   const std::string patterns = file("patterns", nec() + "\n# and\n9000,2250,560\n");
   const std::string script = file("script", "version\nhelp version\ndecode --time=9000,2250,560\n");
-  const struct {
-    words arguments;
-    std::string scene = "device";
-    std::string input = {};
-  } cases[] = {
-      {{"version", "--pretty", "-b"}},
-      {{"help"}},
-      {{"help", "decode"}},
-      {{}},
-      {{"decode", "--elapsed", "--time=" + nec()}},
-      {{"decode", "--raw=+9000 -4500 +560"}},
-      {{"decode", "--pronto=0000 006D 0002 0000 0156 00AB 0016 0689"}},
-      {{"decode", "--read=" + patterns}},
-      {{"decode", "--listen"}, kListening},
-      {{"listen", "--pronto"}, kListening},
-      {{"script", script}},
-      {{"script", "-"}, "device", "version\nhelp nothing\n"},
-      {{"shell"}, "device", "version -p\nnothing\n"},
-      {{"sendir", "--raw=+9000 -4500 +560", "--repeat=2", "sendir", "--kill"}},
-      {{"sendir", "--csv=9000,4500,560"}},
-      {{"sendir", "--pronto=0000 006D 0002 0002 0156 00AB 0016 0689 0156 0055 0016 0E3C"}},
+  const auto reported = [](const words& arguments, const std::string& scene = "device",
+                           const std::string& input = {}) {
+    expect_failed_allocations_reported(with(arguments, scene), input);
   };
-  for (const auto& c : cases)
-    expect_failed_allocations_reported(with(c.arguments, c.scene), c.input);
+  reported({"version", "--pretty", "-b"});
+  reported({"help"});
+  reported({"help", "decode"});
+  reported({});
+  reported({"decode", "--elapsed", "--time=" + nec()});
+  reported({"decode", "--raw=+9000 -4500 +560"});
+  reported({"decode", "--pronto=0000 006D 0002 0000 0156 00AB 0016 0689"});
+  reported({"decode", "--read=" + patterns});
+  reported({"decode", "--listen"}, kListening);
+  reported({"listen", "--pronto"}, kListening);
+  reported({"script", script});
+  reported({"script", "-"}, "device", "version\nhelp nothing\n");
+  reported({"shell"}, "device", "version -p\nnothing\n");
+  reported({"sendir", "--raw=+9000 -4500 +560", "--repeat=2", "sendir", "--kill"});
+  reported({"sendir", "--csv=9000,4500,560"});
+  reported({"sendir", "--pronto=0000 006D 0002 0002 0156 00AB 0016 0689 0156 0055 0016 0E3C"});
 }
 
 TEST_F(Faults, OutputThatGoesNowhereEndsTheProgram) {
-  std::string endless;
-  for (int i = 0; i < 20000; i++) endless += "9000,2250,560\n";
+  const std::string endless = repeated("9000,2250,560\n", 20000);
   const auto expect_ends = [](const words& arguments, const std::string& scene = {},
                               const std::string& input = {}, const std::string& before = {}) {
     expect_lost_output_reported(with(arguments, scene), input, before);

@@ -52,9 +52,7 @@ TEST_F(Program, IsTheCommandThatItsNameSays) {
   expect_run(started_as("version/", {}), {kVersionLine, "", 0});
   expect_run(started_as("help", {"nothing"}),
              {"", "[E] lib/libcmds/cmds help(#): help: command `nothing' not found.\n", 1});
-  for (const char* name : {"Vantrel", "nothing"}) {
-    expect_run(started_as(name, {"version"}), {"", kNotFound + name + "'\n", 1});
-  }
+  expect_run(started_as("Vantrel", {"version"}), {"", kNotFound + "Vantrel'\n", 1});
   expect_run(started_as(""), {"", kNotFound + ".'\n", 1});
 }
 
@@ -137,9 +135,7 @@ TEST_F(Program, AnInterruptKeepsWhatWasPrinted) {
 
 TEST_F(Program, AnInterruptEndsAStuckProgram) {
   process stuck(with({"script", "-"}));
-  std::string many;
-  for (int i = 0; i < 5000; i++) many += "help\n";
-  stuck.send(many);
+  stuck.send(repeated("help\n", 5000));
   ASSERT_TRUE(stuck.wait_for("Commands:"));
   usleep(200000);  // nobody reads on: the pipe fills up and the program cannot go to its next line
   stuck.signal(SIGINT);

@@ -22,7 +22,6 @@ TEST_F(Session, OpensTheDeviceAndSwitchesItsReportsOn) {
   set_loglevel(3);
   expect("device", true, "");
   expect("", false, "[I] error, device list couldn't enumerate\n[I] device not found\n");
-  expect("device refuses=1", false, "[I] device not found\n");
   expect("device\non usb_if status 2", false,
          "[E] _dev_send_cmd(#): Command error: 2\n[E] zarvo_init(#): could not set iface\n");
   begin("device");

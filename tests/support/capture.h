@@ -24,6 +24,13 @@ inline std::string without_line_numbers(std::string text) {
   return text;
 }
 
+/// A text, so many times.
+inline std::string repeated(std::string_view part, int count) {
+  std::string text;
+  for (int i = 0; i < count; i++) text += part;
+  return text;
+}
+
 template <typename Code>
 printed capture(Code code) {
   testing::internal::CaptureStdout();

@@ -6,13 +6,11 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <regex>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "lib/ir/analyzer.h"
 #include "lib/libcmds/cmds.h"
@@ -20,6 +18,7 @@
 #include "src/appdata.h"
 #include "src/common.h"
 #include "tests/support/capture.h"
+#include "tests/support/results.h"
 
 /// What a piece of code prints, without the lines of the other families.
 template <class Code>
@@ -34,14 +33,6 @@ printed own_output(Code code) {
 inline std::string block(const std::string& raw, const std::string& line,
                          const std::string& pronto) {
   return raw + "\n" + line + pronto + "\n" + line + "++++\n\n";
-}
-
-inline ir_packet packet_of(std::vector<uint16_t> durations, uint16_t elapsed = 40) {
-  ir_packet packet = {};
-  std::copy(durations.begin(), durations.end(), packet.buf);
-  packet.len = static_cast<uint8_t>(durations.size());
-  packet.elapsed = elapsed;
-  return packet;
 }
 
 /// How often a text holds another.

@@ -13,12 +13,6 @@
 #include "tests/support/capture.h"
 #include "tests/support/fake_usb.h"
 
-inline std::string repeated(std::string_view part, int count) {
-  std::string text;
-  for (int i = 0; i < count; i++) text += part;
-  return text;
-}
-
 /// The bytes " 00", so many times.
 inline std::string zeros(int count) {
   return repeated(" 00", count);

@@ -82,6 +82,7 @@ struct expectation {
 };
 
 inline void expect_words(std::vector<const char*> words, const expectation& expected) {
+  SCOPED_TRACE(testing::PrintToString(words));
   calls.clear();
   const printed text = capture([&] {
     EXPECT_EQ(run_cmds(static_cast<int>(words.size()), words.data(), &calls), expected.result);
@@ -101,6 +102,7 @@ inline void expect_line(const std::string& line, const expectation& expected) {
 /// Reads the options in front of `words`: how many words that takes, which options it gives.
 inline void expect_options(std::vector<const char*> words, unsigned taken,
                            const std::string& options, const std::string& messages = {}) {
+  SCOPED_TRACE(testing::PrintToString(words));
   unsigned cursor = 0;
   const printed text = capture([&] {
     dictionary* const opts =

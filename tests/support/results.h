@@ -31,9 +31,10 @@ Reported reported(Code code) {
 }
 
 /// REQUIRES: at most 256 durations.
-inline ir_packet packet_of(const std::vector<int>& durations) {
+inline ir_packet packet_of(const std::vector<int>& durations, uint16_t elapsed_ms = 0) {
   ir_packet packet = {};
   std::copy(durations.begin(), durations.end(), packet.buf);
   packet.len = static_cast<uint8_t>(durations.size());
+  packet.elapsed = elapsed_ms;
   return packet;
 }

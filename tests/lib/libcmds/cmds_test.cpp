@@ -63,12 +63,8 @@ TEST_F(Commands, LinesAreSplitIntoWords) {
 }
 
 TEST_F(Commands, TheLastPossibleWordIsTheRestOfTheLine) {
-  std::string line = R"(probe a\ b)";
-  std::string call = "probe [a b]";
-  for (int i = 0; i < 60; i++) {
-    line += " c";
-    call += " [c]";
-  }
+  const std::string line = R"(probe a\ b)" + repeated(" c", 60);
+  const std::string call = "probe [a b]" + repeated(" [c]", 60);
   expect_line(line + R"( \\  64 \x  65 )", {0, call + R"( [\\  64 \x  65 ])" + "\n"});
   expect_line(line + R"( x\ y)", {0, call + R"( [x\ y])" + "\n"});
 }

@@ -32,6 +32,7 @@ TEST_F(RawUsb, OpensTheDeviceOfTheManufacturer) {
 }
 
 TEST_F(RawUsb, PassesTransfersThrough) {
+  set_loglevel(2);
   fake_usb::play("device");
   handle owner = open_raw();
   transport::dev_t* const dev = owner.get();
