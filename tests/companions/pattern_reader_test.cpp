@@ -30,6 +30,8 @@ TEST(PatternReader, PlacesTheFaultAndReadsOn) {
   const std::pair<const char*, const char*> cases[] = {
       {"9000,x,560", "column 6: \"x\" is no duration of 0 to 65535"},
       {"9000,65536,560", "column 6: \"65536\" is no duration of 0 to 65535"},
+      {"9000,-4500", "column 6: \"-4500\" is no duration of 0 to 65535"},
+      {"9,99999999999999999999", "column 3: \"99999999999999999999\" is no duration of 0 to 65535"},
       {"9000,,560", "column 6: an empty field"},
       {"9000", "column 1: no pattern: a list needs commas"},
       {"   ", "column 1: a line of blanks"},

@@ -142,6 +142,7 @@ TEST_F(DeviceCommands, RefuseBeforeAnythingIsSent) {
   };
   const std::string sendir = "[E] sendir(#): ";
   const std::pair<const char*, std::string> cases[] = {
+      {"--ik --raw=1", ik},
       {"--ik= --raw=1", ik},
       {"--ik=9 --raw=1", ik},
       {"--ik=1001 --raw=1", ik},
@@ -160,6 +161,7 @@ TEST_F(DeviceCommands, RefuseBeforeAnythingIsSent) {
       {"--csv=4472,4472,572,1664", sendir + "Error: invalid length, must be odd\n"},
       {"--csv=0,4472,4472", sendir + "Error: invalid length, must be even\n"},
       {"--csv=0,100", sendir + "Error: buffer can't be less than 4\n"},
+      {"--csv=100", sendir + "Error: buffer can't be less than 4\n"},
       {"--csv=,", sendir + "Error: buffer can't be less than 4\n"},
       {"--pronto=0000,006D,0001,0000,FFFF,0001", range("1703910")},
       {"--pronto=0000,006D,0001,0000,1FFFF,0001",

@@ -59,6 +59,7 @@ TEST_F(Session, ComparesVersionsTheOddWayRound) {
     EXPECT_TRUE(text.err.ends_with(
         std::string("[E] zv_version_compare(#): Zarvo tessarin found version: ") + version + "\n"));
   };
+  expect("device version=4.6.0", "4.6.0 0xABCDEF [test]", 0);
   expect("device version=5.6.0", "5.6.0 0xABCDEF [test]", -1);
   expect("device version=3.9.0", "3.9.0 0xABCDEF [test]", 0);
   expect("device\non getversion status 1", "0.0.0 0x0 []", 0);
