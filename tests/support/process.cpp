@@ -78,6 +78,7 @@ process::process(const process_options& options) {
     in = new_pipe();
     out = new_pipe();
   }
+  if (options.unread) close_if_open(out.reading);
   pipe_ends err = new_pipe();
   pid_ = fork();
   if (pid_ == 0) {
@@ -116,10 +117,6 @@ void process::send(std::string_view text) {
 
 void process::close_input() {
   close_if_open(in_);
-}
-
-void process::close_output() {
-  close_if_open(stdout_);
 }
 
 void process::signal(int number) {

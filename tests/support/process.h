@@ -14,6 +14,7 @@ struct process_options {
   std::vector<std::string> env = {};  // NAME=VALUE; DEBUG is unset unless named here
   std::string stdout_file = {};       // where standard output goes instead of to the test
   std::vector<int> closed = {};       // standard streams that the program finds closed
+  bool unread = false;                // nobody reads standard output, from the start
   bool terminal = false;              // standard input and output are one terminal
 };
 
@@ -33,7 +34,6 @@ class process {
 
   void send(std::string_view text);
   void close_input();
-  void close_output();  // nobody reads it any more
   void signal(int number);
 
   /// Reads on until one of the outputs holds `text`; false when both end before.
