@@ -61,6 +61,21 @@ inline Result call(const contract::Sample& sample) {
   return call(std::move(durations), sample.carrier, sample.singleCount, sample.repeatCount);
 }
 
+/// The successive results for a signal of frames with their gaps.
+class Press {
+ public:
+  /// REQUIRES: an even number of durations.
+  explicit Press(std::vector<int> durations) : durations_(std::move(durations)) {}
+
+  Result next() {
+    return call(durations_, kCarrier, static_cast<int>(durations_.size() / 2), 0, &context_);
+  }
+
+ private:
+  std::vector<int> durations_;
+  std::array<unsigned, 16> context_{};
+};
+
 /// "Gap-..." describes a frame, it does not name a protocol.
 inline bool isNamed(const Result& result) {
   return !result.name.empty() && !result.name.starts_with("Gap-");
@@ -130,33 +145,39 @@ inline void expectUnnamed(
   }
 }
 
-/// A frame of which no beginning may have a name (where asked, no end either), but those of
-/// relatives whose whole frame a piece is.
+/// A frame, and the relatives whose whole frame a piece of it is.
 struct CutCase {
   const char* protocol;
   irp::Parameters given;
   std::vector<std::string_view> relatives = {};
+
+  void expectUnnamed(const char* which, const std::vector<int>& piece) const {
+    const Result result = call(piece);
+    EXPECT_TRUE(!isNamed(result) || std::ranges::count(relatives, result.name) != 0)
+        << protocol << ", " << which << " of " << piece.size() << " durations: " << result.name;
+  }
 };
 
-enum class Pieces { kBeginnings, kBeginningsAndEnds };
+constexpr std::ptrdiff_t kShortestPiece = 5;  // durations
 
-inline void expectCutsUnnamed(Pieces pieces, std::initializer_list<CutCase> cases) {
-  constexpr std::ptrdiff_t kShortest = 5;
+/// No beginning of such a frame may have a name, but those of relatives.
+inline void expectBeginningsUnnamed(std::initializer_list<CutCase> cases) {
   for (const CutCase& c : cases) {
     const std::vector<int> whole = frame(c.protocol, c.given);
     EXPECT_TRUE(isNamed(call(whole))) << c.protocol;
-    const auto expectNoName = [&](const std::vector<int>& piece, const char* which) {
-      const Result result = call(piece);
-      EXPECT_TRUE(!isNamed(result) || std::ranges::count(c.relatives, result.name) != 0)
-          << c.protocol << ", " << piece.size() << " durations at its " << which << ": "
-          << result.name;
-    };
-    for (std::ptrdiff_t length = kShortest; length < std::ssize(whole); ++length) {
-      expectNoName({whole.begin(), whole.begin() + length}, "start");
-      const bool markFirst = (std::ssize(whole) - length) % 2 == 0;
-      if (markFirst && pieces == Pieces::kBeginningsAndEnds) {
-        expectNoName({whole.end() - length, whole.end()}, "end");
-      }
+    for (auto end = whole.begin() + kShortestPiece; end != whole.end(); ++end) {
+      c.expectUnnamed("beginning", {whole.begin(), end});
+    }
+  }
+}
+
+/// Nor may any end of it that begins with a mark.
+inline void expectPiecesUnnamed(std::initializer_list<CutCase> cases) {
+  expectBeginningsUnnamed(cases);
+  for (const CutCase& c : cases) {
+    const std::vector<int> whole = frame(c.protocol, c.given);
+    for (std::ptrdiff_t i = 2; i + kShortestPiece <= std::ssize(whole); i += 2) {
+      c.expectUnnamed("end", {whole.begin() + i, whole.end()});
     }
   }
 }

@@ -36,6 +36,32 @@ inline ir_t event_of(const std::vector<int>& durations) {
   return ir_event_of(packet_of(durations));
 }
 
+/// The vote on an event, which keeps what the analyzers wrote into it.
+inline uint32_t vote(const std::vector<int>& durations, ir_t& event) {
+  event.count = 0;
+  for (const int duration : durations) {
+    event.buf[event.count] = static_cast<uint16_t>(duration);
+    analyze_edge(event.buf[event.count], &event);
+    ++event.count;
+  }
+  const uint32_t winner = analyze_finish(kFinishTicks, &event);
+  reset_analyzer();
+  return winner;
+}
+
+inline uint32_t vote(const std::vector<int>& durations) {
+  ir_t event = {};
+  return vote(durations, event);
+}
+
+/// Whether an analyzer takes a pattern that arrives after this gap for a repeat.
+inline bool is_repeat(const std::vector<int>& durations, uint16_t gap_ms = 0) {
+  ir_t event = {};
+  event.te = gap_ms;
+  vote(durations, event);
+  return event.repeat != 0;
+}
+
 /// What ir_decode_packet makes of a pattern.
 inline Reported decoded(const std::vector<int>& durations) {
   ir_t event = event_of(durations);

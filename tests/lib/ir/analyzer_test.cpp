@@ -16,31 +16,6 @@ using frames::Durations;
 
 using Analyzers = FreshAnalyzers;
 
-// The vote on an event, which keeps what the analyzers wrote into it.
-uint32_t vote(const Durations& durations, ir_t& event) {
-  event.count = 0;
-  for (const int duration : durations) {
-    event.buf[event.count] = static_cast<uint16_t>(duration);
-    analyze_edge(event.buf[event.count], &event);
-    ++event.count;
-  }
-  const uint32_t winner = analyze_finish(kFinishTicks, &event);
-  reset_analyzer();
-  return winner;
-}
-
-uint32_t vote(const Durations& durations) {
-  ir_t event = {};
-  return vote(durations, event);
-}
-
-bool is_repeat(const Durations& durations, uint16_t gap_ms = 0) {
-  ir_t event = {};
-  event.te = gap_ms;
-  vote(durations, event);
-  return event.repeat != 0;
-}
-
 const Durations kNecFrame = contract::frame("NEC1", {{"D", 4}, {"F", 8}});
 const Durations kNecRepeat = {9024, 2256, 564};
 

@@ -205,16 +205,16 @@ TEST_F(Decoders, LeaveWhatNobodyClaimsToTheCatchAll) {
 // Fed edge by edge, the analyzers see every index one higher: the lead of an exact NEC frame is
 // judged as its lead space, so that the frame is nobody's.
 TEST_F(Decoders, CountBareEdgesAfterTheyArrived) {
-  const auto vote = [](const Durations& durations) {
+  const auto decode = [](const Durations& durations) {
     const std::vector<uint16_t> bare(durations.begin(), durations.end());
     return ir_decode_buf(bare.data(), static_cast<uint8_t>(bare.size()));
   };
   const Reported found = reported([&] {
-    EXPECT_EQ(vote(frame("NEC1", {{"D", 0}, {"S", 255}, {"F", 0x10}})), RC_PROTO_UNKNOWN);
+    EXPECT_EQ(decode(frame("NEC1", {{"D", 0}, {"S", 255}, {"F", 0x10}})), RC_PROTO_UNKNOWN);
   });
   EXPECT_TRUE(found.lines.starts_with(":: ZARVO    :: UNKNOWN")) << found.lines;
-  reported([&] { EXPECT_EQ(vote({1778, 889, 889, 889, 1778}), RC_PROTO_RC5); });
-  reported([&] { vote(Durations(255, 1000)); });  // the longest
+  reported([&] { EXPECT_EQ(decode({1778, 889, 889, 889, 1778}), RC_PROTO_RC5); });
+  reported([&] { decode(Durations(255, 1000)); });  // the longest
 }
 
 TEST(Manchester, ReadsLongAndShortDurations) {

@@ -45,18 +45,17 @@ TEST(BiPhase, NamesNumbersAndRemarks) {
 // Not of those with a relative that is shorter by whole bits, such as CanalSatLD and TDC-38: what a
 // cut leaves of them can be the relative.
 TEST(BiPhase, CutFramesHaveNoName) {
-  expectCutsUnnamed(Pieces::kBeginningsAndEnds,
-                    {
-                        {"RC5", {{"D", 5}, {"F", 20}}},
-                        {"RC5x", {{"D", 5}, {"S", 77}, {"F", 20}}},
-                        {"RC6", {{"D", 200}, {"F", 77}}},
-                        {"CanalSat", {{"D", 77}, {"S", 20}, {"F", 99}}},
-                        {"PCTV", {{"D", 0xA9}, {"F", 0x35}}},
-                        {"Grundig16", {{"D", 77}, {"F", 99}, {"T", 1}}},
-                        {"Humax 4Phase", {{"D", 33}, {"S", 7}, {"F", 101}}},
-                        {"AdNotam", {{"D", 33}, {"F", 7}}},
-                        {"RTI_Relay", {{"D", 8}, {"F", 1}}},
-                    });
+  expectPiecesUnnamed({
+      {"RC5", {{"D", 5}, {"F", 20}}},
+      {"RC5x", {{"D", 5}, {"S", 77}, {"F", 20}}},
+      {"RC6", {{"D", 200}, {"F", 77}}},
+      {"CanalSat", {{"D", 77}, {"S", 20}, {"F", 99}}},
+      {"PCTV", {{"D", 0xA9}, {"F", 0x35}}},
+      {"Grundig16", {{"D", 77}, {"F", 99}, {"T", 1}}},
+      {"Humax 4Phase", {{"D", 33}, {"S", 7}, {"F", 101}}},
+      {"AdNotam", {{"D", 33}, {"F", 7}}},
+      {"RTI_Relay", {{"D", 8}, {"F", 1}}},
+  });
 }
 
 TEST(BiPhase, AnOddDurationInsideIsNeverForgiven) {
@@ -71,8 +70,7 @@ TEST(BiPhase, AnOddDurationInsideIsNeverForgiven) {
     for (size_t i = 1; i + 1 < whole.size(); ++i) {
       std::vector<int> spoilt = whole;
       spoilt[i] += static_cast<int>(kOdd * c.unit);
-      const Result result = call(spoilt);
-      EXPECT_FALSE(isNamed(result)) << c.protocol << " at " << i << ": " << result.name;
+      expectUnnamed(c.protocol, spoilt);
     }
   }
 }
@@ -99,23 +97,19 @@ TEST(BiPhase, FailingChecksAreRefused) {
 TEST(BiPhase, CanalSatKnowsWhetherThePressWasHeardFromItsStart) {
   const irp::Parameters given = {{"D", 9}, {"S", 33}, {"F", 100}};
   const std::vector<int> press = signal("CanalSat", given, 3);
-  const Result whole = call(press);
-  EXPECT_EQ(whole.name, "CanalSat");
-  EXPECT_EQ(whole.misc, "+ 3 copies");
+  EXPECT_EQ(text(call(press)), "CanalSat D9 S33 F100 H100 [+ 3 copies]");
 
   // The same press without its first frame, which ends at the first gap.
   size_t start = 1;
   while (press[start] < 40000) start += 2;
-  const Result late = call({press.begin() + static_cast<long>(start) + 1, press.end()});
-  EXPECT_EQ(late.name, "CanalSat");
-  EXPECT_EQ(late.misc, "+ 2 copies: no start frame");
+  EXPECT_EQ(text(call({press.begin() + static_cast<long>(start) + 1, press.end()})),
+            "CanalSat D9 S33 F100 H100 [+ 2 copies: no start frame]");
 }
 
 TEST(BiPhase, LutronIsFoundWhateverEndsItsCode) {
   for (const int64_t code : {0xA5A5A5, 0xF0F0F0, 0x0F0F0F}) {
-    const Result result = call(signal("Lutron", {{"X", code}}, 2));
-    EXPECT_EQ(result.name, "Lutron") << std::hex << code;
-    EXPECT_EQ(result.obc, code);
+    EXPECT_TRUE(text(call(signal("Lutron", {{"X", code}}, 2)))
+                    .starts_with("Lutron F" + std::to_string(code) + ' '));
   }
 }
 

@@ -88,19 +88,18 @@ TEST(Gap, AFrameWhoseCheckFailsHasNoName) {
 }
 
 TEST(Gap, ACutFrameHasNoName) {
-  expectCutsUnnamed(Pieces::kBeginningsAndEnds,
-                    {
-                        {"NEC", {{"D", 4}, {"F", 8}}},
-                        {"48-NEC", {{"D", 4}, {"S", 5}, {"F", 8}, {"E", 3}}, {"NEC", "IODATA12"}},
-                        {"Aiwa", {{"D", 4}, {"S", 1}, {"F", 8}}, {"NEC-f16"}},
-                        {"Panasonic", {{"D", 4}, {"S", 1}, {"F", 8}}},
-                        {"Samsung36", {{"D", 4}, {"S", 1}, {"E", 3}, {"F", 8}}, {"NECx"}},
-                        {"G.I.Cable", {{"D", 4}, {"F", 8}}},
-                        {"Bose", {{"F", 8}}, {"Matsui", "JVC{2}"}},
-                        {"RCA", {{"D", 4}, {"F", 8}}},
-                        {"Proton", {{"D", 4}, {"F", 8}}},
-                        {"Dish_Network", {{"D", 4}, {"S", 1}, {"F", 8}}},
-                    });
+  expectPiecesUnnamed({
+      {"NEC", {{"D", 4}, {"F", 8}}},
+      {"48-NEC", {{"D", 4}, {"S", 5}, {"F", 8}, {"E", 3}}, {"NEC", "IODATA12"}},
+      {"Aiwa", {{"D", 4}, {"S", 1}, {"F", 8}}, {"NEC-f16"}},
+      {"Panasonic", {{"D", 4}, {"S", 1}, {"F", 8}}},
+      {"Samsung36", {{"D", 4}, {"S", 1}, {"E", 3}, {"F", 8}}, {"NECx"}},
+      {"G.I.Cable", {{"D", 4}, {"F", 8}}},
+      {"Bose", {{"F", 8}}, {"Matsui", "JVC{2}"}},
+      {"RCA", {{"D", 4}, {"F", 8}}},
+      {"Proton", {{"D", 4}, {"F", 8}}},
+      {"Dish_Network", {{"D", 4}, {"S", 1}, {"F", 8}}},
+  });
 }
 
 TEST(Gap, OneDurationMayBeOutOfLine) {
@@ -146,41 +145,36 @@ TEST(Gap, DittosAndCopiesAreTold) {
     const char* protocol;
     irp::Parameters given;
     int repeats;
-    const char *name, *misc;
+    const char* wanted;
   } const cases[] = {
-      {"NEC1", {{"D", 4}, {"F", 8}}, 1, "NEC", "+ 1 ditto"},
-      {"NEC1", {{"D", 4}, {"F", 8}}, 4, "NEC", "+ 4 dittos"},
-      {"NEC2", {{"D", 4}, {"F", 8}}, 3, "NEC2", "+ 2 copies"},
-      {"NEC2-f16", {{"D", 4}, {"F", 8}, {"E", 3}}, 2, "NEC2-f16", "+ 1 copy: E=3"},
-      {"NEC1-rnc", {{"D", 4}, {"F", 8}}, 2, "NEC-rnc", "+ 2 dittos"},
-      {"NECx1", {{"D", 4}, {"F", 8}}, 2, "NECx", "+ 2 dittos"},
-      {"NECx2", {{"D", 4}, {"F", 8}}, 2, "NECx2", "+ 1 copy"},
-      {"48-NEC2", {{"D", 4}, {"S", 0}, {"F", 8}, {"E", 3}}, 2, "48-NEC2", "+ 1 copy: E=3"},
-      {"JVC", {{"D", 4}, {"F", 8}}, 2, "JVC", "+ 2 copies"},
-      {"JVC{2}", {{"D", 4}, {"F", 8}}, 2, "JVC{2}", "+ 1 copy"},
-      {"RCA(Old)", {{"D", 4}, {"F", 8}}, 2, "RCA(Old)", "+ 2 copies"},
-      {"Aiwa", {{"D", 4}, {"S", 1}, {"F", 8}}, 2, "Aiwa", "+ 2 dittos"},
-      {"Amazon_Fan", {{"D", 4}, {"F", 8}}, 2, "Amazon_Fan", "+ 2 dittos"},
-      {"Kathrein", {{"D", 4}, {"F", 8}}, 2, "Kathrein", "+ 3 dittos"},
+      {"NEC1", {{"D", 4}, {"F", 8}}, 1, "NEC [+ 1 ditto]"},
+      {"NEC1", {{"D", 4}, {"F", 8}}, 4, "NEC [+ 4 dittos]"},
+      {"NEC2", {{"D", 4}, {"F", 8}}, 3, "NEC2 [+ 2 copies]"},
+      {"NEC2-f16", {{"D", 4}, {"F", 8}, {"E", 3}}, 2, "NEC2-f16 [+ 1 copy: E=3]"},
+      {"NEC1-rnc", {{"D", 4}, {"F", 8}}, 2, "NEC-rnc [+ 2 dittos]"},
+      {"NECx1", {{"D", 4}, {"F", 8}}, 2, "NECx [+ 2 dittos]"},
+      {"NECx2", {{"D", 4}, {"F", 8}}, 2, "NECx2 [+ 1 copy]"},
+      {"48-NEC2", {{"D", 4}, {"S", 0}, {"F", 8}, {"E", 3}}, 2, "48-NEC2 [+ 1 copy: E=3]"},
+      {"JVC", {{"D", 4}, {"F", 8}}, 2, "JVC [+ 2 copies]"},
+      {"JVC{2}", {{"D", 4}, {"F", 8}}, 2, "JVC{2} [+ 1 copy]"},
+      {"RCA(Old)", {{"D", 4}, {"F", 8}}, 2, "RCA(Old) [+ 2 copies]"},
+      {"Aiwa", {{"D", 4}, {"S", 1}, {"F", 8}}, 2, "Aiwa [+ 2 dittos]"},
+      {"Amazon_Fan", {{"D", 4}, {"F", 8}}, 2, "Amazon_Fan [+ 2 dittos]"},
+      {"Kathrein", {{"D", 4}, {"F", 8}}, 2, "Kathrein [+ 3 dittos]"},
       {"Digivision",
        {{"D", 4}, {"Dev2", 1}, {"Dev3", 2}, {"F", 8}},
        2,
-       "Digivision",
-       "+ 2 dittos: Dev3=2"},
-      {"Dish_Network", {{"D", 4}, {"S", 1}, {"F", 8}}, 2, "Dish_Network", "+ 2 copies"},
-      {"Denon", {{"D", 4}, {"F", 8}}, 1, "Denon", "+ 2 copies"},
-      {"Sharp", {{"D", 4}, {"F", 8}}, 1, "Sharp", "+ 2 copies"},
-      {"Anthem", {{"D", 4}, {"S", 1}, {"Unit", 2}, {"F", 8}}, 1, "Anthem", "+ 2 copies: Unit=2"},
+       "Digivision [+ 2 dittos: Dev3=2]"},
+      {"Dish_Network", {{"D", 4}, {"S", 1}, {"F", 8}}, 2, "Dish_Network [+ 2 copies]"},
+      {"Denon", {{"D", 4}, {"F", 8}}, 1, "Denon [+ 2 copies]"},
+      {"Sharp", {{"D", 4}, {"F", 8}}, 1, "Sharp [+ 2 copies]"},
+      {"Anthem", {{"D", 4}, {"S", 1}, {"Unit", 2}, {"F", 8}}, 1, "Anthem [+ 2 copies: Unit=2]"},
   };
   for (const auto& c : cases) {
-    const std::vector<int> sent = signal(c.protocol, c.given, c.repeats);
-    std::array<unsigned, 16> context{};
-    const int bursts = static_cast<int>(sent.size() / 2);
-    const Result result = call(sent, kCarrier, bursts, 0, &context);
-    EXPECT_EQ(result.name, c.name) << c.protocol;
-    EXPECT_EQ(result.misc, c.misc) << c.protocol;
-    // The whole key press is used up: no piece of it is another result.
-    EXPECT_EQ(call(sent, kCarrier, bursts, 0, &context).name, "") << c.protocol;
+    Press press(signal(c.protocol, c.given, c.repeats));
+    const Result result = press.next();
+    EXPECT_EQ(result.name + " [" + result.misc + ']', c.wanted) << c.protocol;
+    EXPECT_EQ(text(press.next()), " []") << c.protocol << ": the whole press is used up";
   }
 }
 
@@ -190,11 +184,8 @@ TEST(Gap, StrayMarksAroundAFrameDoNotHideIt) {
   before.insert(before.end(), nec.begin(), nec.end());
   std::vector<int> after = nec;
   after.insert(after.end(), {11000, 60});
-  for (const std::vector<int>& sent : {before, after}) {
-    const Result result = call(sent);
-    EXPECT_EQ(result.name, "NEC");
-    EXPECT_EQ(result.obc, 8);
-  }
+  EXPECT_EQ(text(call(before)), "NEC D4 F8 H239 [no repeat]");
+  EXPECT_EQ(text(call(after)), "NEC D4 F8 H239 [no repeat]");
   // A mark that follows too soon is part of the frame, and spoils it.
   after[nec.size()] = 1500;
   EXPECT_EQ(protocolOf(after), "");
@@ -204,15 +195,10 @@ TEST(Gap, FramesOfDifferentKeysAreSuccessiveResults) {
   std::vector<int> sent = signal("NEC1", {{"D", 4}, {"F", 8}}, 1);
   const std::vector<int> second = signal("Panasonic", {{"D", 1}, {"S", 2}, {"F", 3}}, 1);
   sent.insert(sent.end(), second.begin(), second.end());
-  std::array<unsigned, 16> context{};
-  const int bursts = static_cast<int>(sent.size() / 2);
-  const auto next = [&] {
-    const Result result = call(sent, kCarrier, bursts, 0, &context);
-    return result.name + " " + std::to_string(result.obc) + " " + result.misc;
-  };
-  EXPECT_EQ(next(), "NEC 8 + 1 ditto");
-  EXPECT_EQ(next(), "Panasonic 3 no repeat");
-  EXPECT_EQ(next(), " -1 ");
+  Press press(sent);
+  EXPECT_EQ(text(press.next()), "NEC D4 F8 H239 [+ 1 ditto]");
+  EXPECT_EQ(text(press.next()), "Panasonic D1 S2 F3 H63 [no repeat]");
+  EXPECT_EQ(text(press.next()), " []");
 }
 
 TEST(Gap, OfTwoRowsThatFitTheBetterVerifiedWins) {
@@ -242,31 +228,23 @@ TEST(Gap, OfTwoRowsThatFitTheBetterVerifiedWins) {
 }
 
 TEST(Gap, ARepeatFrameAloneCountsOnlyWhenAllOfItFits) {
-  struct {
-    std::vector<int> sent;
-    const char *name, *misc;
-  } const cases[] = {
-      {{9024, 2256, 564}, "NEC", "no repeat: repeat frame"},
-      {{8900, 2330, 480}, "NEC", "no repeat: repeat frame"},
-      {{9024, 2256, 564, 96000, 9024, 2256, 564, 96000}, "NEC", "+ 1 ditto: repeat frame"},
-      {{4512, 4512, 564, 564, 564}, "NECx", "no repeat: repeat frame"},
-      {{4512, 4512, 564, 1692, 564}, "NECx", "no repeat: repeat frame"},
-      {{9024, 2256, 1128}, "", ""},
-      {{9024, 2256, 200}, "", ""},
-      {{9024, 2600, 564}, "", ""},
-      {{7500, 2256, 564}, "", ""},
-      {{9650, 1630, 590}, "NEC", "no repeat: repeat frame"},  // a late first edge
-      {{6223, 3062, 812, 338, 808}, "", ""},
-      {{9024, 4512, 564}, "", ""},
-      {{9024, 2256, 564, 564, 564}, "", ""},
-      {{4512, 4512, 564}, "", ""},
+  const std::pair<std::vector<int>, const char*> cases[] = {
+      {{9024, 2256, 564}, "NEC [no repeat: repeat frame]"},
+      {{8900, 2330, 480}, "NEC [no repeat: repeat frame]"},
+      {{9024, 2256, 564, 96000, 9024, 2256, 564, 96000}, "NEC [+ 1 ditto: repeat frame]"},
+      {{4512, 4512, 564, 564, 564}, "NECx [no repeat: repeat frame]"},
+      {{4512, 4512, 564, 1692, 564}, "NECx [no repeat: repeat frame]"},
+      {{9024, 2256, 1128}, " []"},
+      {{9024, 2256, 200}, " []"},
+      {{9024, 2600, 564}, " []"},
+      {{7500, 2256, 564}, " []"},
+      {{9650, 1630, 590}, "NEC [no repeat: repeat frame]"},  // a late first edge
+      {{6223, 3062, 812, 338, 808}, " []"},
+      {{9024, 4512, 564}, " []"},
+      {{9024, 2256, 564, 564, 564}, " []"},
+      {{4512, 4512, 564}, " []"},
   };
-  for (const auto& c : cases) {
-    const Result result = call(c.sent);
-    EXPECT_EQ(result.name, c.name) << irp::csv(c.sent);
-    EXPECT_EQ(result.misc, c.misc) << irp::csv(c.sent);
-    EXPECT_EQ(result.obc, -1);
-  }
+  for (const auto& [sent, wanted] : cases) EXPECT_EQ(text(call(sent)), wanted) << irp::csv(sent);
 }
 
 TEST(Gap, ACleanFrameOfNoProtocolGivesItsBits) {

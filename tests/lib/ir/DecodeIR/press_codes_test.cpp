@@ -29,18 +29,12 @@ TEST(PressCodes, NamesNumbersAndRemarks) {
 }
 
 TEST(PressCodes, TheCarrierTellsPairsApart) {
-  struct {
-    const char* protocol;
-    irp::Parameters given;
-    const char* name;
-  } const cases[] = {
-      {"Amino-56", {{"D", 9}, {"F", 37}}, "Amino-56"},
-      {"Zaptor-56", {{"D", 16}, {"S", 3}, {"F", 63}, {"E", 7}}, "Zaptor-56"},
-      {"Sejin-1-56", {{"D", 16}, {"F", 126}, {"S", 9}}, "Sejin-1-56"},
+  const std::pair<const char*, irp::Parameters> cases[] = {
+      {"Amino-56", {{"D", 9}, {"F", 37}}},
+      {"Zaptor-56", {{"D", 16}, {"S", 3}, {"F", 63}, {"E", 7}}},
+      {"Sejin-1-56", {{"D", 16}, {"F", 126}, {"S", 9}}},
   };
-  for (const auto& c : cases) {
-    EXPECT_EQ(call(frame(c.protocol, c.given), 56000).name, c.name);
-  }
+  for (const auto& [name, given] : cases) EXPECT_EQ(call(frame(name, given), 56000).name, name);
 }
 
 TEST(PressCodes, FailingChecksHaveNoName) {
@@ -61,50 +55,39 @@ TEST(PressCodes, FailingChecksHaveNoName) {
 }
 
 TEST(PressCodes, CutFramesHaveNoName) {
-  expectCutsUnnamed(Pieces::kBeginningsAndEnds,
-                    {
-                        {"TDC-38", {{"D", 10}, {"S", 26}, {"F", 74}}},
-                        {"OrtekMCE", {{"D", 21}, {"F", 34}}},
-                        {"Amino", {{"D", 9}, {"F", 37}}},
-                        {"Zaptor-36", {{"D", 16}, {"S", 3}, {"F", 63}, {"E", 7}}},
-                        {"Sejin-1-38", {{"D", 16}, {"F", 126}, {"S", 9}, {"E", 2}}},
-                    });
+  expectPiecesUnnamed({
+      {"TDC-38", {{"D", 10}, {"S", 26}, {"F", 74}}},
+      {"OrtekMCE", {{"D", 21}, {"F", 34}}},
+      {"Amino", {{"D", 9}, {"F", 37}}},
+      {"Zaptor-36", {{"D", 16}, {"S", 3}, {"F", 63}, {"E", 7}}},
+      {"Sejin-1-38", {{"D", 16}, {"F", 126}, {"S", 9}, {"E", 2}}},
+  });
 }
 
 TEST(PressCodes, StartFrameAndBodyAreOneFrame) {
   struct {
-    const char *protocol, *misc, *alone;
+    const char *protocol, *whole, *body;
   } const cases[] = {
-      {"Blaupunkt", "+ 1 copy", "Blaupunkt"},
-      {"NRC16", "+ 1 copy", "NRC16{body}"},
-      {"NRC17", "no repeat", "NRC17{body}"},
+      {"Blaupunkt", "Blaupunkt D5 F33 H33 [+ 1 copy]", "Blaupunkt D5 F33 H33 [no repeat]"},
+      {"NRC16", "NRC16 D5 F33 H132 [+ 1 copy]", "NRC16{body} D5 F33 H132 [no repeat]"},
+      {"NRC17", "NRC17 D5 F33 H132 [no repeat]", "NRC17{body} D5 F33 H132 [no repeat]"},
   };
   const irp::Parameters given = {{"D", 5}, {"F", 33}};
   for (const auto& c : cases) {
-    const std::vector<int> sent = signal(c.protocol, given, 1);
-    const Result whole = call(sent);
-    EXPECT_EQ(whole.name, c.protocol);
-    EXPECT_EQ(whole.device, 5);
-    EXPECT_EQ(whole.obc, 33);
-    EXPECT_EQ(whole.misc, c.misc);
-
-    const std::vector<int> body = contract::single_frame(irp::protocol(c.protocol), given, "2");
-    const Result alone = call(body);
-    EXPECT_EQ(alone.name, c.alone);
-    EXPECT_EQ(alone.obc, 33);
+    EXPECT_EQ(text(call(signal(c.protocol, given, 1))), c.whole);
+    EXPECT_EQ(text(call(contract::single_frame(irp::protocol(c.protocol), given, "2"))), c.body);
   }
 }
 
 /// Frames of OrtekMCE, given by what they say of their place in the press.
 std::vector<int> ortek(const std::vector<int>& places) {
+  const irp::Protocol one("one",
+                          "{38.6k,480}<1,-1|-1,1>(4,-1,D:5,P:2,F:6,C:4,-48m)"
+                          "{C=3+#D+#P+#F,D=21,F=34}[P:0..2]");
   std::vector<int> sent;
   for (const int place : places) {
-    const std::vector<int> one = irp::Protocol("one",
-                                               "{38.6k,480}<1,-1|-1,1>(4,-1,D:5,P:2,F:6,C:4,-48m)"
-                                               "{C=3+#D+#P+#F,D=21,F=34}[P:0..2]")
-                                     .render({{"P", place}})
-                                     .whole();
-    sent.insert(sent.end(), one.begin(), one.end());
+    const std::vector<int> next = one.render({{"P", place}}).whole();
+    sent.insert(sent.end(), next.begin(), next.end());
   }
   return sent;
 }
@@ -121,10 +104,7 @@ TEST(OrtekMce, TheRemarkTellsWhatIsMissingOfThePress) {
       {{0, 2}, "+ 1 copy"},
   };
   for (const auto& [places, misc] : cases) {
-    const Result result = call(ortek(places));
-    EXPECT_EQ(result.name, "OrtekMCE");
-    EXPECT_EQ(result.misc, misc);
-    EXPECT_EQ(result.obc, 34);
+    EXPECT_EQ(text(call(ortek(places))), "OrtekMCE D21 F34 H17 [" + std::string(misc) + ']');
   }
 }
 
@@ -133,20 +113,12 @@ TEST(Amino, TheFramesOfAPressAreCopies) {
 }
 
 TEST(Solidtek, OtherLengths) {
-  const std::pair<const char*, const char*> cases[] = {
-      {"{38k}<-624,468|468,-624>(1820,-590,0:1,8:4,33:6,9:6,5:4,1:1,-143m)", "Solidtek20"},
-      {"{38k}<-624,468|468,-624>(1820,-590,0:1,5:4,6:4,1:1,-143m)", "S:10-5340"},
-      {"{38k}<-624,468|468,-624>(1820,-590,0:1,5:4,6:5,1:1,-143m)", ""},
-      {"{38k}<-624,468|468,-624>(1820,-590,0:1,5:4,6:4,0:1,-143m)", ""},
-  };
-  for (const auto& [definition, name] : cases) {
-    const Result result = call(broken(definition));
-    if (*name == '\0') {
-      EXPECT_FALSE(isNamed(result)) << result.name;
-    } else {
-      EXPECT_EQ(result.name, name);
-    }
-  }
+  const std::string start = "{38k}<-624,468|468,-624>(1820,-590,0:1,";
+  const auto name = [&](const char* bits) { return call(broken((start + bits).c_str())).name; };
+  EXPECT_EQ(name("8:4,33:6,9:6,5:4,1:1,-143m)"), "Solidtek20");
+  EXPECT_EQ(name("5:4,6:4,1:1,-143m)"), "S:10-5340");
+  expectUnnamed({{"a bit more", start + "5:4,6:5,1:1,-143m)"},
+                 {"another last bit", start + "5:4,6:4,0:1,-143m)"}});
 }
 
 }  // namespace

@@ -55,20 +55,18 @@ TEST(PulseWidth, TheGapTellsTheKindsOfF12) {
 }
 
 TEST(PulseWidth, CutFramesHaveNoName) {
-  expectCutsUnnamed(
-      Pieces::kBeginnings,
-      {
-          {"Sony12", {{"D", 1}, {"F", 21}}, {"Sony8"}},
-          {"Sony20", {{"D", 26}, {"S", 73}, {"F", 64}}, {"Sony8", "Sony12", "Sony15"}},
-          {"F12", {{"D", 3}, {"S", 1}, {"F", 64}}},
-          {"F32", {{"D", 1}, {"S", 2}, {"F", 3}, {"E", 4}}, {"F12"}},
-          {"pid-0003", {{"F", 33}}},
-          {"GXB", {{"D", 10}, {"F", 0x57}}},
-          {"Sunfire", {{"D", 1}, {"F", 2}}},
-          {"Elan", {{"D", 1}, {"F", 2}}},
-          {"Bryston", {{"D", 777}, {"F", 2}}},
-          {"arctech", {{"D", 16}, {"S", 3}, {"F", 1}}},
-      });
+  expectBeginningsUnnamed({
+      {"Sony12", {{"D", 1}, {"F", 21}}, {"Sony8"}},
+      {"Sony20", {{"D", 26}, {"S", 73}, {"F", 64}}, {"Sony8", "Sony12", "Sony15"}},
+      {"F12", {{"D", 3}, {"S", 1}, {"F", 64}}},
+      {"F32", {{"D", 1}, {"S", 2}, {"F", 3}, {"E", 4}}, {"F12"}},
+      {"pid-0003", {{"F", 33}}},
+      {"GXB", {{"D", 10}, {"F", 0x57}}},
+      {"Sunfire", {{"D", 1}, {"F", 2}}},
+      {"Elan", {{"D", 1}, {"F", 2}}},
+      {"Bryston", {{"D", 777}, {"F", 2}}},
+      {"arctech", {{"D", 16}, {"S", 3}, {"F", 1}}},
+  });
 }
 
 TEST(PulseWidth, FailingChecksAreRefused) {
@@ -90,17 +88,11 @@ TEST(PulseWidth, ALastMarkBetweenZeroAndOneIsNoBit) {
 }
 
 TEST(PulseWidth, TheSonyDspSequenceComesInPieces) {
-  std::array<unsigned, 16> context{};
-  std::vector<int> sent = signal("SonyDSP", {{"F", 3}}, 1);
-  const int bursts = static_cast<int>(sent.size() / 2);
-  std::vector<std::string> names;
-  for (int i = 0; i < 10; ++i) {
-    const Result result = call(sent, kCarrier, bursts, 0, &context);
-    if (result.name.empty()) break;
-    names.push_back(result.name + ' ' + std::to_string(result.obc));
+  Press press(signal("SonyDSP", {{"F", 3}}, 1));
+  for (const char* wanted : {"Sony15 96", "Sony8 195", "Sony8 81", "Sony8 3", "Sony15 18", " -1"}) {
+    const Result result = press.next();
+    EXPECT_EQ(result.name + ' ' + std::to_string(result.obc), wanted);
   }
-  EXPECT_EQ(names, (std::vector<std::string>{"Sony15 96", "Sony8 195", "Sony8 81", "Sony8 3",
-                                             "Sony15 18"}));
 }
 
 }  // namespace

@@ -39,14 +39,14 @@ TEST(SymbolCodes, NamesNumbersAndRemarks) {
 }
 
 TEST(SymbolCodes, CutFramesHaveNoName) {
-  expectCutsUnnamed(Pieces::kBeginnings, {
-                                             {"DirecTV_P3", {{"D", 12}, {"F", 131}}},
-                                             {"Xiaomi", {{"D", 154}, {"F", 66}}},
-                                             {"Somfy", {{"D", 5}, {"F", 1}}},
-                                             {"Nokia12", {{"D", 8}, {"F", 65}}},
-                                             {"Zenith5", {{"S", 1}, {"F", 18}}},
-                                             {"X10-command", {{"C", 3}}},
-                                         });
+  expectBeginningsUnnamed({
+      {"DirecTV_P3", {{"D", 12}, {"F", 131}}},
+      {"Xiaomi", {{"D", 154}, {"F", 66}}},
+      {"Somfy", {{"D", 5}, {"F", 1}}},
+      {"Nokia12", {{"D", 8}, {"F", 65}}},
+      {"Zenith5", {{"S", 1}, {"F", 18}}},
+      {"X10-command", {{"C", 3}}},
+  });
 }
 
 TEST(SymbolCodes, FailingChecksHaveNoName) {
@@ -88,9 +88,7 @@ TEST(SymbolCodes, OneOddDurationIsForgivenAtTheEndsOrWhereAllBitsAreChecked) {
 TEST(SymbolCodes, NokiaMarksMayBeShortInEveryBurst) {
   std::vector<int> sent = frame("Nokia32", {{"D", 36}, {"S", 128}, {"F", 4}, {"X", 3}, {"T", 1}});
   for (size_t i = 2; i < sent.size(); i += 2) sent[i] -= 28;
-  const Result result = call(sent);
-  EXPECT_EQ(result.name, "Nokia32");
-  EXPECT_EQ(result.obc, 4);
+  EXPECT_EQ(text(call(sent)), "Nokia32 D36 S128 F4 H4 [no repeat: X=3 T=1]");
 }
 
 TEST(DirecTV, ParameterIsToldByCarrierAndGap) {
@@ -118,32 +116,25 @@ class Xmp : public testing::Test {
 };
 
 TEST_F(Xmp, HalvesAreNamedAlone) {
-  const Result first = call(first_);
-  EXPECT_EQ(first.name, "XMP:16.062-device");
-  EXPECT_EQ(first.misc, "no repeat: first half, OEM = 68");
-  EXPECT_EQ(first.obc, -1);
+  EXPECT_EQ(text(call(first_)), "XMP:16.062-device D62 S16 [no repeat: first half, OEM = 68]");
   const Result second = call(second_);
-  EXPECT_EQ(second.name, "XMP:16.015-function");
-  EXPECT_EQ(second.misc, "no repeat: second half, OBC2 = 33 Hex2 = 21");
-  EXPECT_EQ(second.device, -1);
+  EXPECT_EQ(text(second),
+            "XMP:16.015-function S16 F15 H15 [no repeat: second half, OBC2 = 33 Hex2 = 21]");
   EXPECT_EQ(second.hex[1], 33);
 }
 
 TEST_F(Xmp, TwoLengthsAloneAreNoHalf) {
-  EXPECT_FALSE(isNamed(call(
-      {264, 792, 264, 792, 264, 792, 264, 1848, 264, 792, 264, 792, 264, 1848, 264, 1848, 264})));
+  expectUnnamed("Sharp", {264, 792, 264, 792, 264, 792, 264, 1848, 264, 792, 264, 792, 264, 1848,
+                          264, 1848, 264});
 }
 
 TEST_F(Xmp, AFrameWithADamagedHalfHasNoName) {
   for (const size_t space : {1U, 7U, 9U, 19U, 25U, 33U}) {
     std::vector<int> sent = whole_;
     sent[space] += sent[space] < 1500 ? 136 : -136;
-    const Result result = call(sent);
-    EXPECT_FALSE(isNamed(result)) << space << ": " << result.name;
+    expectUnnamed("space " + std::to_string(space), sent);
   }
-  std::vector<int> cut = whole_;
-  cut.resize(31);
-  EXPECT_FALSE(isNamed(call(cut)));
+  expectUnnamed("cut", {whole_.begin(), whole_.begin() + 31});
 }
 
 TEST_F(Xmp, AStrayMarkBeforeTheFrameDoesNotHideIt) {
@@ -166,22 +157,16 @@ TEST_F(Xmp, FramesOfAPressAreCopiesAlthoughTheirToggleDigitDiffers) {
 
 TEST(X10, AStartFrameAndItsRepeatsAreOnePress) {
   const std::vector<int> sent = signal("X10.n", {{"F", 9}, {"N", 5}}, 2);
-  const Result result = call(sent);
-  EXPECT_EQ(result.name, "X10:5");
-  EXPECT_EQ(result.obc, 9);
-  EXPECT_TRUE(result.misc.starts_with("+ ")) << result.misc;
-
-  const Result alone = call({sent.begin(), sent.begin() + 19});
-  EXPECT_EQ(alone.name, "X10:5");
-  EXPECT_EQ(alone.misc, "no repeat: only start frame");
+  EXPECT_TRUE(text(call(sent)).starts_with("X10:5 F9 H18 [+ "));
+  EXPECT_EQ(text(call({sent.begin(), sent.begin() + 19})),
+            "X10:5 F9 H18 [no repeat: only start frame]");
 }
 
 TEST(X10, AStartFrameThatItsRepeatContradictsIsInvalid) {
   std::vector<int> sent = signal("X10.n", {{"F", 9}, {"N", 5}}, 2);
   const std::vector<int> other = signal("X10.n", {{"F", 8}, {"N", 5}}, 2);
   std::copy(other.begin(), other.begin() + 20, sent.begin());
-  const Result result = call(sent);
-  EXPECT_EQ(result.error, "invalid signal");
+  EXPECT_EQ(call(sent).error, "invalid signal");
 }
 
 }  // namespace
