@@ -43,8 +43,53 @@ std::string unknown_line() {
   return line + ",420";
 }
 
+/// Device 5, function 21 in half bits of 889 µs: a one is a space and a mark.
+std::string rc5_line() {
+  constexpr uint32_t kBits = 0b1'0'00101'010101;  // second start bit, toggle, device, function
+  std::vector<int> durations = {889};
+  bool mark = true;
+  const auto add = [&](bool is_mark) {
+    if (is_mark == mark) {
+      durations.back() += 889;
+    } else {
+      durations.push_back(889);
+    }
+    mark = is_mark;
+  };
+  for (int i = 12; i >= 0; --i) {
+    const bool one = (kBits >> i & 1) != 0;
+    add(!one);
+    add(one);
+  }
+  if (!mark) durations.pop_back();
+  std::string line;
+  for (const int us : durations) line += std::to_string(us) + ',';
+  return line;
+}
+
+/// Two halves of eight nibbles, each space longer by 136 µs a step; both add up to 0 modulo 16.
+std::string xmp_line() {
+  std::string line;
+  for (const int nibble : {0, 9, 0, 15, 4, 4, 0, 0}) {
+    line += "210," + std::to_string(760 + 136 * nibble) + ',';
+  }
+  line += "210,13800,";
+  for (const int nibble : {0, 10, 0, 0, 2, 4, 0, 0}) {
+    line += "210," + std::to_string(760 + 136 * nibble) + ',';
+  }
+  return line + "210";
+}
+
+std::string noise_line(int bursts) {
+  std::mt19937 random(1);
+  std::uniform_int_distribution<int> us(100, 2500);
+  std::string line;
+  for (int i = 0; i < 2 * bursts - 1; ++i) line += std::to_string(us(random)) + ',';
+  return line;
+}
+
 ir_packet packet_of(const std::string& line) {
-  std::array<uint16_t, 100> list = {};
+  std::array<uint16_t, 255> list = {};
   ir_packet packet = {};
   packet.len = static_cast<uint8_t>(csv_to_buf(line.c_str(), list.data(), sizeof list));
   std::copy_n(list.begin(), packet.len, packet.buf);
@@ -116,17 +161,22 @@ void own_family_path(benchmark::State& state) {
 }
 BENCHMARK(own_family_path);
 
-void signal_analysis(benchmark::State& state) {
-  ir_packet packet = packet_of(nec_line(0x00FF08F7));
+void signal_analysis(benchmark::State& state, const std::string& line) {
+  ir_packet packet = packet_of(line);
   measure(state, [&] { DecodeIR(&packet, packet.len); });
 }
-BENCHMARK(signal_analysis);
+BENCHMARK_CAPTURE(signal_analysis, nec, nec_line(0x00FF08F7));
+BENCHMARK_CAPTURE(signal_analysis, rc5, rc5_line());
+BENCHMARK_CAPTURE(signal_analysis, xmp, xmp_line());
+BENCHMARK_CAPTURE(signal_analysis, noise50, noise_line(50));
+BENCHMARK_CAPTURE(signal_analysis, noise100, noise_line(100));
 
-void matchers(benchmark::State& state) {
-  ir_packet packet = packet_of(nec_line(0x00FF08F7));
+void matchers(benchmark::State& state, const std::string& line) {
+  ir_packet packet = packet_of(line);
   measure(state, [&] { arduino_decode(&packet, packet.len); });
 }
-BENCHMARK(matchers);
+BENCHMARK_CAPTURE(matchers, nec, nec_line(0x00FF08F7));
+BENCHMARK_CAPTURE(matchers, unknown, unknown_line());
 
 void whole_path(benchmark::State& state, const std::string& line) {
   measure(state, [&] { decode_line(line.c_str()); });
