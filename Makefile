@@ -44,6 +44,7 @@ coverage:
 	packaging/install-dependencies coverage
 	cmake --preset coverage
 	cmake --build --preset coverage
+	find build-coverage -name '*.gcda' -delete  # counts of an older build
 	ctest --preset coverage
 	cmake --build --preset coverage --target coverage_report
 
