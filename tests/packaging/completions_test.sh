@@ -1,11 +1,12 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# completions_test.sh BUILD_DIR PACKAGING_DIR: the completions and the manual page know every command and
-# option that the program's own help shows, and no other.
+# completions_test.sh BUILD_DIR PACKAGING_DIR COMPANION...: the completions and the manual pages know
+# every command and option that the programs' own help shows, and no other.
 set -euo pipefail
 build=$(realpath "$1")
 vantrel=$build/vantrel
 cd "$2"
+companions=("${@:3}")
 failures=0
 
 same() {  # same WHAT WANTED GOT
@@ -50,7 +51,7 @@ done
 
 # shellcheck disable=SC1091
 source completions/companions.bash
-for companion in vantrel-json vantrel-plot; do
+for companion in "${companions[@]}"; do
   options=$("$build/$companion" --help | sed -n 's/^  -., \(--[a-z]\+\) .*/\1/p' | words)
   COMP_WORDS=("$companion" --)
   COMP_CWORD=1
