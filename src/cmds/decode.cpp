@@ -6,20 +6,21 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
-#include <cstdlib>
-#include <cstring>
 #include <memory>
 #include <new>
 #include <span>
 #include <string_view>
+#include <vector>
 
 #include "lib/csv.h"
 #include "lib/ir/decode_families.h"
 #include "lib/libcmds/cmds.h"
 #include "lib/libfile/getline.h"
 #include "lib/liblog/logging.h"
+#include "lib/libutil/number.h"
 #include "lib/libutil/output.h"
 #include "lib/libutil/startup.h"
+#include "lib/pronto/pronto.h"
 #include "src/cmds/decode_listen.h"
 #include "src/common.h"
 
@@ -87,12 +88,11 @@ int decode_file(const char* path) {
 int decode_raw(const char* text) {
   EntryList list;
   // Each step goes over the sign of a number, or the separator before it and its sign.
-  const char* const end = text + std::strlen(text);
-  for (const char* at = text + 1; at < end;) {
-    char* stop = nullptr;
-    list.add(static_cast<uint16_t>(std::strtol(at, &stop, 10)));
-    const char* separator = stop + std::strcspn(stop, " ,");
-    at = end - separator > 2 ? separator + 2 : end;
+  constexpr size_t kSeparatorAndSign = 2;
+  for (std::string_view rest = text + 1; !rest.empty();) {
+    list.add(static_cast<uint16_t>(number::take(rest)));
+    const size_t separator = std::min(rest.find_first_of(" ,"), rest.size());
+    rest.remove_prefix(std::min(separator + kSeparatorAndSign, rest.size()));
   }
   if (list.overflowed()) {
     _log(2, "[W] %s(%d): more than %zu entries, the rest is cut\n", __func__, __LINE__,
@@ -177,37 +177,6 @@ constinit cmd_mgr manager = {{}, &cmd_entry_decode};
   _register_cmd(&manager);
 }
 
-/// A Pronto text: four header words, then the durations of both sequences as words.
-struct pronto_pattern {
-  std::array<uint16_t, 4> header = {};
-  size_t header_words = 0;
-  EntryList bursts;
-};
-
-pronto_pattern read_pronto(const char* text) {
-  constexpr const char* kSeparators = ", ";
-  pronto_pattern pattern;
-  for (const char* at = text + std::strspn(text, kSeparators); *at != '\0';
-       at += std::strspn(at, kSeparators)) {
-    const auto word = static_cast<uint16_t>(std::strtol(at, nullptr, 16));
-    at += std::strcspn(at, kSeparators);
-    if (pattern.header_words < pattern.header.size()) {
-      pattern.header[pattern.header_words++] = word;
-    } else {
-      pattern.bursts.add(word);
-    }
-  }
-  return pattern;
-}
-
-// The carrier period in µs: the frequency word counts units of 1 / 4.145146 µs.
-uint32_t carrier_period_us(uint16_t frequency_word) {
-  constexpr uint64_t kWordScale = 1000000;
-  constexpr uint64_t kWordsPerSecond = 4145146;
-  return static_cast<uint32_t>((frequency_word * kWordScale + kWordsPerSecond / 2) /
-                               kWordsPerSecond);
-}
-
 }  // namespace
 
 void decodeit(ir_packet* p) {
@@ -227,38 +196,32 @@ void decode_line(const char* line) {
 }
 
 int pronto_buf_to_raw(const char* text) {
-  constexpr uint16_t kLearned = 0x0000;
-  constexpr uint16_t kUnmodulated = 0x0100;
-  constexpr uint16_t kGapScale = 1000;
-
-  pronto_pattern pattern = read_pronto(text);
-  const auto [format, frequency, once_pairs, repeat_pairs] = pattern.header;
-  if (format != kLearned && format != kUnmodulated) return 0;
-  const size_t once = size_t{2} * once_pairs;
-  const size_t total = once + size_t{2} * repeat_pairs;
-  if (pattern.header_words < pattern.header.size() || pattern.bursts.count() != total) {
+  const std::vector<uint16_t> words = pronto::words_of(text);
+  pronto::code code;
+  const pronto::result result = pronto::parse_code(words, &code);
+  if (result == pronto::result::kWrongSize) {
     _log(1, "[E] %s(%d): Pronto Hex is invalid, invalid size\n", __func__, __LINE__);
-    return 0;
   }
-  if (pattern.bursts.overflowed()) {
+  if (result != pronto::result::kGood) return 0;
+  if (code.once.size() + code.repeat.size() > kMostEntries) {
     _log(2, "[W] %s(%d): more than %zu entries, the rest is cut\n", __func__, __LINE__,
          kMostEntries);
   }
 
-  const uint32_t period_us = carrier_period_us(frequency);
-  const std::span<uint16_t> list = pattern.bursts.kept();
-  for (size_t i = 0; i < list.size(); ++i) {
-    uint32_t duration = list[i] * period_us;
-    if (i + 1 == once || i + 1 == total) duration /= kGapScale;  // the final gaps, in ms
-    list[i] = static_cast<uint16_t>(duration);
-  }
-  // Without its final gap, and as far as the list holds it.
-  const auto sequence = [list](size_t from, size_t to) {
-    const size_t first = std::min(from, list.size());
-    return list.subspan(first, std::min(to > from ? to - 1 : from, list.size()) - first);
+  const uint32_t period_us = pronto::period_us(code.frequency);
+  std::array<uint16_t, kMostEntries> list;
+  // Both sequences share the list, so a long first one leaves no room for the second.
+  const auto decode_frame = [&](const pronto::sequence& sequence, size_t used) {
+    const size_t room = kMostEntries - std::min(used, kMostEntries);
+    const auto words_kept = sequence.frame.first(std::min(sequence.frame.size(), room));
+    const auto end = std::transform(
+        words_kept.begin(), words_kept.end(), list.begin(),
+        [period_us](uint16_t word) { return static_cast<uint16_t>(word * period_us); });
+    print_and_decode({list.begin(), end});
   };
-  if (once > 0 || total == 0) print_and_decode(sequence(0, once));
-  if (total == 0) return 0;
-  print_and_decode(repeat_pairs > 0 ? sequence(once, total) : sequence(0, once));
+  const bool has_repeat = code.repeat.size() > 0;
+  if (code.once.size() > 0 || !has_repeat) decode_frame(code.once, 0);
+  if (has_repeat) decode_frame(code.repeat, code.once.size());
+  if (code.once.size() > 0 && !has_repeat) decode_frame(code.once, 0);
   return 0;
 }

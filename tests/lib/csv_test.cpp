@@ -42,7 +42,7 @@ TEST(Csv, FieldsBecomeEntries) {
   }
 }
 
-TEST(Csv, NumbersReadAsStrtolReadsThem) {
+TEST(Csv, NumbersReadAsStrtollReadsThem) {
   const char* pieces[] = {"",  "0", "-", "+", " ", "9", "18446744073709551", "922337203685477580",
                           "7", "8", "x", "\t"};
   for (const char* a : pieces) {
@@ -51,7 +51,7 @@ TEST(Csv, NumbersReadAsStrtolReadsThem) {
         const std::string field = std::string(a) + b + c;
         buffer buf{};
         csv_to_buf((field + ",1").c_str(), buf.data(), sizeof buf);
-        EXPECT_EQ(buf[0], static_cast<uint16_t>(std::strtol(field.c_str(), nullptr, 10))) << field;
+        EXPECT_EQ(buf[0], static_cast<uint16_t>(std::strtoll(field.c_str(), nullptr, 10))) << field;
       }
     }
   }
