@@ -6,19 +6,22 @@
 #include "src/cmds/ir_transmit.h"
 
 #include <algorithm>
+#include <cinttypes>
 #include <cstdint>
 #include <cstdio>
-#include <cstdlib>
 #include <limits>
 #include <optional>
 #include <span>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "lib/libcmds/cmds.h"
 #include "lib/liblog/logging.h"
+#include "lib/libutil/number.h"
 #include "lib/libutil/output.h"
 #include "lib/libutil/startup.h"
+#include "lib/pronto/pronto.h"
 #include "src/session.h"
 
 namespace {
@@ -27,48 +30,50 @@ constexpr uint16_t kRequiredMajor = 4;
 constexpr uint16_t kRequiredMinor = 7;
 constexpr uint16_t kKillRequiredMinor = 8;
 
-constexpr long kDefaultIk = 50;
-constexpr long kDefaultRepeat = 1;
-constexpr long kMostRepeats = 10;
+constexpr int64_t kDefaultIk = 50;
+constexpr int64_t kDefaultRepeat = 1;
+constexpr int64_t kMostRepeats = 10;
 
 // Inter-key delays up to the first limit are ms, above it µs.
-constexpr long kLeastIkMs = 10;
-constexpr long kMostIkMs = 1000;
-constexpr long kLeastIkUs = 15000;
-constexpr long kMostIkUs = 65000;
+constexpr int64_t kLeastIkMs = 10;
+constexpr int64_t kMostIkMs = 1000;
+constexpr int64_t kLeastIkUs = 15000;
+constexpr int64_t kMostIkUs = 65000;
 
-constexpr long kLongestDuration = std::numeric_limits<uint16_t>::max();
-constexpr size_t kMostEntries = std::numeric_limits<int16_t>::max();  // as the device counts them
-constexpr size_t kLeadingEntries = 1;                                 // the 0 that sendRaw adds
+constexpr int64_t kLongestDuration = std::numeric_limits<uint16_t>::max();
+constexpr int64_t kLargestWord = std::numeric_limits<uint16_t>::max();  // of Pronto hex
+constexpr size_t kMostEntries = std::numeric_limits<int16_t>::max();    // as the device counts them
+constexpr size_t kLeadingEntries = 1;                                   // the 0 that sendRaw adds
 
-constexpr int kDecimal = 10;
-constexpr int kHexadecimal = 16;
-
-// Pronto hex: a format, a frequency and two counts, then pairs of a mark and a space.
-constexpr size_t kProntoHeader = 4;
-constexpr long kLearned = 0x0000;
-constexpr long kLearnedUnmodulated = 0x0100;
-constexpr long kLargestWord = 0xFFFF;
-// The frequency word counts periods of this many Hz.
-constexpr long kProntoClock = 4'145'146;
-constexpr long kUsPerSecond = 1'000'000;
-constexpr uint64_t kUsPerMs = 1000;
+constexpr std::string_view kSeparators = " ,";
 
 using durations = std::vector<uint16_t>;
 
 transport::dev_t* ldev = nullptr;  // the device of the current invocation
 
-/// The numbers of a text, separated by spaces and commas.
-std::vector<long> parse_numbers(const char* text, int base) {
-  constexpr std::string_view kSeparators = " ,";
-  std::vector<long> numbers;
-  std::string_view rest = text;
-  while (true) {
-    rest.remove_prefix(std::min(rest.find_first_not_of(kSeparators), rest.size()));
-    if (rest.empty()) return numbers;
-    numbers.push_back(std::strtol(rest.data(), nullptr, base));
-    rest.remove_prefix(std::min(rest.find_first_of(kSeparators), rest.size()));
+/// The numbers of a text between blanks and commas, or the first piece that is none.
+struct number_list {
+  std::vector<int64_t> numbers;
+  std::optional<std::string_view> refused;
+};
+
+number_list parse_numbers(const char* text) {
+  number_list list;
+  for (const std::string_view piece : number::split(text, kSeparators)) {
+    const std::optional<int64_t> value = number::whole(piece);
+    if (!value) return {{}, piece};
+    list.numbers.push_back(*value);
   }
+  return list;
+}
+
+bool is_within(int64_t value, int64_t least, int64_t most) {
+  return value >= least && value <= most;
+}
+
+/// For "%.*s".
+int length_of(std::string_view text) {
+  return static_cast<int>(text.size());
 }
 
 bool is_too_long(size_t entries) {
@@ -79,17 +84,27 @@ bool is_too_long(size_t entries) {
 }
 
 /// `numbers` as durations; nothing, with the message, when one does not fit.
-std::optional<durations> to_durations(std::span<const long> numbers) {
+std::optional<durations> to_durations(std::span<const int64_t> numbers) {
   durations list;
   list.reserve(numbers.size());
-  for (const long number : numbers) {
-    if (number < 0 || number > kLongestDuration) {
-      _log(1, "[E] %s(%d): Error: duration out of range: %ld\n", __func__, __LINE__, number);
+  for (const int64_t value : numbers) {
+    if (value < 0 || value > kLongestDuration) {
+      _log(1, "[E] %s(%d): Error: duration out of range: %" PRId64 "\n", __func__, __LINE__, value);
       return std::nullopt;
     }
-    list.push_back(static_cast<uint16_t>(number));
+    list.push_back(static_cast<uint16_t>(value));
   }
   return list;
+}
+
+void announce() {
+  std::printf("Transmitting IR Pattern...\n");
+  output::flush();
+}
+
+int done() {
+  std::printf("Done!\n");
+  return 0;
 }
 
 /// Echoes and transmits `data` behind a leading 0 entry.
@@ -107,108 +122,110 @@ int sendRaw(std::span<const uint16_t> data, uint16_t ik, uint8_t repeats) {
   return 0;
 }
 
-/// A signed list; a number's sign only tells a reader mark from space.
+/// A signed list; a number's sign only tells a reader mark from space. Nothing, with the message,
+/// for a text that is none.
 std::optional<durations> decode_raw(const char* text) {
-  std::vector<long> numbers = parse_numbers(text, kDecimal);
-  if (is_too_long(numbers.size() + kLeadingEntries)) return std::nullopt;
-  for (long& number : numbers) {
-    if (number < 0)
-      number = number == std::numeric_limits<long>::min() ? kLongestDuration + 1 : -number;
+  auto [numbers, refused] = parse_numbers(text);
+  if (refused) {
+    _log(1, "[E] %s(%d): Error: not a number: %.*s\n", __func__, __LINE__, length_of(*refused),
+         refused->data());
+    return std::nullopt;
   }
-  return to_durations(numbers);
+  if (is_too_long(numbers.size() + kLeadingEntries)) return std::nullopt;
+  for (int64_t& value : numbers) {
+    constexpr int64_t kLowest = std::numeric_limits<int64_t>::min();
+    if (value < 0) value = value == kLowest ? kLongestDuration + 1 : -value;
+  }
+  std::optional<durations> list = to_durations(numbers);
+  if (!list) return std::nullopt;
+  announce();
+  if (list->empty()) {
+    _log(1, "[E] %s(%d): invalid line buffer, len = %d\n", __func__, __LINE__, length_of(text));
+    return std::nullopt;
+  }
+  return list;
 }
 
-/// One of the two sequences of a Pronto text: what is sent of it, and the gap that ends it.
-struct sequence {
+/// A sequence of a Pronto text as it is sent.
+struct frame {
   durations sent;
   uint64_t gap_us = 0;
-
-  [[nodiscard]] bool empty() const { return sent.empty(); }
 };
 
-struct pronto_pattern {
-  sequence once;
-  sequence repeat;
-};
-
-enum class pronto_result { kGood, kForeign, kWrongSize, kUnsendable };
-
-/// `words` end with the gap.
-std::optional<sequence> to_sequence(std::span<const long> words, long unit_us) {
-  sequence result;
-  if (words.empty()) return result;
-  std::vector<long> frame(words.begin(), words.end() - 1);
-  for (long& word : frame) word *= unit_us;
-  std::optional<durations> sent = to_durations(frame);
+std::optional<frame> to_frame(const pronto::sequence& sequence, uint32_t period_us) {
+  constexpr uint64_t kUsPerMs = 1000;
+  std::vector<int64_t> lengths;
+  for (const uint16_t word : sequence.frame) lengths.push_back(int64_t{word} * period_us);
+  std::optional<durations> sent = to_durations(lengths);
   if (!sent) return std::nullopt;
-  result.sent = std::move(*sent);
-  const auto gap_ms = static_cast<uint64_t>(words.back() * unit_us) / kUsPerMs;
-  result.gap_us = gap_ms * kUsPerMs;
-  return result;
+  return frame{std::move(*sent), sequence.gap_ms(period_us) * kUsPerMs};
 }
 
-pronto_result decode_pronto(const char* text, pronto_pattern* pattern) {
-  std::vector<long> words = parse_numbers(text, kHexadecimal);
-  const size_t count = words.size();
-  words.resize(std::max(count, kProntoHeader));
-  if (words[0] != kLearned && words[0] != kLearnedUnmodulated) return pronto_result::kForeign;
-
-  const bool are_words = std::all_of(words.begin(), words.end(),
-                                     [](long word) { return word >= 0 && word <= kLargestWord; });
-  const size_t once_size = are_words ? 2 * static_cast<size_t>(words[2]) : 0;
-  const size_t repeat_size = are_words ? 2 * static_cast<size_t>(words[3]) : 0;
-  if (are_words && count != kProntoHeader + once_size + repeat_size) {
-    return pronto_result::kWrongSize;
-  }
-  if (!are_words) {
-    _log(1, "[E] %s(%d): Error: Pronto Hex is invalid, word out of range\n", __func__, __LINE__);
-    return pronto_result::kUnsendable;
-  }
-  if (is_too_long(std::max(once_size, repeat_size))) return pronto_result::kUnsendable;
-
-  const long unit_us = (words[1] * kUsPerSecond + kProntoClock / 2) / kProntoClock;
-  const std::span<const long> bursts = std::span(words).subspan(kProntoHeader);
-  std::optional<sequence> once = to_sequence(bursts.first(once_size), unit_us);
-  if (!once) return pronto_result::kUnsendable;
-  std::optional<sequence> repeat = to_sequence(bursts.subspan(once_size), unit_us);
-  if (!repeat) return pronto_result::kUnsendable;
-  *pattern = {std::move(*once), std::move(*repeat)};
-  return pronto_result::kGood;
-}
-
-/// Sends a sequence and waits until its gap is over. A frame that does not get through has been
+/// Sends a frame and waits until its gap is over. A frame that does not get through has been
 /// reported by the transport and does not keep the next ones from being tried.
-void send_sequence(const sequence& frame) {
+void send_frame(const frame& one) {
   constexpr uint64_t kLongestIk = std::numeric_limits<uint16_t>::max();
-  const auto ik = static_cast<uint16_t>(std::min(frame.gap_us, kLongestIk));
-  sendRaw(frame.sent, ik, 1);
+  const auto ik = static_cast<uint16_t>(std::min(one.gap_us, kLongestIk));
+  sendRaw(one.sent, ik, 1);
   output::flush();
-  pause_us(frame.gap_us);
+  pause_us(one.gap_us);
 }
 
-/// The once sequence, then the repeat sequence (or the once sequence again) `repeats` times.
-void zarvo_send_pronto(const pronto_pattern& pattern, long repeats) {
-  if (!pattern.once.empty()) send_sequence(pattern.once);
-  const sequence& again = pattern.repeat.empty() ? pattern.once : pattern.repeat;
-  if (again.empty()) return;
-  for (long i = 0; i < repeats; i++) send_sequence(again);
+/// Sends the once sequence, then the repeat sequence (or the once sequence again) `repeats` times.
+/// A code without durations, or of the wrong size, is none to send, which is no failure.
+int zarvo_send_pronto(std::span<const uint16_t> words, uint8_t repeats) {
+  pronto::code code;
+  const pronto::result result = pronto::parse_code(words, &code);
+  std::optional<frame> once{std::in_place};
+  std::optional<frame> repeat{std::in_place};
+  if (result == pronto::result::kGood) {
+    if (is_too_long(std::max(code.once.size(), code.repeat.size()))) return -1;
+    const uint32_t period_us = pronto::period_us(code.frequency);
+    if (period_us == 0) {
+      _log(1, "[E] %s(%d): Error: Pronto Hex is invalid, carrier period is 0: %04X\n", __func__,
+           __LINE__, code.frequency);
+      return -1;
+    }
+    once = to_frame(code.once, period_us);
+    if (!once) return -1;
+    repeat = to_frame(code.repeat, period_us);
+    if (!repeat) return -1;
+  }
+  announce();
+  if (result == pronto::result::kWrongSize) {
+    _log(1, "[E] %s(%d): Pronto Hex is invalid, invalid size\n", __func__, __LINE__);
+  }
+  if (!once->sent.empty()) send_frame(*once);
+  const frame& again = repeat->sent.empty() ? *once : *repeat;
+  for (int i = 0; i < repeats && !again.sent.empty(); i++) send_frame(again);
+  return done();
+}
+
+int decode_pronto(const char* text, uint8_t repeats) {
+  std::vector<uint16_t> words;
+  bool fits = true;
+  for (const std::string_view piece : number::split(text, pronto::kSeparators)) {
+    const std::optional<int64_t> word = number::whole(piece, pronto::kBase);
+    if (!word) {
+      _log(1, "[E] %s(%d): Error: not a number: %.*s\n", __func__, __LINE__, length_of(piece),
+           piece.data());
+      return -1;
+    }
+    fits = fits && is_within(*word, 0, kLargestWord);
+    words.push_back(
+        static_cast<uint16_t>(is_within(*word, 0, kLargestWord) ? *word : kLargestWord));
+  }
+  if (!fits && pronto::holds_durations(words.front())) {
+    _log(1, "[E] %s(%d): Error: Pronto Hex is invalid, word out of range\n", __func__, __LINE__);
+    return -1;
+  }
+  return zarvo_send_pronto(words, repeats);
 }
 
 int kill_transmission() {
   std::printf("Killing IR transmitter....\n");
   if (zv_transmit_kill(ldev) < 0) std::printf("Error\n");
-  std::printf("Done!\n");
-  return 0;
-}
-
-void announce() {
-  std::printf("Transmitting IR Pattern...\n");
-  output::flush();
-}
-
-int done() {
-  std::printf("Done!\n");
-  return 0;
+  return done();
 }
 
 /// What `--key=value` gave: null when the key is absent, "" when it came without a value.
@@ -219,30 +236,11 @@ const char* option(const dictionary* opts, const char* key) {
   return size == 0 ? "" : static_cast<const char*>(value);
 }
 
-bool is_within(long value, long least, long most) {
-  return value >= least && value <= most;
-}
-
-std::optional<long> parse_ik(const char* text) {
-  if (text == nullptr) return kDefaultIk;
-  const long ik = std::strtol(text, nullptr, kDecimal);
-  if (is_within(ik, kLeastIkMs, kMostIkMs) || is_within(ik, kLeastIkUs, kMostIkUs)) return ik;
-  // Other limits than the ones applied: the text is the one that users know.
-  _log(1, "[E] %s(%d): interkey delay must be: 15 - 1000 (ms) or 150000 - 65000 (us)\n", "sendir",
-       __LINE__);
-  return std::nullopt;
-}
-
-std::optional<long> parse_repeat(const char* text) {
-  if (text == nullptr) return kDefaultRepeat;
-  if (*text == '\0') {
-    _log(1, "[E] %s(%d): must specify a repeat count\n", "sendir", __LINE__);
-    return std::nullopt;
-  }
-  const long repeat = std::strtol(text, nullptr, kDecimal);
-  if (is_within(repeat, 0, kMostRepeats)) return repeat;
-  _log(1, "[E] %s(%d): must specify a repeat <= 10\n", "sendir", __LINE__);
-  return std::nullopt;
+/// The number at the start of an option's text, 0 for none; `preset` when the option is absent.
+int64_t number_or(const char* text, int64_t preset) {
+  if (text == nullptr) return preset;
+  std::string_view rest = text;
+  return number::take(rest);
 }
 
 /// How often, and how far apart, a pattern goes out.
@@ -251,33 +249,40 @@ struct repetition {
   uint8_t count;
 };
 
-int send_raw_text(const char* text, repetition times) {
-  const std::optional<durations> list = decode_raw(text);
+// The overloads below are one command: its messages carry the command's name.
+struct raw_text {
+  const char* text;
+};
+struct csv_text {
+  const char* text;
+};
+
+int sendir(raw_text pattern, repetition times) {
+  const std::optional<durations> list = decode_raw(pattern.text);
   if (!list) return -1;
-  announce();
-  if (list->empty()) {
-    _log(1, "[E] %s(%d): invalid line buffer, len = %d\n", "decode_raw", __LINE__,
-         static_cast<int>(std::string_view(text).size()));
-    return -1;
-  }
   if (sendRaw(*list, times.ik, times.count) < 0) {
-    _log(1, "[E] %s(%d): Error sending pattern\n", "sendir", __LINE__);
+    _log(1, "[E] %s(%d): Error sending pattern\n", __func__, __LINE__);
   }
   return done();
 }
 
-int send_csv_text(const char* text, repetition times) {
+int sendir(csv_text pattern, repetition times) {
   constexpr size_t kFewestEntries = 3;
-  const std::vector<long> numbers = parse_numbers(text, kDecimal);
+  const auto [numbers, refused] = parse_numbers(pattern.text);
+  if (refused) {
+    _log(1, "[E] %s(%d): Error: not a number: %.*s\n", __func__, __LINE__, length_of(*refused),
+         refused->data());
+    return -1;
+  }
   const bool has_leading_zero = numbers.empty() || numbers.front() == 0;
   const bool is_even = numbers.size() % 2 == 0;
   if (has_leading_zero != is_even) {
-    _log(1, "[E] %s(%d): Error: invalid length, must be %s\n", "sendir", __LINE__,
+    _log(1, "[E] %s(%d): Error: invalid length, must be %s\n", __func__, __LINE__,
          has_leading_zero ? "even" : "odd");
     return -1;
   }
   if (numbers.size() < kFewestEntries) {
-    _log(1, "[E] %s(%d): Error: buffer can't be less than 4\n", "sendir", __LINE__);
+    _log(1, "[E] %s(%d): Error: buffer can't be less than 4\n", __func__, __LINE__);
     return -1;
   }
   if (is_too_long(numbers.size())) return -1;
@@ -287,21 +292,32 @@ int send_csv_text(const char* text, repetition times) {
   // As typed: only sendRaw puts a leading 0 in front.
   if (zv_transmit_raw(ldev, list->data(), static_cast<uint16_t>(list->size()), times.ik,
                       times.count) < 0) {
-    _log(1, "[E] %s(%d): Error: could not transmit data\n", "sendir", __LINE__);
+    _log(1, "[E] %s(%d): Error: could not transmit data\n", __func__, __LINE__);
   }
   return done();
 }
 
-int send_pronto_text(const char* text, repetition times) {
-  pronto_pattern pattern;
-  const pronto_result result = decode_pronto(text, &pattern);
-  if (result == pronto_result::kUnsendable) return -1;
-  announce();
-  if (result == pronto_result::kWrongSize) {
-    _log(1, "[E] %s(%d): Pronto Hex is invalid, invalid size\n", "zarvo_send_pronto", __LINE__);
+/// The options that say how to send; nothing, with the message, when they are out of range.
+std::optional<repetition> sendir(const dictionary* opts) {
+  const char* const ik_text = option(opts, "ik");
+  const int64_t ik = number_or(ik_text, kDefaultIk);
+  if (!is_within(ik, kLeastIkMs, kMostIkMs) && !is_within(ik, kLeastIkUs, kMostIkUs)) {
+    // Other limits than the ones applied: the text is the one that users know.
+    _log(1, "[E] %s(%d): interkey delay must be: 15 - 1000 (ms) or 150000 - 65000 (us)\n", __func__,
+         __LINE__);
+    return std::nullopt;
   }
-  if (result == pronto_result::kGood) zarvo_send_pronto(pattern, times.count);
-  return done();
+  const char* const repeat_text = option(opts, "repeat");
+  if (repeat_text != nullptr && *repeat_text == '\0') {
+    _log(1, "[E] %s(%d): must specify a repeat count\n", __func__, __LINE__);
+    return std::nullopt;
+  }
+  const int64_t count = number_or(repeat_text, kDefaultRepeat);
+  if (!is_within(count, 0, kMostRepeats)) {
+    _log(1, "[E] %s(%d): must specify a repeat <= 10\n", __func__, __LINE__);
+    return std::nullopt;
+  }
+  return repetition{static_cast<uint16_t>(ik), static_cast<uint8_t>(count)};
 }
 
 int sendir(int /*argc*/, const char** /*argv*/, const cmd* /*cmd*/, void* appdata,
@@ -311,18 +327,18 @@ int sendir(int /*argc*/, const char** /*argv*/, const cmd* /*cmd*/, void* appdat
     _log(1, "[E] %s(%d): Error: version >= 4.7.x required\n", __func__, __LINE__);
     return -1;
   }
-  const std::optional<long> ik = parse_ik(option(opts, "ik"));
-  if (!ik) return -1;
-  const std::optional<long> repeat = parse_repeat(option(opts, "repeat"));
-  if (!repeat) return -1;
-  const repetition times{static_cast<uint16_t>(*ik), static_cast<uint8_t>(*repeat)};
+  const std::optional<repetition> times = sendir(opts);
+  if (!times) return -1;
 
   struct source {
     const char* key;
     int (*send)(const char* text, repetition times);
   };
   constexpr source kSources[] = {
-      {"raw", send_raw_text}, {"csv", send_csv_text}, {"pronto", send_pronto_text}};
+      {"raw", [](const char* text, repetition r) { return sendir(raw_text{text}, r); }},
+      {"csv", [](const char* text, repetition r) { return sendir(csv_text{text}, r); }},
+      {"pronto", [](const char* text, repetition r) { return decode_pronto(text, r.count); }},
+  };
   const auto* chosen =
       std::find_if(std::begin(kSources), std::end(kSources),
                    [opts](const source& s) { return dict_has_key(opts, s.key) != 0; });
@@ -345,7 +361,7 @@ int sendir(int /*argc*/, const char** /*argv*/, const cmd* /*cmd*/, void* appdat
     _log(1, "[E] %s(%d): must specify a pattern\n", __func__, __LINE__);
     return -1;
   }
-  return chosen->send(text, times);
+  return chosen->send(text, *times);
 }
 
 const cmd_opt sendir_opts[] = {
@@ -382,8 +398,8 @@ cmd_mgr sendir_mgr;
 }  // namespace
 
 int toFrequencyKHz(int code) {
-  if (code <= 0) return 0;
-  constexpr long kHzPerKHz = 1000;
-  const long hz = kProntoClock / code;
+  constexpr uint32_t kHzPerKHz = 1000;
+  if (!is_within(code, 0, kLargestWord)) return 0;
+  const uint32_t hz = pronto::frequency_hz(static_cast<uint16_t>(code));
   return static_cast<int>((hz + kHzPerKHz / 2) / kHzPerKHz);
 }

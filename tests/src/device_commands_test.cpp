@@ -116,6 +116,9 @@ TEST_F(DeviceCommands, SendsPatterns) {
   expect_sent("--pronto=0000,006D,0000,0001,0010,0500", sending + "+416 \n-33000\n", once,
               "02 00 e8 80 01");
   expect_sent("--pronto=0000,006D,0000,0000", sending, "", "");
+  expect_sent("--pronto=0000,0003,0000,0001,0010,0500", sending + "+16 \n-1000\n", once,
+              "02 00 e8 03 01");
+  expect_sent("--pronto=5000,10000", sending, "", "");
   expect_sent("--pronto=5000,006D,0001,0000,0156,2710", sending, "", "");
   for (const char* line : {"sendir --csv=0,4472,4472,572", "sendir --raw=+4472,-4472,+572"}) {
     begin("device");
@@ -166,6 +169,8 @@ TEST_F(DeviceCommands, RefuseBeforeAnythingIsSent) {
       {"--pronto=0000,006D,0001,0000,FFFF,0001", range("1703910")},
       {"--pronto=0000,006D,0001,0000,1FFFF,0001",
        "[E] decode_pronto(#): Error: Pronto Hex is invalid, word out of range\n"},
+      {"--pronto=0000,0002,0001,0000,0156,0001",
+       "[E] zarvo_send_pronto(#): Error: Pronto Hex is invalid, carrier period is 0: 0002\n"},
   };
   for (const auto& [options, err] : cases) {
     expect_run("device", std::string("sendir ") + options, {1, "", err});
@@ -178,6 +183,33 @@ TEST_F(DeviceCommands, RefuseBeforeAnythingIsSent) {
     expect_run("device", std::string("sendir --pronto=") + words,
                {0, "Transmitting IR Pattern...\nDone!\n",
                 "[E] zarvo_send_pronto(#): Pronto Hex is invalid, invalid size\n"});
+  }
+}
+
+// A piece that is no number must not take its neighbour's place in what is sent.
+TEST_F(DeviceCommands, RefuseWhatIsNoNumber) {
+  const std::pair<const char*, const char*> forms[] = {
+      {"--raw=+9000 %s +560", "decode_raw"},
+      {"--csv=9000,%s,560", "sendir"},
+      {"--pronto=0000 006D 0001 0000 0156 %s", "decode_pronto"},
+  };
+  const char* const pieces[] = {"\t", "\n", "x", "+9000-4500", "4500us", "+", "--5", "12\t", "0x"};
+  for (const auto& [form, function] : forms) {
+    for (const char* piece : pieces) {
+      std::string option = form;
+      option.replace(option.find("%s"), 2, piece);
+      SCOPED_TRACE(option);
+      begin("device");
+      const printed text = capture([&] {
+        const char* argv[] = {option.c_str()};
+        EXPECT_EQ(run_cmd("sendir", 1, argv, &session), 1);
+      });
+      EXPECT_EQ(text.out, "");
+      EXPECT_TRUE(text.err.ends_with("[E] " + std::string(function) +
+                                     "(#): Error: not a number: " + piece + "\n"))
+          << text.err;
+      EXPECT_EQ(commands(), "getversion");
+    }
   }
 }
 
