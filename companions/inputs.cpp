@@ -5,7 +5,6 @@
 #include <cstring>
 #include <fstream>
 #include <iostream>
-#include <vector>
 
 namespace companions {
 
@@ -25,13 +24,12 @@ bool read_one(std::istream& text, const std::string& source, bool& ok,
 
 }  // namespace
 
-bool read_inputs(int count, char** names, const std::function<verdict(const input&)>& use) {
-  std::vector<std::string> sources(names, names + count);
-  if (sources.empty()) sources.emplace_back("-");
+bool read_inputs(std::vector<std::string> names, const std::function<verdict(const input&)>& use) {
+  if (names.empty()) names.emplace_back("-");
   std::ios::sync_with_stdio(false);
 
   bool ok = true;
-  for (const std::string& source : sources) {
+  for (const std::string& source : names) {
     if (source == "-") {
       if (!read_one(std::cin, source, ok, use)) return ok;
       continue;

@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "companions/pattern_reader.h"
 
@@ -21,6 +22,6 @@ enum class verdict { kGoOn, kFailed, kStop };
 /// Hands every pattern and fault of the named files ("-" and no name: standard input) to `use`,
 /// as their lines arrive, until it says stop. Unreadable files are named on standard error.
 /// False when `use` failed once or a file could not be read.
-bool read_inputs(int count, char** names, const std::function<verdict(const input&)>& use);
+bool read_inputs(std::vector<std::string> names, const std::function<verdict(const input&)>& use);
 
 }  // namespace companions

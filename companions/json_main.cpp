@@ -1,28 +1,23 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // vantrel-json: one JSON object per infrared pattern, with what each decoder family says of it.
-#include <getopt.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <array>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <iostream>
+#include <string>
+#include <vector>
 
 #include "companions/inputs.h"
 #include "companions/json_record.h"
+#include "companions/options.h"
 #include "lib/liblog/logging.h"
 
 namespace {
 
 using namespace companions;
-
-constexpr const char* kUsage =
-    "usage: vantrel-json [--first] [FILE...]\n"
-    "Reads infrared patterns (standard input by default) and writes a JSON object for each.\n"
-    "  -1, --first  stop at the first pattern that the signal analysis or the matchers name\n"
-    "  -h, --help   show this help\n";
 
 /// Tells a person at a terminal how far a long file has come.
 class progress {
@@ -65,26 +60,17 @@ class progress {
 
 int main(int argc, char** argv) {
   set_loglevel(0);  // what a decoder could not make of a pattern, its answer shows
-  constexpr std::array<option, 3> kOptions = {
-      {{"first", no_argument, nullptr, '1'}, {"help", no_argument, nullptr, 'h'}, {}}};
   bool first = false;
-  for (int c = 0; (c = getopt_long(argc, argv, "1h", kOptions.data(), nullptr)) != -1;) {
-    switch (c) {
-      case '1':
-        first = true;
-        break;
-      case 'h':
-        std::fputs(kUsage, stdout);
-        return EXIT_SUCCESS;
-      default:
-        std::fputs(kUsage, stderr);
-        return EXIT_FAILURE;
-    }
-  }
+  std::vector<std::string> files;
+  options line("vantrel-json", "Reads infrared patterns and writes a JSON object for each.");
+  line.add_flag("-1,--first", first,
+                "Stop at the first pattern that the signal analysis or the matchers name");
+  line.add_files(files);
+  if (const auto status = line.read(argc, argv)) return *status;
 
   progress shown;
   bool found = false;
-  const bool ok = read_inputs(argc - optind, argv + optind, [&](const input& from) {
+  const bool ok = read_inputs(files, [&](const input& from) {
     const record made = make_record(from);
     std::cout << made.json << '\n' << std::flush;
     shown.advance(from);

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // vantrel-plot: draws infrared patterns to scale.
-#include <getopt.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
@@ -8,12 +7,14 @@
 #include <array>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <fstream>
 #include <iostream>
+#include <string>
+#include <vector>
 
 #include "companions/decoders.h"
 #include "companions/inputs.h"
+#include "companions/options.h"
 #include "companions/plot.h"
 #include "lib/liblog/logging.h"
 
@@ -21,12 +22,6 @@ namespace {
 
 using namespace companions;
 
-constexpr const char* kUsage =
-    "usage: vantrel-plot [--svg OUT.svg] [--histogram] [FILE...]\n"
-    "Draws the infrared patterns of the files (standard input by default) to scale.\n"
-    "  -s, --svg OUT.svg  write one SVG picture instead of text (- for standard output)\n"
-    "  -H, --histogram    how long marks, spaces and bursts are, instead of the waves\n"
-    "  -h, --help         show this help\n";
 constexpr int kDefaultColumns = 80;
 
 screen this_terminal() {
@@ -60,13 +55,13 @@ plotted prepare(std::vector<int> durations) {
   return signal;
 }
 
-bool write_svg(const char* path, const std::vector<plotted>& signals, bool histogram) {
+bool write_svg(const std::string& path, const std::vector<plotted>& signals, bool histogram) {
   std::ofstream file;
-  const bool to_stdout = std::strcmp(path, "-") == 0;
+  const bool to_stdout = path == "-";
   if (!to_stdout) {
     file.open(path);
     if (!file) {
-      std::perror(path);
+      std::perror(path.c_str());
       return false;
     }
   }
@@ -77,7 +72,7 @@ bool write_svg(const char* path, const std::vector<plotted>& signals, bool histo
     plot_svg(out, signals);
   }
   out.flush();
-  if (!out) std::fprintf(stderr, "vantrel-plot: could not write %s\n", path);
+  if (!out) std::fprintf(stderr, "vantrel-plot: could not write %s\n", path.c_str());
   return static_cast<bool>(out);
 }
 
@@ -85,33 +80,22 @@ bool write_svg(const char* path, const std::vector<plotted>& signals, bool histo
 
 int main(int argc, char** argv) {
   set_loglevel(0);  // what a decoder could not make of a pattern, its answer shows
-  constexpr std::array<option, 4> kOptions = {{{"svg", required_argument, nullptr, 's'},
-                                               {"histogram", no_argument, nullptr, 'H'},
-                                               {"help", no_argument, nullptr, 'h'},
-                                               {nullptr, 0, nullptr, 0}}};
-  const char* svg_path = nullptr;
+  std::string svg_path;
   bool histogram = false;
-  for (int c = 0; (c = getopt_long(argc, argv, "s:Hh", kOptions.data(), nullptr)) != -1;) {
-    switch (c) {
-      case 's':
-        svg_path = optarg;
-        break;
-      case 'H':
-        histogram = true;
-        break;
-      case 'h':
-        std::fputs(kUsage, stdout);
-        return EXIT_SUCCESS;
-      default:
-        std::fputs(kUsage, stderr);
-        return EXIT_FAILURE;
-    }
-  }
+  std::vector<std::string> files;
+  options line("vantrel-plot", "Draws infrared patterns to scale.");
+  line.add_option("-s,--svg", svg_path,
+                  "Write one SVG picture instead of text; - is standard output")
+      ->type_name("OUT.svg");
+  line.add_flag("-H,--histogram", histogram,
+                "How long marks, spaces and bursts are, instead of the waves");
+  line.add_files(files);
+  if (const auto status = line.read(argc, argv)) return *status;
 
   const screen terminal = this_terminal();
   std::vector<plotted> kept;  // for what needs all patterns at once
-  const bool together = histogram || svg_path != nullptr;
-  bool ok = read_inputs(argc - optind, argv + optind, [&](const input& from) {
+  const bool together = histogram || !svg_path.empty();
+  bool ok = read_inputs(files, [&](const input& from) {
     if (const auto* fault = std::get_if<bad_line>(&from.read.what)) {
       std::fprintf(stderr, "%s:%zu:%zu: %s\n", from.source.c_str(), from.read.line, fault->column,
                    fault->what.c_str());
@@ -126,7 +110,7 @@ int main(int argc, char** argv) {
     }
     return std::cout ? verdict::kGoOn : verdict::kStop;
   });
-  if (svg_path != nullptr) {
+  if (!svg_path.empty()) {
     ok = write_svg(svg_path, kept, histogram) && ok;
   } else if (histogram) {
     histogram_text(std::cout, kept, terminal);

@@ -59,6 +59,7 @@ TEST(VantrelJson, FirstStopsAtANamedPattern) {
 TEST(Companions, SayWhatTheyCannotDo) {
   for (const char* program : {VANTREL_JSON, VANTREL_PLOT}) {
     EXPECT_EQ(run(program, {"--help"}).status, 0);
+    EXPECT_EQ(run(program, {"--version"}).out.substr(0, 8), "vantrel-");
     EXPECT_EQ(run(program, {"--nonsense"}).status, 1);
     EXPECT_EQ(run(program, {"/nowhere"}).err, "/nowhere: No such file or directory\n");
     EXPECT_EQ(run(program, {"/"}).err, "/: Is a directory\n");

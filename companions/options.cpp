@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "companions/options.h"
+
+#include <cstdlib>
+
+#include "version_info.h"
+
+namespace companions {
+
+options::options(const std::string& program, const std::string& about) : CLI::App(about, program) {
+  set_help_flag("-h,--help", "Show this help");
+  set_version_flag("-V,--version", program + ' ' + kVersionText, "Show the version");
+}
+
+void options::add_files(std::vector<std::string>& files) {
+  add_option("FILE", files, "What to read; standard input without any and for -")->type_name("");
+}
+
+std::optional<int> options::read(int argc, char** argv) {
+  try {
+    parse(argc, argv);
+  } catch (const CLI::ParseError& end) {
+    return exit(end) == 0 ? EXIT_SUCCESS : EXIT_FAILURE;
+  }
+  return {};
+}
+
+}  // namespace companions

@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The command line, as every companion reads it: --help, --version, files, exit statuses.
+//
+//   bool first = false;
+//   std::vector<std::string> files;
+//   companions::options line("vantrel-json", "Reads patterns and writes JSON.");
+//   line.add_flag("-1,--first", first, "Stop at the first pattern");
+//   line.add_files(files);
+//   if (const auto status = line.read(argc, argv)) return *status;
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace companions {
+
+/// CLI11's parser with what all companions share; a program adds its own options to it.
+class options : public CLI::App {
+ public:
+  /// `about` is what --help says of the program.
+  options(const std::string& program, const std::string& about);
+
+  /// Takes the words that are no options as names of files, "-" for standard input.
+  void add_files(std::vector<std::string>& files);
+
+  /// Reads the words into the variables that the options were added with. Holds the exit status
+  /// when the program is to end now: success after --help and --version, failure after a wrong
+  /// word, which standard error explains.
+  std::optional<int> read(int argc, char** argv);
+};
+
+}  // namespace companions
