@@ -1,9 +1,12 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-# Completion of vantrel-json and vantrel-plot for bash.
+# Completion of the companion programs for bash. A test compares the options with the programs' help.
 
 _vantrel_companion() {
-  local current=${COMP_WORDS[COMP_CWORD]} options="--first --help"
-  [[ ${COMP_WORDS[0]##*/} == vantrel-plot ]] && options="--svg --histogram --help"
+  local current=${COMP_WORDS[COMP_CWORD]} options="--help --version"
+  case ${COMP_WORDS[0]##*/} in
+    vantrel-json) options+=" --first" ;;
+    vantrel-plot) options+=" --svg --histogram" ;;
+  esac
   if [[ $current == -* ]]; then
     mapfile -t COMPREPLY < <(compgen -W "$options" -- "$current")
   else

@@ -49,19 +49,21 @@ for command in $commands; do
       sed -n '/^\.BR -/s/.*\(--[a-z]*\).*/\1/p' | words)"
 done
 
+# The companions: what bash and fish themselves offer, what the other files say.
 # shellcheck disable=SC1091
 source completions/companions.bash
 for companion in "${companions[@]}"; do
-  options=$("$build/$companion" --help | sed -n 's/^  -., \(--[a-z]\+\) .*/\1/p' | words)
+  options=$("$build/$companion" --help | sed -n 's/^  -.*\(--[a-z-]\+\) .*/\1/p' | words)
   COMP_WORDS=("$companion" --)
   COMP_CWORD=1
   _vantrel_companion
   same "bash, $companion" "$options" "$(printf '%s\n' "${COMPREPLY[@]}" | words)"
   same "zsh, $companion" "$options" \
-    "$(sed -n "/^  $companion)/,/;;/p" completions/_vantrel | grep -o -- '--[a-z]*' | words)"
-  same "fish, $companion" "$options" \
-    "$(sed -n "s/^complete -c $companion .*-l \([a-z]*\) .*/--\1/p" completions/companions.fish | words)"
-  same "manual, $companion" "$options" "$(sed 's/\\-/-/g' "man/$companion.1" |
-    sed -n '/^\.SH OPTIONS/,/^\.SH [^O]/{/^\.BR -/s/.*\(--[a-z]*\).*/\1/p}' | words)"
+    "$(sed -n "/^_vantrel_companion()/,/^}/p; /^  $companion)/,/;;/p" completions/_vantrel |
+      grep -o -- '--[a-z-]*' | words)"
+  same "fish, $companion" "$options" "$(fish --no-config -c \
+    "source completions/companions.fish; complete -C '$companion --'" | cut -f1 | words)"
+  same "manual, $companion" "$options" "$(sed -n '/^# OPTIONS/,/^# [^O]/s/^\*.*\(--[a-z-]*\).*/\1/p' \
+    "man/$companion.1.scd" | words)"
 done
 exit "$failures"
