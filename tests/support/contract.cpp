@@ -42,7 +42,7 @@ const std::vector<Case>& cases() {
 }
 
 int64_t evaluate(const std::string& text, const irp::Lookup& get) {
-  return irp::parse_expression(text)(get);
+  return irp::evaluate(*irp::parse_expression(text), get);
 }
 
 /// "F>>8;F" -> both values

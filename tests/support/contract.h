@@ -75,7 +75,7 @@ std::optional<Expected> expected(const irp::Protocol& protocol, const irp::Param
 std::vector<int> single_frame(const irp::Protocol& protocol, const irp::Parameters& parameters,
                               std::string_view frame = "1");
 
-/// The first frame of a protocol of tests/data/protocols.irp; fields that are not given are preset.
+/// The first frame of a protocol of lib/irp/protocols.irp; fields that are not given are preset.
 std::vector<int> frame(std::string_view protocol, const irp::Parameters& given);
 
 /// Samples of one protocol: all fields zero, all at their top, alternating bits, then random ones.
