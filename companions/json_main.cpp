@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "companions/inputs.h"
+#include "companions/formats/inputs.h"
 #include "companions/json_record.h"
 #include "companions/options.h"
 #include "lib/liblog/logging.h"

@@ -65,15 +65,20 @@ std::pair<std::string, size_t> fault_of(const std::vector<int>& durations) {
   return {"a duration over 14000 us", static_cast<size_t>(longest - durations.begin()) + 1};
 }
 
+size_t pairs(const std::vector<int>& durations) {
+  return (durations.size() + 1) / 2;
+}
+
 void describe(json& object, const pattern& from) {
   object["format"] = from.form;
-  object["durations"] = signed_durations(from.durations);
-  if (!from.repeat.empty()) object["repeat"] = signed_durations(from.repeat);
+  object["durations"] = signed_durations(frame_of(from));
+  if (!from.repeat.empty()) object["repeat"] = signed_durations(without_gap(from.repeat));
   if (from.elapsed_ms) object["elapsed_ms"] = *from.elapsed_ms;
-  if (from.pronto) {
-    object["carrier_hz"] = from.pronto->carrier_hz;
-    object["once_pairs"] = from.pronto->once_pairs;
-    object["repeat_pairs"] = from.pronto->repeat_pairs;
+  if (from.carrier_hz) object["carrier_hz"] = *from.carrier_hz;
+  if (from.form == "pronto") {
+    const size_t first = pairs(from.durations);
+    object["once_pairs"] = from.held ? 0 : first;
+    object["repeat_pairs"] = from.held ? first : pairs(from.repeat);
   }
 }
 
@@ -95,16 +100,17 @@ record make_record(const input& from) {
   }
 
   const auto& found = std::get<pattern>(from.read.what);
+  const std::vector<int> frame = frame_of(found);
   describe(object, found);
-  if (const auto [why, entry] = fault_of(found.durations); !why.empty()) {
+  if (const auto [why, entry] = fault_of(frame); !why.empty()) {
     object["entry"] = entry;
     object["error"] = why;
     made.fault = true;
     return finish();
   }
-  const auto analysis = ask_analysis(found.durations);
-  const auto arduino = ask_arduino(found.durations);
-  object["program"] = program_json(ask_program(found.durations, found.elapsed_ms.value_or(0)));
+  const auto analysis = ask_analysis(frame);
+  const auto arduino = ask_arduino(frame);
+  object["program"] = program_json(ask_program(frame, found.elapsed_ms.value_or(0)));
   object["analysis"] = analysis_json(analysis);
   object["arduino"] = arduino_json(arduino);
   made.named = (!analysis.empty() && !analysis[0].protocol.starts_with("Gap-")) ||

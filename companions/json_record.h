@@ -18,7 +18,7 @@
 
 #include <string>
 
-#include "companions/inputs.h"
+#include "companions/formats/inputs.h"
 
 namespace companions {
 

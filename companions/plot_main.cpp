@@ -13,7 +13,7 @@
 #include <vector>
 
 #include "companions/decoders.h"
-#include "companions/inputs.h"
+#include "companions/formats/inputs.h"
 #include "companions/options.h"
 #include "companions/plot.h"
 #include "lib/liblog/logging.h"
@@ -101,7 +101,7 @@ int main(int argc, char** argv) {
                    fault->what.c_str());
       return verdict::kFailed;
     }
-    auto signal = prepare(std::get<pattern>(from.read.what).durations);
+    auto signal = prepare(frame_of(std::get<pattern>(from.read.what)));
     if (together) {
       kept.push_back(std::move(signal));
     } else {

@@ -24,7 +24,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     require(nlohmann::json::parse(record.json).contains("error") == record.fault);
     const auto* found = std::get_if<companions::pattern>(&read->what);
     if (found == nullptr) continue;
-    const std::vector<int>& durations = found->durations;
+    const std::vector<int> durations = frame_of(*found);
     all.push_back({.title = companions::analysis_line(durations),
                    .durations = durations,
                    .form = companions::find_shape(durations),

@@ -7,7 +7,7 @@
 #include <variant>
 #include <vector>
 
-#include "companions/pattern_reader.h"
+#include "companions/formats/reader.h"
 
 /// "9000 4500 560 ".
 inline std::string list(const std::vector<int>& values) {
@@ -31,10 +31,8 @@ inline std::string read_all(const std::string& text) {
     all += std::string(p.form) + ' ' + list(p.durations);
     if (!p.repeat.empty()) all += "repeat " + list(p.repeat);
     if (p.elapsed_ms) all += "after " + std::to_string(*p.elapsed_ms) + ' ';
-    if (p.pronto) {
-      all += std::to_string(p.pronto->carrier_hz) + " Hz " + std::to_string(p.pronto->once_pairs) +
-             '+' + std::to_string(p.pronto->repeat_pairs) + ' ';
-    }
+    if (p.carrier_hz) all += std::to_string(*p.carrier_hz) + " Hz ";
+    if (p.held) all += "held ";
     all.back() = '\n';
   }
   return all;

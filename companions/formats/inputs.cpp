@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "companions/inputs.h"
+#include "companions/formats/inputs.h"
 
 #include <cerrno>
 #include <cstring>

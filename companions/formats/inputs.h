@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "companions/pattern_reader.h"
+#include "companions/formats/reader.h"
 
 namespace companions {
 

@@ -13,15 +13,27 @@ TEST(PatternReader, TellsTheFormsApart) {
       {":e:45\n0,9000, 4500, 560\n", "2: analysir 9000 4500 560 after 45\n"},
       {"+40000\n+9000 -4500 +560 \n", "2: raw 9000 4500 560 after 40\n"},
       {"+560 \n", "1: raw 560\n"},
-      {"0000 006D 0002 0000 015A 00AD 0015 0602\n", "1: pronto 8996 4498 546 38029 Hz 2+0\n"},
-      {"0000,006d,0000,0002,015A,0056,0015,0E4A\n", "1: pronto 8996 2236 546 38029 Hz 0+2\n"},
+      {"0000 006D 0002 0000 015A 00AD 0015 0602\n", "1: pronto 8996 4498 546 39988 38029 Hz\n"},
+      {"0000,006d,0000,0002,015A,0056,0015,0E4A\n",
+       "1: pronto 8996 2236 546 95108 38029 Hz held\n"},
       {"0100 006D 0002 0002 015A 00AD 0015 05F1 0156 0056 0015 0E4A\n",
-       "1: pronto 8996 4498 546 repeat 8892 2236 546 38029 Hz 2+2\n"},
+       "1: pronto 8996 4498 546 39546 repeat 8892 2236 546 95108 38029 Hz\n"},
       {"# a comment\n\n1000,2000\n", "3: comma 1000 2000\n"},
       {"0000,1111\n", "1: column 1: a Pronto text of fewer than 4 words\n"},
       {"error, disconnecting\nZarvo tessarin found version: 4.8.0 0x0 [x]\n1,2\n",
        "3: comma 1 2\n"},
+      {"0000 006D 0001 0001 0157\n0020\n0157 0020\n",
+       "1: pronto 8918 832 repeat 8918 832 38029 Hz\n"},
       {"40 ms\n", ""},
+      {"Using driver default on device /dev/lirc0\nspace 9999\npulse 9000\r\nspace 4500\n"
+       "pulse 560\nspace 20000\ntimeout 45000\npulse 100\n# a comment\npulse 20\nspace 65000\n"
+       "space 5\ncarrier 38000\npulse 300\n\npulse 400\n",
+       "3: mode2 9000 4500 560 65000\n8: mode2 120 65000\n14: mode2 300 38000 Hz\n"
+       "16: mode2 400 38000 Hz\n"},
+      {"+9000 -4500 +560 # timeout 125000, carrier 38000\n",
+       "1: ir-ctl 9000 4500 560 125000 38000 Hz\n"},
+      {"  5000 9000 4500 560\n", "1: ir-ctl 5000 9000 4500 560\n"},
+      {"-5000 +9000 -4500 -10 +560 # timeout 2\n", "1: ir-ctl 9000 4510 560 2\n"},
   };
   for (const auto& [text, patterns] : cases) EXPECT_EQ(read_all(text), patterns) << text;
 }
@@ -40,12 +52,17 @@ TEST(PatternReader, PlacesTheFaultAndReadsOn) {
       {"0000 006D 0001 0000 015A",
        "column 11: the pair counts do not fit the number of Pronto words"},
       {"0000 006D 0001 0000 015A 00G0", "column 26: \"00G0\" is no Pronto word"},
+      {"pulse ", "column 7: expected a number"},
+      {"pulse x", "column 7: \"x\" is no duration of 0 to 65535"},
       {"0000 FFFF 0002 0000 FFFF 0001 0001 0001", "column 21: a duration over 65535 us"},
   };
   for (const auto& [line, fault] : cases) {
     EXPECT_EQ(read_all(std::string(line) + "\n1,2\n"),
               "1: " + std::string(fault) + "\n2: comma 1 2\n");
   }
+  // A signal without one of its lines would be another signal.
+  EXPECT_EQ(read_all("pulse 1\nspace x\npulse 5\n\npulse 7\n"),
+            "2: column 7: \"x\" is no duration of 0 to 65535\n5: mode2 7\n");
 }
 
 TEST(PatternReader, LongAndBinaryLinesAreFaults) {

@@ -1,0 +1,118 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Pronto hex: words of four hexadecimal digits, over one line or more; lib/pronto explains them.
+//
+//   0000 006D 0002 0002 0157 00AC 0015 05E8
+//   0157 0056 0015 0E49
+#include "lib/pronto/pronto.h"
+
+#include <algorithm>
+
+#include "companions/formats/form.h"
+#include "companions/formats/text.h"
+
+namespace companions {
+
+namespace {
+
+constexpr size_t kDigits = 4;
+
+bool is_word(std::string_view text) {
+  return text.size() == kDigits && number(text, pronto::kBase);
+}
+
+bool begins(std::string_view line) {
+  const auto tokens = split(line.substr(0, 4 * kDigits), kSeparators);
+  return tokens.size() >= 2 && (tokens[0].text == "0000" || tokens[0].text == "0100") &&
+         is_word(tokens[1].text);
+}
+
+class reader : public form_reader {
+ public:
+  [[nodiscard]] bool takes(std::string_view line) const override {
+    if (!short_of_words()) return false;
+    const auto tokens = split(line, kSeparators);
+    return !tokens.empty() && !begins(line) &&
+           std::all_of(tokens.begin(), tokens.end(), [](auto& t) { return is_word(t.text); });
+  }
+
+  void read(const text_line& line, findings& out) override {
+    for (const token& t : split(line.text, kSeparators)) {
+      const auto word = number(t.text, pronto::kBase);
+      if (!word || t.text.size() > kDigits) {
+        clear();
+        return out.fault(line.number, no(t, "Pronto word"));
+      }
+      words_.push_back(static_cast<uint16_t>(*word));
+      places_.push_back({line.number, t.column});
+    }
+    if (!short_of_words()) end(out);
+  }
+
+  void end(findings& out) override {
+    if (!words_.empty()) deliver(out);
+    clear();
+  }
+
+ private:
+  static constexpr size_t kCountsWord = 2;
+
+  [[nodiscard]] bool short_of_words() const {
+    if (words_.empty()) return false;
+    return words_.size() < pronto::kHeaderWords ||
+           words_.size() < pronto::kHeaderWords + size_t{2} * (words_[2] + words_[3]);
+  }
+
+  void clear() {
+    words_.clear();
+    places_.clear();
+  }
+
+  void deliver(findings& out) const {
+    if (words_.size() < pronto::kHeaderWords) {
+      return out.fault(places_[0].line, {1, "a Pronto text of fewer than 4 words"});
+    }
+    pronto::code parts;
+    if (pronto::parse_code(words_, &parts) != pronto::result::kGood) {
+      const place& counts = places_[kCountsWord];
+      return out.fault(counts.line,
+                       {counts.column, "the pair counts do not fit the number of Pronto words"});
+    }
+    const auto period = static_cast<int>(pronto::period_us(parts.frequency));
+    for (const pronto::sequence& part : {parts.once, parts.repeat}) {
+      for (const uint16_t& word : part.frame) {
+        if (word * period <= kLongestDurationUs) continue;
+        const place& its = places_[static_cast<size_t>(&word - words_.data())];
+        return out.fault(its.line, {its.column, "a duration over 65535 us"});
+      }
+    }
+    pattern found{.form = "pronto",
+                  .durations = durations(parts.once, period),
+                  .repeat = durations(parts.repeat, period)};
+    found.carrier_hz = static_cast<int>(pronto::frequency_hz(parts.frequency));
+    if (found.durations.empty()) {
+      found.durations.swap(found.repeat);
+      found.held = !found.durations.empty();
+    }
+    out.add(places_[0].line, std::move(found));
+  }
+
+  /// A final space of 0 says that the silence is not known.
+  static std::vector<int> durations(const pronto::sequence& part, int period) {
+    std::vector<int> all;
+    for (const uint16_t word : part.frame) all.push_back(word * period);
+    if (part.gap > 0) all.push_back(part.gap * period);
+    return all;
+  }
+
+  struct place {
+    size_t line, column;
+  };
+  std::vector<uint16_t> words_;
+  std::vector<place> places_;  // of each word
+};
+
+}  // namespace
+
+const form kProntoForm = {.name = "pronto", .begins = begins, .reader = open<reader>};
+
+}  // namespace companions

@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The signed list: marks with a plus, spaces with a minus, µs, a blank behind each. Before it,
+// optionally, the time since the signal before, in µs and without a blank.
+//
+//   +40000
+//   +9045 -4456 +610 -541 +584 -567
+#include "companions/formats/form.h"
+#include "companions/formats/text.h"
+
+namespace companions {
+
+namespace {
+
+bool begins(std::string_view line) {
+  const size_t first = line.find_first_not_of(kSeparators);
+  return first != line.npos && (line[first] == '+' || line[first] == '-');
+}
+
+void read(const text_line& line, findings& out) {
+  if (line.text[0] == '+') {
+    if (const auto us = number(line.text.substr(1))) return out.elapsed(*us / 1000);
+  }
+  pattern found{.form = "raw"};
+  for (const token& t : split(line.text, kSeparators)) {
+    const char sign = found.durations.size() % 2 == 0 ? '+' : '-';
+    if (t.text[0] != sign) {
+      return out.fault(line.number,
+                       {t.column, std::string("expected a duration that begins with ") + sign});
+    }
+    const auto us = duration(t.text.substr(1));
+    if (!us) return out.fault(line.number, no_duration(t));
+    found.durations.push_back(*us);
+  }
+  out.add(line.number, std::move(found));
+}
+
+}  // namespace
+
+const form kRawForm = {.name = "raw", .begins = begins, .reader = line_by_line<read>};
+
+}  // namespace companions

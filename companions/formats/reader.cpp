@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "companions/formats/reader.h"
+
+#include <algorithm>
+#include <array>
+
+#include "companions/formats/text.h"
+
+namespace companions {
+
+namespace {
+
+/// Whether this is one of the lines that vantrel or mode2 print beside their patterns.
+bool says_something_else(std::string_view line) {
+  constexpr std::array<std::string_view, 10> kBeginnings = {"::",
+                                                            "++++",
+                                                            "NEC Repeat",
+                                                            "error, disconnecting",
+                                                            "Zarvo tessarin found version",
+                                                            "UNKNOWN ERROR",
+                                                            "Cleaning up",
+                                                            "Using driver",
+                                                            "Trying device",
+                                                            "Using device"};
+  return std::any_of(kBeginnings.begin(), kBeginnings.end(),
+                     [line](std::string_view beginning) { return line.starts_with(beginning); });
+}
+
+/// The form that the line begins; where it looks like none, that of the simplest list explains why.
+const form& form_of(std::string_view line) {
+  for (const form* const one : forms()) {
+    if (one->begins(line)) return *one;
+  }
+  return kCommaForm;
+}
+
+}  // namespace
+
+bool pattern_reader::next_line(bool& fits) {
+  line_.clear();
+  fits = true;
+  bool any = false;
+  for (int c = text_.rdbuf()->sbumpc(); c != std::char_traits<char>::eof();
+       c = text_.rdbuf()->sbumpc()) {
+    any = true;
+    ++position_;
+    if (c == '\n') break;
+    if (line_.size() < kLongestLine) {
+      line_ += static_cast<char>(c);
+    } else {
+      fits = false;  // read on to the line's end, but keep no more of it
+    }
+  }
+  while (line_.ends_with('\r')) line_.pop_back();
+  return any;
+}
+
+void pattern_reader::end_open() {
+  if (open_) open_->end(found_);
+  open_.reset();
+}
+
+void pattern_reader::read_line(bool fits) {
+  if (!fits) {
+    end_open();
+    return found_.fault(number_, {kLongestLine + 1, "a line of over 65536 characters"});
+  }
+  if (!open_ || !open_->takes(line_)) {
+    end_open();
+    if (line_.empty() || line_[0] == '#' || says_something_else(line_)) return;
+    if (line_.find_first_not_of(kBlanks) == line_.npos) {
+      return found_.fault(number_, {1, "a line of blanks"});
+    }
+    open_ = form_of(line_).reader();
+  }
+  open_->read({line_, number_}, found_);
+}
+
+std::optional<read_result> pattern_reader::next() {
+  while (true) {
+    if (auto found = found_.take()) return found;
+    bool fits = true;
+    if (!next_line(fits)) {
+      end_open();
+      return found_.take();
+    }
+    ++number_;
+    read_line(fits);
+  }
+}
+
+}  // namespace companions

@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Reads infrared signals in every text form, and tells the forms apart.
+//
+// Lines that begin with "#", empty lines, and what else vantrel says between patterns (decoders'
+// lines, a device that left or came back) are skipped. What cannot be read is a fault with its
+// place, never a different pattern.
+#pragma once
+
+#include <istream>
+
+#include "companions/formats/form.h"
+
+namespace companions {
+
+/// Reads a text pattern by pattern, as its lines arrive, in memory that depends on the longest
+/// signal only.
+class pattern_reader {
+ public:
+  static constexpr size_t kLongestLine = size_t{1} << 16;  // characters; longer ones are a fault
+
+  explicit pattern_reader(std::istream& text) : text_(text) {}
+  /// The next pattern or fault; nothing at the end of the text.
+  std::optional<read_result> next();
+  /// Characters read so far.
+  [[nodiscard]] size_t position() const { return position_; }
+
+ private:
+  /// Whether there was a line; `fits` says whether it is within kLongestLine.
+  bool next_line(bool& fits);
+  void read_line(bool fits);
+  void end_open();
+
+  std::istream& text_;
+  std::string line_;
+  size_t number_ = 0;
+  size_t position_ = 0;
+  std::unique_ptr<form_reader> open_;  // of the last line's form
+  findings found_;
+};
+
+}  // namespace companions

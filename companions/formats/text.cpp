@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "companions/formats/text.h"
+
+#include <algorithm>
+#include <charconv>
+#include <string>
+
+namespace companions {
+
+std::vector<token> split(std::string_view line, std::string_view separators) {
+  std::vector<token> tokens;
+  for (size_t at = line.find_first_not_of(separators); at != line.npos;) {
+    const size_t end = std::min(line.find_first_of(separators, at), line.size());
+    tokens.push_back({line.substr(at, end - at), at + 1});
+    at = line.find_first_not_of(separators, end);
+  }
+  return tokens;
+}
+
+std::optional<int> number(std::string_view text, int base) {
+  int value = 0;
+  const char* const end = text.data() + text.size();
+  const auto [stop, fault] = std::from_chars(text.data(), end, value, base);
+  if (fault != std::errc{} || stop != end || text.empty() || text[0] == '-') return {};
+  return value;
+}
+
+std::optional<int> duration(std::string_view text) {
+  const auto us = number(text);
+  if (!us || *us > kLongestDurationUs) return {};
+  return us;
+}
+
+bad_line no(const token& t, std::string_view what) {
+  constexpr size_t kMostShown = 20;
+  std::string text(1, '"');
+  text.append(t.text.substr(0, kMostShown)).append("\" is no ").append(what);
+  return {t.column, std::move(text)};
+}
+
+bad_line no_duration(const token& t) {
+  return no(t, "duration of 0 to 65535");
+}
+
+void append(std::vector<int>& durations, bool mark, int us) {
+  const bool last_is_mark = durations.size() % 2 == 1;
+  if (durations.empty() || last_is_mark != mark) {
+    durations.push_back(us);
+  } else {
+    durations.back() += us;
+  }
+}
+
+}  // namespace companions

@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What the readers of the forms do alike: words, numbers, faults.
+#pragma once
+
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "companions/formats/pattern.h"
+
+namespace companions {
+
+constexpr int kLongestDurationUs = 65535;
+constexpr const char* kTooManyDurations = "a signal of over 1000000 durations";
+
+constexpr std::string_view kBlanks = " \t\r";
+constexpr std::string_view kSeparators = " \t\r,";
+
+struct token {
+  std::string_view text;
+  size_t column;  // counted from 1
+};
+
+/// The words of a line between any of the separators.
+std::vector<token> split(std::string_view line, std::string_view separators);
+
+/// The whole text as a number in this base, nothing if it is not one or out of an int's range.
+std::optional<int> number(std::string_view text, int base = 10);
+
+/// The whole text as a duration.
+std::optional<int> duration(std::string_view text);
+
+/// A fault of this word, which `what` the word is not.
+bad_line no(const token& t, std::string_view what);
+bad_line no_duration(const token& t);
+
+/// Adds a mark or a space behind the durations; it lengthens the last one of its own kind.
+void append(std::vector<int>& durations, bool mark, int us);
+
+}  // namespace companions
