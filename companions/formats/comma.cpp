@@ -42,6 +42,7 @@ std::optional<bad_line> read_comma_list(std::string_view line, std::vector<int>&
     if (!us) return no_duration(field);
     durations.push_back(*us);
   }
+  if (durations.size() > kMostPatternDurations) return bad_line{1, kTooManyDurations};
   return {};
 }
 

@@ -21,7 +21,7 @@ namespace companions {
 
 namespace {
 
-constexpr int kReceiverGivesUpUs = 65000;
+constexpr int kReceiverGivesUpUs = 125000;
 constexpr std::array<std::string_view, 4> kKeywords = {"pulse", "space", "timeout", "carrier"};
 
 bool begins(std::string_view line) {

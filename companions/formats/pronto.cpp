@@ -82,7 +82,7 @@ class reader : public form_reader {
       for (const uint16_t& word : part.frame) {
         if (word * period <= kLongestDurationUs) continue;
         const place& its = places_[static_cast<size_t>(&word - words_.data())];
-        return out.fault(its.line, {its.column, "a duration over 65535 us"});
+        return out.fault(its.line, {its.column, "a duration over 16777215 us"});
       }
     }
     pattern found{.form = "pronto",

@@ -31,6 +31,9 @@ void read(const text_line& line, findings& out) {
     if (!us) return out.fault(line.number, no_duration(t));
     found.durations.push_back(*us);
   }
+  if (found.durations.size() > kMostPatternDurations) {
+    return out.fault(line.number, {1, kTooManyDurations});
+  }
   out.add(line.number, std::move(found));
 }
 

@@ -63,7 +63,7 @@ void pattern_reader::end_open() {
 void pattern_reader::read_line(bool fits) {
   if (!fits) {
     end_open();
-    return found_.fault(number_, {kLongestLine + 1, "a line of over 65536 characters"});
+    return found_.fault(number_, {kLongestLine + 1, "a line of over 4194304 characters"});
   }
   if (!open_ || !open_->takes(line_)) {
     end_open();

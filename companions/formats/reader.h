@@ -16,7 +16,7 @@ namespace companions {
 /// signal only.
 class pattern_reader {
  public:
-  static constexpr size_t kLongestLine = size_t{1} << 16;  // characters; longer ones are a fault
+  static constexpr size_t kLongestLine = size_t{1} << 22;  // characters; longer ones are a fault
 
   explicit pattern_reader(std::istream& text) : text_(text) {}
   /// The next pattern or fault; nothing at the end of the text.

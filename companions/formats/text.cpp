@@ -39,7 +39,7 @@ bad_line no(const token& t, std::string_view what) {
 }
 
 bad_line no_duration(const token& t) {
-  return no(t, "duration of 0 to 65535");
+  return no(t, "duration of 0 to 16777215");
 }
 
 void append(std::vector<int>& durations, bool mark, int us) {

@@ -10,7 +10,7 @@
 
 namespace companions {
 
-constexpr int kLongestDurationUs = 65535;
+constexpr int kLongestDurationUs = 0xFFFFFF;  // what the kernel's interface carries
 constexpr const char* kTooManyDurations = "a signal of over 1000000 durations";
 
 constexpr std::string_view kBlanks = " \t\r";

@@ -38,7 +38,7 @@ TEST(VantrelJson, ReportsFaultsAndReadsOn) {
   const auto result = run(VANTREL_JSON, {"-"}, "# noise\n9000,x\n1,14001,1\n\n+500 -500 +500 \n");
   EXPECT_EQ(result.status, 1);
   const std::string faults =
-      R"({"source":"-","line":2,"column":6,"error":"\"x\" is no duration of 0 to 65535"})"
+      R"({"source":"-","line":2,"column":6,"error":"\"x\" is no duration of 0 to 16777215"})"
       "\n"
       R"({"source":"-","line":3,"format":"comma","durations":[1,-14001,1],"entry":2,)"
       R"("error":"a duration over 14000 us"})"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <gtest/gtest.h>
 
+#include "tests/support/capture.h"
 #include "tests/support/pattern_text.h"
 
 namespace {
@@ -26,9 +27,9 @@ TEST(PatternReader, TellsTheFormsApart) {
        "1: pronto 8918 832 repeat 8918 832 38029 Hz\n"},
       {"40 ms\n", ""},
       {"Using driver default on device /dev/lirc0\nspace 9999\npulse 9000\r\nspace 4500\n"
-       "pulse 560\nspace 20000\ntimeout 45000\npulse 100\n# a comment\npulse 20\nspace 65000\n"
+       "pulse 560\nspace 20000\ntimeout 105000\npulse 100\n# a comment\npulse 20\nspace 125000\n"
        "space 5\ncarrier 38000\npulse 300\n\npulse 400\n",
-       "3: mode2 9000 4500 560 65000\n8: mode2 120 65000\n14: mode2 300 38000 Hz\n"
+       "3: mode2 9000 4500 560 125000\n8: mode2 120 125000\n14: mode2 300 38000 Hz\n"
        "16: mode2 400 38000 Hz\n"},
       {"+9000 -4500 +560 # timeout 125000, carrier 38000\n",
        "1: ir-ctl 9000 4500 560 125000 38000 Hz\n"},
@@ -40,21 +41,22 @@ TEST(PatternReader, TellsTheFormsApart) {
 
 TEST(PatternReader, PlacesTheFaultAndReadsOn) {
   const std::pair<const char*, const char*> cases[] = {
-      {"9000,x,560", "column 6: \"x\" is no duration of 0 to 65535"},
-      {"9000,65536,560", "column 6: \"65536\" is no duration of 0 to 65535"},
-      {"9000,-4500", "column 6: \"-4500\" is no duration of 0 to 65535"},
-      {"9,99999999999999999999", "column 3: \"99999999999999999999\" is no duration of 0 to 65535"},
+      {"9000,x,560", "column 6: \"x\" is no duration of 0 to 16777215"},
+      {"9000,16777216,560", "column 6: \"16777216\" is no duration of 0 to 16777215"},
+      {"9000,-4500", "column 6: \"-4500\" is no duration of 0 to 16777215"},
+      {"9,99999999999999999999",
+       "column 3: \"99999999999999999999\" is no duration of 0 to 16777215"},
       {"9000,,560", "column 6: an empty field"},
       {"9000", "column 1: no pattern: a list needs commas"},
       {"   ", "column 1: a line of blanks"},
       {"+9000 +4500 -560", "column 7: expected a duration that begins with -"},
-      {"+9000 -", "column 7: \"-\" is no duration of 0 to 65535"},
+      {"+9000 -", "column 7: \"-\" is no duration of 0 to 16777215"},
       {"0000 006D 0001 0000 015A",
        "column 11: the pair counts do not fit the number of Pronto words"},
       {"0000 006D 0001 0000 015A 00G0", "column 26: \"00G0\" is no Pronto word"},
       {"pulse ", "column 7: expected a number"},
-      {"pulse x", "column 7: \"x\" is no duration of 0 to 65535"},
-      {"0000 FFFF 0002 0000 FFFF 0001 0001 0001", "column 21: a duration over 65535 us"},
+      {"pulse x", "column 7: \"x\" is no duration of 0 to 16777215"},
+      {"0000 FFFF 0002 0000 FFFF 0001 0001 0001", "column 21: a duration over 16777215 us"},
   };
   for (const auto& [line, fault] : cases) {
     EXPECT_EQ(read_all(std::string(line) + "\n1,2\n"),
@@ -62,13 +64,15 @@ TEST(PatternReader, PlacesTheFaultAndReadsOn) {
   }
   // A signal without one of its lines would be another signal.
   EXPECT_EQ(read_all("pulse 1\nspace x\npulse 5\n\npulse 7\n"),
-            "2: column 7: \"x\" is no duration of 0 to 65535\n5: mode2 7\n");
+            "2: column 7: \"x\" is no duration of 0 to 16777215\n5: mode2 7\n");
 }
 
 TEST(PatternReader, LongAndBinaryLinesAreFaults) {
   const std::string huge(10'000'000, '1');
   EXPECT_EQ(read_all(huge + "\n1,2"),
-            "1: column 65537: a line of over 65536 characters\n2: comma 1 2\n");
+            "1: column 4194305: a line of over 4194304 characters\n2: comma 1 2\n");
+  EXPECT_EQ(read_all(repeated("1,", 1'000'001) + "\n1,2"),
+            "1: column 1: a signal of over 1000000 durations\n2: comma 1 2\n");
   EXPECT_EQ(read_all(std::string("1,\0,2\n1,2", 9)).substr(0, 13), "1: column 3: ");
 }
 
