@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What a pattern costs on its way through decode, step by step, and a whole file as a process.
-// What the code under test prints goes to a temporary file; the table goes to standard output.
+// What the code under test prints goes to a temporary file; the results go to standard output.
 #include <benchmark/benchmark.h>
 #include <spawn.h>
 #include <sys/resource.h>
@@ -12,11 +12,11 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
+#include <memory>
 #include <random>
 #include <string>
 #include <vector>
 
-#include "bench/table.h"
 #include "lib/csv.h"
 #include "lib/ir/DecodeIR/DecodeIR.h"
 #include "lib/ir/arduino/arduino.h"
@@ -260,10 +260,12 @@ BENCHMARK(start_up)->UseManualTime();
 int main(int argc, char** argv) {
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
+  std::ofstream results("/dev/fd/" + std::to_string(::dup(STDOUT_FILENO)));
+  const std::unique_ptr<benchmark::BenchmarkReporter> reporter(
+      benchmark::CreateDefaultDisplayReporter());
+  reporter->SetOutputStream(&results);
   const TemporaryFile output;
-  FILE* const terminal = ::fdopen(::dup(STDOUT_FILENO), "w");
-  if (terminal == nullptr || std::freopen(output.path().c_str(), "w", stdout) == nullptr) return 1;
-  Table reporter(terminal);
-  benchmark::RunSpecifiedBenchmarks(&reporter);
+  if (!results || std::freopen(output.path().c_str(), "w", stdout) == nullptr) return 1;
+  benchmark::RunSpecifiedBenchmarks(reporter.get());
   return 0;
 }

@@ -6,7 +6,6 @@
 #include <array>
 #include <cstdio>
 
-#include "bench/table.h"
 #include "src/common.h"
 #include "src/session.h"
 #include "tests/support/fake_usb.h"
@@ -81,10 +80,4 @@ BENCHMARK_CAPTURE(last_report_to_pipe, pronto, print_pronto);
 
 }  // namespace
 
-int main(int argc, char** argv) {
-  benchmark::Initialize(&argc, argv);
-  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
-  Table reporter(stdout);
-  benchmark::RunSpecifiedBenchmarks(&reporter);
-  return 0;
-}
+BENCHMARK_MAIN();

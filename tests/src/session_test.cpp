@@ -2,6 +2,7 @@
 // The session and the operations of the device.
 #include "src/session.h"
 
+#include <algorithm>
 #include <array>
 #include <numeric>
 
