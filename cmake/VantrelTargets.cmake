@@ -1,14 +1,34 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # The flags of every target, and the three kinds of targets that the tree is made of.
+include(CheckCXXSourceCompiles)
 
 add_library(vantrel_flags INTERFACE)
 target_compile_options(vantrel_flags INTERFACE
-  -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror -fstack-protector-strong
+  -Wall -Wextra -Wpedantic -Wconversion -Wshadow
   -ffile-prefix-map=${PROJECT_SOURCE_DIR}=. -ffile-prefix-map=${PROJECT_BINARY_DIR}=build)
 target_compile_definitions(vantrel_flags INTERFACE
   _GNU_SOURCE _GLIBCXX_ASSERTIONS)
 target_include_directories(vantrel_flags INTERFACE ${PROJECT_SOURCE_DIR})
-target_link_options(vantrel_flags INTERFACE -Wl,-z,relro,-z,now)
+if(VANTREL_WERROR)
+  target_compile_options(vantrel_flags INTERFACE -Werror)
+endif()
+if(VANTREL_HARDEN)
+  target_compile_options(vantrel_flags INTERFACE -fstack-protector-strong)
+  target_link_options(vantrel_flags INTERFACE -Wl,-z,relro,-z,now)
+  # Not a second time where the compiler or the flags of whoever builds have it, and not without
+  # optimisation, which it needs.
+  block()
+    set(CMAKE_TRY_COMPILE_CONFIGURATION ${CMAKE_BUILD_TYPE})
+    check_cxx_source_compiles("
+      #if defined _FORTIFY_SOURCE || !defined __OPTIMIZE__
+      #error
+      #endif
+      int main() {}" VANTREL_FORTIFY)
+  endblock()
+  if(VANTREL_FORTIFY AND NOT VANTREL_SANITIZE)
+    target_compile_definitions(vantrel_flags INTERFACE _FORTIFY_SOURCE=2)
+  endif()
+endif()
 if(VANTREL_SANITIZE)
   target_compile_options(vantrel_flags INTERFACE
     -fsanitize=${VANTREL_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -g)
@@ -16,9 +36,6 @@ if(VANTREL_SANITIZE)
   # g++ 12 sees uninitialised values where there are none once the sanitizers' checks are in.
   target_compile_options(vantrel_flags INTERFACE
     $<$<COMPILE_LANG_AND_ID:CXX,GNU>:-Wno-maybe-uninitialized>)
-else()
-  target_compile_definitions(vantrel_flags INTERFACE
-    $<$<CONFIG:Release,RelWithDebInfo>:_FORTIFY_SOURCE=2>)
 endif()
 if(VANTREL_COVERAGE)
   target_compile_options(vantrel_flags INTERFACE --coverage -fprofile-update=atomic)
