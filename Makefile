@@ -2,11 +2,15 @@
 # A thin front to CMake; CMakePresets.json holds the configurations.
 PREFIX ?= /usr/local
 
-.PHONY: all setup demo test sanitize clang valgrind coverage lint cppcheck bench fuzz install package \
-  package-test reproducible soak clean
-all:
+.PHONY: all tools setup demo test sanitize clang valgrind coverage lint cppcheck bench fuzz install \
+  dist package package-test reproducible soak clean
+all: tools
 	cmake --preset release
 	cmake --build --preset release
+
+tools:
+	@command -v cmake >/dev/null && command -v ninja >/dev/null || { \
+	  echo 'cmake or ninja is missing: packaging/install-dependencies installs what the build needs'; exit 1; }
 
 setup:
 	packaging/install-dependencies test clang valgrind coverage lint cppcheck bench fuzz
@@ -77,17 +81,19 @@ soak:
 	bench/soak build
 
 install:
-	cmake --preset release -DCMAKE_INSTALL_PREFIX=$(PREFIX)
-	cmake --build --preset release
+	packaging/install-dependencies build
+	cmake --preset demo -DCMAKE_INSTALL_PREFIX="$(PREFIX)"
+	cmake --build --preset demo
 	cmake --install build
 
-package package-test: export SOURCE_DATE_EPOCH ?= $(shell git log -1 --format=%ct 2>/dev/null || date +%s)
+dist:
+	packaging/install-dependencies build
+	packaging/dist build-dist
+
 package:
 	packaging/install-dependencies package
-	cmake --preset package
-	cmake --build --preset package
-	cmake --build --preset package --target package
-	lintian --fail-on error --allow-root build-package/*.deb
+	packaging/build-package build-package
+	lintian --fail-on error,warning --allow-root build-package/*.deb
 
 package-test: package
 	packaging/test-packages build-package

@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-# cmake -DSOURCE_DIR=… -DOUTPUT=… -P version.cmake: writes the header of the version texts.
+# cmake -DSOURCE_DIR=… [-DOUTPUT=…] -P version.cmake: writes the header of the version texts. Without
+# OUTPUT it shows them on standard error: version text, day of the last commit, version of a package.
 #
 # Runs in every build and touches the header only when a text changes.
 cmake_minimum_required(VERSION 3.25)
@@ -27,18 +28,30 @@ if(version MATCHES "^[0-9a-f]+(-dirty)?$")  # no tag: VERSION stands in for it
   set(version "${tag}-${count}-g${version}")
 elseif(version STREQUAL "")
   set(version "${tag}-0-unknown")
-  # "HASH DATE" in an archive that git made, else the placeholder.
+  # "VERSION DATE" in a tarball of `make dist`, "HASH DATE" in an archive that git made, else the
+  # placeholder.
   file(STRINGS ${SOURCE_DIR}/cmake/archive_info.txt archive LIMIT_COUNT 1)
-  if(archive MATCHES "^([0-9a-f]+) ([0-9]+-[0-9]+-[0-9]+)$")
-    set(version "${tag}-0-g${CMAKE_MATCH_1}")
+  if(archive MATCHES "^(v[^ ]+|[0-9a-f]+) ([0-9]+-[0-9]+-[0-9]+)$")
+    set(version ${CMAKE_MATCH_1})
     set(date ${CMAKE_MATCH_2})
+    if(NOT version MATCHES "^v")
+      set(version "${tag}-0-g${version}")
+    endif()
   endif()
-endif()
-if(DEFINED ENV{SOURCE_DATE_EPOCH})
-  string(TIMESTAMP date "%Y-%m-%d" UTC)  # takes its time from that variable
 endif()
 if(date STREQUAL "")
   set(date unknown)
+endif()
+if(NOT OUTPUT)
+  # A commit after a tag sorts behind it, a candidate for a release before the release.
+  string(REGEX REPLACE "^v(.*)-([0-9]+)-g?[0-9a-z]+(-dirty)?$" "\\1+\\2" package "${version}")
+  string(REGEX REPLACE "[+]0$" "" package "${package}")
+  string(REPLACE "-" "~" package "${package}")
+  message(NOTICE "${version} ${date} ${package}")
+  return()
+endif()
+if(DEFINED ENV{SOURCE_DATE_EPOCH})
+  string(TIMESTAMP date "%Y-%m-%d" UTC)  # takes its time from that variable
 endif()
 if(branch STREQUAL "")
   set(branch unknown)
