@@ -7,7 +7,6 @@
 #include <cstdio>
 
 #include "src/common.h"
-#include "src/session.h"
 #include "tests/support/fake_usb.h"
 #include "tests/support/fake_world.h"
 

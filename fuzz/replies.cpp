@@ -2,7 +2,7 @@
 // Replies of any bytes to commands of any length: a failed exchange leaves the data alone.
 #include "fuzz/input.h"
 #include "lib/liblog/logging.h"
-#include "src/session.h"
+#include "src/common.h"
 #include "tests/support/fake_usb.h"
 #include "tests/support/fake_world.h"
 

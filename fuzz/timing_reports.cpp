@@ -2,7 +2,7 @@
 // Reports of any bytes: a packet never holds more than it says, and polling never fails in between.
 #include "fuzz/input.h"
 #include "lib/liblog/logging.h"
-#include "src/session.h"
+#include "src/common.h"
 #include "tests/support/fake_usb.h"
 #include "tests/support/fake_world.h"
 

@@ -3,11 +3,11 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <memory>
 
 #include "lib/libcmds/cmds.h"
 #include "lib/libfile/getline.h"
 #include "lib/liblog/logging.h"
+#include "lib/libutil/owned.h"
 #include "lib/libutil/startup.h"
 
 namespace {
@@ -31,12 +31,12 @@ int script_handler(int argc, const char** argv, const cmd* cmd, void* appdata,
     return -1;
   }
   const bool from_stdin = std::strcmp(argv[0], "-") == 0;
-  const std::unique_ptr<FILE, close_script> file(from_stdin ? stdin : std::fopen(argv[0], "re"));
+  const owned_file file(from_stdin ? stdin : std::fopen(argv[0], "re"));
   if (file == nullptr) {
     std::perror("could not open script file");
     return -1;
   }
-  const std::unique_ptr<char, free_block> line(static_cast<char*>(std::malloc(kLineSize)));
+  const owned_block<char> line(static_cast<char*>(std::malloc(kLineSize)));
   if (line == nullptr) {
     std::perror("could not allocate line buffer");
     return -1;

@@ -1,125 +1,305 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "src/common.h"
 
+#include <endian.h>
+
 #include <algorithm>
 #include <array>
-#include <charconv>
+#include <cerrno>
 #include <cstdio>
-#include <string_view>
+#include <cstring>
+#include <ctime>
+#include <span>
 
-#include "lib/ir/ir.h"
+#include "lib/liblog/logging.h"
+#include "lib/libutil/interrupt.h"
+#include "lib/libutil/output.h"
+#include "lib/transport/hid.h"
 
 namespace {
 
-constexpr unsigned kUsPerMs = 1000;
+constexpr int kDeviceInterface = 2;
+constexpr uint32_t kTimingInterface = 1;
+constexpr uint64_t kReopenPauseUs = 5000;
 
-// Pronto hex: a fixed carrier of 38 kHz and what ends the frame of the NEC family, that is the
-// final space and a repeat frame of two pairs.
-constexpr unsigned kPeriodUs = 26;
-constexpr std::string_view kLearnedCode = "0000 ";
-constexpr std::string_view kFrequencyWord = "006D ";
-constexpr std::string_view kNecRepeatPairs = "0002 ";
-constexpr std::string_view kNoRepeatPairs = "0000 ";
-constexpr std::string_view kNecTail = "05F1 0156 0056 0015 0E4A";
+constexpr uint32_t kShortCommand = 32;
+constexpr uint32_t kLongCommand = 64;
+using short_command = std::array<uint8_t, kShortCommand>;
+using long_command = std::array<uint8_t, kLongCommand>;
 
-int elapsed_flag = 0;
+constexpr uint16_t kListenMajor = 4;
+constexpr uint16_t kListenMinor = 6;
 
-// One line of output, put together without printf: the printers run once or twice per pattern.
-class Line {
- public:
-  Line& text(std::string_view s) {
-    end_ = std::copy(s.begin(), s.end(), end_);
-    return *this;
-  }
+// The layout of a timing report. A first report has a zero word and the elapsed time in front of
+// its entries; a continuation's entries begin within its word, which is not zero.
+constexpr size_t kFirstWordAt = 1;
+constexpr size_t kElapsedAt = 3;
+constexpr size_t kFirstEntriesAt = 5;
+constexpr int kFirstEntries = 30;
+constexpr size_t kMoreEntriesAt = 2;
+constexpr int kMoreEntries = 31;
 
-  Line& decimal(unsigned value) {
-    end_ = std::to_chars(end_, buffer_.data() + buffer_.size(), value).ptr;
-    return *this;
-  }
+// Records on the wire: without padding, and little-endian whatever this machine's order is.
 
-  // Upper case, at least four digits.
-  Line& hex(unsigned value) {
-    constexpr std::string_view kDigits = "0123456789ABCDEF";
-    int shift = 12;
-    while (value >> shift > 0xF) shift += 4;
-    for (; shift >= 0; shift -= 4) *end_++ = kDigits[value >> shift & 0xF];
-    return *this;
-  }
-
-  void print() {
-    text("\n");
-    std::fwrite(buffer_.data(), 1, static_cast<size_t>(end_ - buffer_.data()), stdout);
-    end_ = buffer_.data();
-  }
-
- private:
-  // Room for every entry of a packet with sign and separator, and for the words around them.
-  static constexpr size_t kMostPerEntry = std::string_view("65535, ").size();
-  static constexpr size_t kAround = 128;
-  std::array<char, std::size(ir_packet{}.buf) * kMostPerEntry + kAround> buffer_;
-  char* end_ = buffer_.data();
+/// The argument of "usb_if".
+struct [[gnu::packed]] zarvo_usb_t {
+  uint32_t iface;
+  uint8_t set;
 };
+static_assert(sizeof(zarvo_usb_t) == 5);
 
-void print_separated(Line& line, const ir_packet& packet, std::string_view separator) {
-  line.decimal(packet.buf[0]);
-  for (unsigned i = 1; i < packet.len; ++i) line.text(separator).decimal(packet.buf[i]);
-  line.print();
+/// The result of "rbget" and the argument of "rbset".
+struct [[gnu::packed]] rb_settings_t {
+  uint32_t enable;
+  uint32_t rsvd0, rsvd1, rsvd2;
+  uint8_t high_add;
+  uint8_t low_add;
+};
+static_assert(sizeof(rb_settings_t) == 18);
+
+/// The argument of "rbsetlen".
+struct [[gnu::packed]] rb_timing_buf_len {
+  int16_t len;
+};
+static_assert(sizeof(rb_timing_buf_len) == 2);
+
+/// The argument of "irtranset".
+struct [[gnu::packed]] ir_tran_set_t {
+  int16_t len;
+  uint16_t ik;
+  uint8_t repeat;
+};
+static_assert(sizeof(ir_tran_set_t) == 5);
+
+template <typename Record>
+Record load(const uint8_t* from) {
+  Record record;
+  std::memcpy(&record, from, sizeof(record));
+  return record;
 }
 
-bool is_nec_family(rc_proto protocol) {
-  return protocol == RC_PROTO_NEC || protocol == RC_PROTO_NECX || protocol == RC_PROTO_NEC32;
+/// A command's data: the record and zeros behind it.
+template <typename Data, typename Record>
+Data data_of(const Record& record) {
+  Data data{};
+  static_assert(sizeof(record) <= data.size());
+  std::memcpy(data.data(), &record, sizeof(record));
+  return data;
+}
+
+int16_t store_count(uint16_t count) {
+  return static_cast<int16_t>(htole16(count));
+}
+
+uint16_t load_word(const uint8_t* from) {
+  return le16toh(load<uint16_t>(from));
+}
+
+transport::dev_t* open_device() {
+  transport::libhid_priv wanted{VANTREL_USB_VID, VANTREL_USB_PID, kDeviceInterface};
+  return transport::dev_open(transport::kHid, &wanted);
+}
+
+version_t query_version(transport::dev_t* dev) {
+  std::array<uint8_t, kVersionReplySize> reply{};
+  dev_send_cmd(dev, "getversion", reply.data(), kVersionReplySize);
+  return parse_version(reply.data());
+}
+
+/// Sends entries in as many commands as they need. False when one fails.
+bool upload(transport::dev_t* dev, const char* cmd, std::span<const uint16_t> entries) {
+  constexpr size_t kChunk = transport::kCmdDataSize / sizeof(uint16_t);
+  long_command argument{};
+  while (!entries.empty()) {
+    const size_t size = std::min(entries.size(), kChunk);
+    // What a short last chunk leaves behind it is not cleared: the device knows the length.
+    for (size_t i = 0; i < size; i++) {
+      const uint16_t entry = htole16(entries[i]);
+      std::memcpy(argument.data() + i * sizeof(entry), &entry, sizeof(entry));
+    }
+    if (dev_send_cmd(dev, cmd, argument.data(), kLongCommand) < 0) return false;
+    entries = entries.subspan(size);
+  }
+  return true;
+}
+
+/// Adds entries up to the end mark. 1 when it is there, else 0. The entry count wraps at 256, so
+/// that a signal that never ends stays within the packet.
+int add_entries(ir_packet* p, const uint8_t* entries, int most) {
+  for (int i = 0; i < most; i++) {
+    const auto entry = load_word(entries + sizeof(uint16_t) * static_cast<size_t>(i));
+    if (entry == 0 && p->len != 0) return 1;
+    p->buf[p->len++] = entry;
+  }
+  return 0;
 }
 
 }  // namespace
 
-void set_elapsed_flag(int show) {
-  elapsed_flag = show;
+version_t parse_version(const uint8_t* reply) {
+  auto version = load<version_t>(reply);
+  version.major_version = le16toh(version.major_version);
+  version.minor_version = le16toh(version.minor_version);
+  version.patch_version = le16toh(version.patch_version);
+  version.scm_hash = le32toh(version.scm_hash);
+  version.type[sizeof(version.type) - 1] = '\0';
+  return version;
 }
 
-bool is_valid_packet(const ir_packet& packet) {
-  return std::all_of(packet.buf, packet.buf + packet.len,
-                     [](uint16_t duration) { return duration <= kLongestDurationUs; });
-}
-
-void print_raw(ir_packet* p) {
-  Line line;
-  if (elapsed_flag != 0) line.text("+").decimal(p->elapsed * kUsPerMs).print();
-  for (unsigned i = 0; i < p->len; ++i) {
-    line.text(i % 2 == 0 ? "+" : "-").decimal(p->buf[i]).text(" ");
+int zarvo_init(appdata_priv* session) {
+  session->dev = open_device();
+  if (session->dev == nullptr) {
+    _log(3, "[I] device not found\n");
+    return 0;
   }
-  line.print();
-}
-
-void print_comma_delim(ir_packet* p) {
-  Line line;
-  if (elapsed_flag != 0) line.decimal(p->elapsed).text(" ms").print();
-  print_separated(line, *p, ",");
-}
-
-void print_analysir(ir_packet* p) {
-  Line line;
-  if (elapsed_flag != 0) line.text(":e:").decimal(p->elapsed).print();
-  line.text("0,");
-  print_separated(line, *p, ", ");
-}
-
-void print_pronto(ir_packet* p) {
-  if (!is_valid_packet(*p)) {
-    std::puts("error: invalid packet");
-    return;
+  interrupt::checkpoint();
+  if (tessarin_iface_en(session->dev, 1) < 0) {
+    _log(1, "[E] %s(%d): could not set iface\n", __func__, __LINE__);
+    zarvo_deinit(session);
   }
-  ir_t event = ir_event_of(*p);
-  ir_decode_packet(&event);
-  const bool nec = is_nec_family(event.p.protocol);
+  return 0;
+}
 
-  Line line;
-  line.text(kLearnedCode).text(kFrequencyWord).hex(p->len / 2U + 1).text(" ");
-  line.text(nec ? kNecRepeatPairs : kNoRepeatPairs);
-  for (unsigned i = 0; i < p->len; ++i) line.hex(p->buf[i] / kPeriodUs).text(" ");
-  if (nec) {
-    line.text(kNecTail);
-  } else {
-    line.hex(p->elapsed * kUsPerMs / kPeriodUs);
+int zarvo_deinit(appdata_priv* session) {
+  if (session->dev != nullptr) dev_close(session->dev);
+  session->dev = nullptr;
+  return 0;
+}
+
+int tessarin_iface_en(transport::dev_t* dev, int en) {
+  const zarvo_usb_t wanted{htole32(kTimingInterface), static_cast<uint8_t>(en)};
+  auto argument = data_of<short_command>(wanted);
+  return dev_send_cmd(dev, "usb_if", argument.data(), kShortCommand);
+}
+
+int zv_get_version(transport::dev_t* dev, uint8_t* buf, uint8_t /*len*/) {
+  if (dev == nullptr) return -1;
+  if (buf == nullptr) {
+    _log(1, "[E] %s(%d): invalid buffer\n", __func__, __LINE__);
+    return -1;
   }
-  line.print();
+  return dev_send_cmd(dev, "getversion", buf, kVersionReplySize) < 0 ? 1 : 0;
+}
+
+int zv_version_compare(transport::dev_t* dev, uint16_t major, uint16_t minor) {
+  if (dev == nullptr) return -1;
+  const version_t found = query_version(dev);
+  _log(1, "[E] %s(%d): Zarvo tessarin found version: %d.%d.%d 0x%X [%s]\n", __func__, __LINE__,
+       found.major_version, found.minor_version, found.patch_version, found.scm_hash, found.type);
+  if (found.major_version == major) return found.minor_version < minor ? -1 : 0;
+  return found.major_version > major ? -1 : 0;  // this way round: see the header
+}
+
+int zv_rb_settings_get(transport::dev_t* dev, uint32_t* wake_en, uint8_t* high, uint8_t* low) {
+  long_command data{};
+  if (dev_send_cmd(dev, "rbget", data.data(), kLongCommand) < 0) return -1;
+  const auto settings = load<rb_settings_t>(data.data());
+  *wake_en = le32toh(settings.enable);
+  *high = settings.high_add;
+  *low = settings.low_add;
+  return 0;
+}
+
+int zv_rb_settings_set(transport::dev_t* dev, uint32_t wake_en, uint8_t high, uint8_t low) {
+  const rb_settings_t settings{htole32(wake_en), 0, 0, 0, high, low};
+  auto data = data_of<long_command>(settings);
+  return dev_send_cmd(dev, "rbset", data.data(), kLongCommand) < 0 ? -1 : 0;
+}
+
+int zv_rb_wake_sig(transport::dev_t* dev, const uint16_t* buf, uint8_t len) {
+  auto header = data_of<long_command>(rb_timing_buf_len{store_count(len)});
+  if (dev_send_cmd(dev, "rbsetlen", header.data(), kLongCommand) < 0) return -1;
+  // Counted in 8 bits: the device has no room for 128 entries or more.
+  const auto bytes = static_cast<uint8_t>(sizeof(uint16_t) * len);
+  if (upload(dev, "rbwakesig", {buf, bytes / sizeof(uint16_t)})) return 0;
+  _log(1, "[E] %s(%d): error sending data, ceck device log\n", __func__, __LINE__);
+  return -1;
+}
+
+int zv_transmit_raw(transport::dev_t* dev, const uint16_t* buf, uint16_t len, uint16_t ik,
+                    uint8_t repeat) {
+  auto header = data_of<long_command>(ir_tran_set_t{store_count(len), htole16(ik), repeat});
+  if (dev_send_cmd(dev, "irtranset", header.data(), kLongCommand) < 0) return -1;
+  const auto bytes = static_cast<uint16_t>(sizeof(uint16_t) * len);
+  if (upload(dev, "irtransraw", {buf, bytes / sizeof(uint16_t)})) return 0;
+  _log(1, "[E] %s(%d): error sending data, ceck device log\n", __func__, __LINE__);
+  return -1;
+}
+
+int zv_transmit_kill(transport::dev_t* dev) {
+  long_command argument{};
+  return dev_send_cmd(dev, "irtranskil", argument.data(), kLongCommand) < 0 ? -1 : 0;
+}
+
+int zv_ir_packet_poll(transport::dev_t* dev, ir_packet* p) {
+  if (dev == nullptr) return -1;
+  transport::timing_report report;
+  const int count = transport::hid_read_timing(dev, report);
+  if (count == 0) return 0;
+  const bool right_length = static_cast<uint8_t>(count) == transport::kTimingReportSize;
+  const bool right_id = report[0] == transport::kTimingReportId;
+  if (!right_length) _log(1, "[E] %s(%d): Wrong response length = %d\n", __func__, __LINE__, count);
+  if (!right_id) _log(1, "[E] %s(%d): %s: wrong report id\n", __func__, __LINE__, __func__);
+  if (!right_length || !right_id) {
+    _log(1, "[E] %s(%d): Device Closed, Watiing...\n", __func__, __LINE__);
+    return -1;
+  }
+
+  if (load_word(report.data() + kFirstWordAt) != 0) {
+    return add_entries(p, report.data() + kMoreEntriesAt, kMoreEntries);
+  }
+  p->len = 0;
+  p->elapsed = load_word(report.data() + kElapsedAt);
+  return add_entries(p, report.data() + kFirstEntriesAt, kFirstEntries);
+}
+
+int wait_for_device(transport::dev_t** dev) {
+  // This may take long, and a reader wants to know why nothing comes.
+  if (!output::flush()) return -1;
+  // A device that just came back may refuse to open until its access rights are set.
+  while ((*dev = open_device()) == nullptr) pause_us(kReopenPauseUs);
+  interrupt::checkpoint();
+
+  const version_t found = query_version(*dev);
+  std::printf("Zarvo tessarin found version: %d.%d.%d 0x%X [%s]\n", found.major_version,
+              found.minor_version, found.patch_version, found.scm_hash, found.type);
+  // Each part on its own: 5.0 is refused.
+  if (found.major_version >= kListenMajor && found.minor_version >= kListenMinor) {
+    output::flush();
+    tessarin_iface_en(*dev, 1);
+    return 0;
+  }
+  std::printf("Error: version required to listen >= 4.6.x\n");
+  return -1;
+}
+
+int listen_for_signals(appdata_priv* session, void (*on_signal)(ir_packet* p)) {
+  ir_packet packet{};
+  while (output::error() == 0) {
+    switch (zv_ir_packet_poll(session->dev, &packet)) {
+      case 0:
+        break;
+      case 1:
+        on_signal(&packet);
+        break;
+      case -1:
+        std::printf("error, disconnecting\n");
+        zarvo_deinit(session);
+        if (wait_for_device(&session->dev) < 0) return -1;
+        break;
+      default:
+        std::printf("UNKNOWN ERROR\n");
+    }
+  }
+  return -1;
+}
+
+void pause_us(uint64_t us) {
+  constexpr uint64_t kUsPerSecond = 1'000'000;
+  constexpr long kNsPerUs = 1000;
+  timespec left{.tv_sec = static_cast<time_t>(us / kUsPerSecond),
+                .tv_nsec = static_cast<long>(us % kUsPerSecond) * kNsPerUs};
+  const interrupt::wait waiting;
+  while (nanosleep(&left, &left) != 0 && errno == EINTR) {
+  }
 }

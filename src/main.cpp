@@ -10,12 +10,12 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <memory>
 
 #include "lib/libcmds/cmds.h"
 #include "lib/liblog/logging.h"
 #include "lib/libutil/interrupt.h"
 #include "lib/libutil/output.h"
+#include "lib/libutil/owned.h"
 #include "src/prepost.h"
 
 namespace {
@@ -23,11 +23,7 @@ namespace {
 constexpr const char* kProgramName = "vantrel";
 
 // Run when the program starts under its own name without arguments.
-constexpr std::array kDefaultCmds = {"version --pretty", "help"};
-
-struct free_block {
-  void operator()(char* block) const { std::free(block); }
-};
+constexpr std::array default_cmds = {"version --pretty", "help"};
 
 void set_loglevel_from_environment() {
   constexpr int kEverything = 5;
@@ -89,7 +85,7 @@ int main(int argc, const char** argv) {
   std::signal(SIGPIPE, SIG_IGN);  // a reader that has gone is an error like any other
   set_loglevel_from_environment();
 
-  const std::unique_ptr<char, free_block> path(strdup(argc > 0 ? argv[0] : ""));
+  const owned_block<char> path(strdup(argc > 0 ? argv[0] : ""));
   if (path == nullptr) {
     _log(1, "[E] %s(%d): Could not allocate arg0", __func__, __LINE__);
     return EXIT_FAILURE;
@@ -110,7 +106,7 @@ int main(int argc, const char** argv) {
   if (std::strcmp(name, kProgramName) != 0) {
     result = run_cmd(name, argc - 1, argv + 1, &apppriv);
   } else if (argc == 1) {
-    for (const char* line : kDefaultCmds) run_cmd_line(line, &apppriv);
+    for (const char* line : default_cmds) run_cmd_line(line, &apppriv);
   } else {
     result = run_cmds(argc - 1, argv + 1, &apppriv);
   }

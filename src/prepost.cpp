@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "src/prepost.h"
 
-#include "src/session.h"
+#include "src/common.h"
 
 appdata_priv apppriv = {};
 

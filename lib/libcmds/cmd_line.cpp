@@ -3,11 +3,11 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
-#include <memory>
 
 #include "lib/libcmds/cmds.h"
 #include "lib/libcmds/module.h"
 #include "lib/liblog/logging.h"
+#include "lib/libutil/owned.h"
 
 using libcmds::kModule;
 
@@ -23,10 +23,6 @@ class nested {
   ~nested() { nesting--; }
   nested(const nested&) = delete;
   nested& operator=(const nested&) = delete;
-};
-
-struct free_block {
-  void operator()(void* block) const { std::free(block); }
 };
 
 }  // namespace
@@ -73,13 +69,13 @@ int run_cmd_line(const char* cmd_line, void* appdata) {
   }
   const nested level;
   const size_t size = std::strlen(cmd_line) + 1;
-  const std::unique_ptr<char, free_block> line(static_cast<char*>(std::malloc(size)));
+  const owned_block<char> line(static_cast<char*>(std::malloc(size)));
   if (line == nullptr) {
     _log(1, "[E] %s %s(%d): could not allocate command line buffer", kModule, __func__, __LINE__);
     return -ENOMEM;
   }
   std::memcpy(line.get(), cmd_line, size);
-  const std::unique_ptr<const char*, free_block> argv(
+  const owned_block<const char*> argv(
       static_cast<const char**>(std::malloc((kMaxWords + 1) * sizeof(const char*))));
   if (argv == nullptr) {
     _log(1, "[E] %s %s(%d): could not allocate argv", kModule, __func__, __LINE__);

@@ -21,7 +21,7 @@ void print_commands() {
   }
 }
 
-/// Every form takes the same 20 columns; a row without a form takes none.
+/// Every form takes the same 19 columns; a row without a form takes none.
 void print_option(const cmd_opt& opt) {
   std::printf("  ");
   if (opt.shortopt != 0 && opt.longopt != nullptr) {

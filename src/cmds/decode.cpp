@@ -19,6 +19,7 @@
 #include "lib/liblog/logging.h"
 #include "lib/libutil/number.h"
 #include "lib/libutil/output.h"
+#include "lib/libutil/owned.h"
 #include "lib/libutil/startup.h"
 #include "lib/pronto/pronto.h"
 #include "src/cmds/decode_listen.h"
@@ -64,12 +65,8 @@ void print_and_decode(std::span<const uint16_t> entries) {
   decodeit(&packet);
 }
 
-struct file_closer {
-  void operator()(FILE* file) const { std::fclose(file); }
-};
-
 int decode_file(const char* path) {
-  const std::unique_ptr<FILE, file_closer> file(std::fopen(path, "r"));
+  const owned_file file(std::fopen(path, "r"));
   if (file == nullptr) {
     std::perror("could not open script file");
     return 0;

@@ -6,7 +6,6 @@
 #include "lib/libutil/output.h"
 #include "src/cmds/decode.h"
 #include "src/common.h"
-#include "src/session.h"
 
 namespace {
 

@@ -22,7 +22,7 @@
 #include "lib/libutil/output.h"
 #include "lib/libutil/startup.h"
 #include "lib/pronto/pronto.h"
-#include "src/session.h"
+#include "src/common.h"
 
 namespace {
 

@@ -7,7 +7,6 @@
 #include "lib/libutil/output.h"
 #include "lib/libutil/startup.h"
 #include "src/common.h"
-#include "src/session.h"
 
 namespace {
 

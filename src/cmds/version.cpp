@@ -5,7 +5,7 @@
 
 #include "lib/libcmds/cmds.h"
 #include "lib/libutil/startup.h"
-#include "src/session.h"
+#include "src/common.h"
 #include "version_info.h"
 
 namespace {

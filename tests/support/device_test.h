@@ -9,7 +9,7 @@
 
 #include "lib/libcmds/cmds.h"
 #include "lib/liblog/logging.h"
-#include "src/session.h"
+#include "src/common.h"
 #include "tests/support/capture.h"
 #include "tests/support/fake_usb.h"
 

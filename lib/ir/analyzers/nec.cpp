@@ -41,13 +41,17 @@ uint32_t finish_nec(uint32_t /*ticks*/, ir_t* ir, IR_PROTOCOL_ANALYZER* self) {
   return RC_PROTO_NEC;
 }
 
+void reset_nec(IR_PROTOCOL_ANALYZER* self) {
+  age_win_memory(self);
+}
+
 constinit win_memory memory = {};
 
 constinit IR_PROTOCOL_ANALYZER analyzer = {
     .node = {},
     .analyze = analyze_nec,
     .finish = finish_nec,
-    .reset = age_win_memory,
+    .reset = reset_nec,
     .priv = &memory,
     .acc = 0,
     .result = 0,

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The session and the operations of the device.
-#include "src/session.h"
+#include "src/common.h"
 
 #include <algorithm>
 #include <array>
