@@ -8,7 +8,10 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <optional>
+#include <string>
 #include <string_view>
+#include <utility>
 
 #include "lib/liblog/logging.h"
 
@@ -18,59 +21,50 @@ namespace {
 
 constexpr int kNotOpen = -19;
 
+// Of the device that was opened last, null once that is closed. Its dev_t has it too.
 libusb_device_handle* handle = nullptr;
 
-std::string_view expected_manufacturer(const libusb_priv& wanted) {
-  return {wanted.mfr, strnlen(wanted.mfr, sizeof(wanted.mfr))};
+libusb_device_handle* handle_of(const dev_t* dev) {
+  return static_cast<libusb_device_handle*>(dev->handle);
 }
 
-bool has_manufacturer(libusb_device_handle* opened, uint8_t index, const libusb_priv& wanted) {
+/// One use of the library, which ends with the object unless it is kept.
+class library_use {
+ public:
+  library_use() = default;
+  ~library_use() {
+    if (!kept_) libusb_exit(nullptr);
+  }
+  library_use(const library_use&) = delete;
+  library_use& operator=(const library_use&) = delete;
+  void keep() { kept_ = true; }
+
+ private:
+  bool kept_ = false;
+};
+
+struct close_device {
+  void operator()(libusb_device_handle* opened) const { libusb_close(opened); }
+};
+using owned_handle = std::unique_ptr<libusb_device_handle, close_device>;
+
+struct free_list {
+  void operator()(libusb_device** list) const { libusb_free_device_list(list, 1); }
+};
+using device_list = std::unique_ptr<libusb_device*[], free_list>;
+
+/// The manufacturer of an open device; nothing when it does not say.
+std::optional<std::string> manufacturer_of(libusb_device_handle* opened, uint8_t index) {
   std::array<unsigned char, 256> text{};
   const int length =
       libusb_get_string_descriptor_ascii(opened, index, text.data(), static_cast<int>(text.size()));
-  if (length < 0) {
-    _log(1, "[E] %s(%d): Cannot query device, is the GUI open?\n", "libusb_dev_open", __LINE__);
-    return false;
-  }
-  const std::string_view found(reinterpret_cast<const char*>(text.data()),
-                               std::min(static_cast<size_t>(length), text.size()));
-  if (found != expected_manufacturer(wanted)) {
-    _log(1, "[E] %s(%d): manufacturer string mismatch\n", "libusb_dev_open", __LINE__);
-    return false;
-  }
-  return true;
+  if (length < 0) return std::nullopt;
+  const size_t size = std::min(static_cast<size_t>(length), text.size());
+  return std::string(reinterpret_cast<const char*>(text.data()), size);
 }
 
-/// Opens a device whose ids match. Null when it does not open or is not the one.
-libusb_device_handle* open_match(libusb_device* candidate, uint8_t manufacturer_index,
-                                 const libusb_priv& wanted) {
-  _log(3, "[I] Matched VID:0x%04X PID: 0x%04X\n", wanted.VID, wanted.PID);
-  _log(3, "[I] opening device\n");
-  libusb_device_handle* opened = nullptr;
-  libusb_open(candidate, &opened);
-  if (opened == nullptr) {
-    _log(2, "[W] %s(%d): can't open usb device\n", "libusb_dev_open", __LINE__);
-    return nullptr;
-  }
-  _log(3, "[I] device opened\n");
-  libusb_claim_interface(opened, wanted.interface);
-  if (has_manufacturer(opened, manufacturer_index, wanted)) return opened;
-  libusb_close(opened);
-  return nullptr;
-}
-
-int open_first_match(libusb_device** list, size_t count, const libusb_priv& wanted) {
-  for (size_t i = 0; i < count; i++) {
-    libusb_device_descriptor descriptor{};
-    if (libusb_get_device_descriptor(list[i], &descriptor) < 0) {
-      _log(1, "[E] %s(%d): failed to get device descriptor", "libusb_dev_open", __LINE__);
-      return -1;
-    }
-    if (descriptor.idVendor != wanted.VID || descriptor.idProduct != wanted.PID) continue;
-    handle = open_match(list[i], descriptor.iManufacturer, wanted);
-    if (handle != nullptr) return 0;
-  }
-  return -1;
+std::string_view expected_manufacturer(const libusb_priv& wanted) {
+  return {wanted.mfr, strnlen(wanted.mfr, sizeof(wanted.mfr))};
 }
 
 }  // namespace
@@ -81,24 +75,52 @@ int libusb_dev_open(dev_t* dev, void* p) {
     _log(1, "[E] %s(%d): can not initialize libusb\n", __func__, __LINE__);
     return result;
   }
-  libusb_device** list = nullptr;
-  const ssize_t count = libusb_get_device_list(nullptr, &list);
+  library_use library;
+  libusb_device** all = nullptr;
+  const ssize_t count = libusb_get_device_list(nullptr, &all);
   if (count < 0) {
     _log(1, "[E] %s(%d): libusb cnt < 0\n", __func__, __LINE__);
     return static_cast<int>(count);
   }
-  const int result = open_first_match(list, static_cast<size_t>(count), wanted);
-  libusb_free_device_list(list, 1);
-  if (result < 0) return result;
+  const device_list list(all);
+  owned_handle opened;
+  for (size_t i = 0; i < static_cast<size_t>(count) && opened == nullptr; i++) {
+    libusb_device_descriptor descriptor{};
+    if (libusb_get_device_descriptor(list[i], &descriptor) < 0) {
+      _log(1, "[E] %s(%d): failed to get device descriptor", __func__, __LINE__);
+      return -1;
+    }
+    if (descriptor.idVendor != wanted.VID || descriptor.idProduct != wanted.PID) continue;
+    _log(3, "[I] Matched VID:0x%04X PID: 0x%04X\n", wanted.VID, wanted.PID);
+    _log(3, "[I] opening device\n");
+    libusb_device_handle* raw = nullptr;
+    libusb_open(list[i], &raw);
+    if (raw == nullptr) {
+      _log(2, "[W] %s(%d): can't open usb device\n", __func__, __LINE__);
+      continue;
+    }
+    owned_handle candidate(raw);
+    _log(3, "[I] device opened\n");
+    libusb_claim_interface(raw, wanted.interface);
+    const auto manufacturer = manufacturer_of(raw, descriptor.iManufacturer);
+    if (!manufacturer) {
+      _log(1, "[E] %s(%d): Cannot query device, is the GUI open?\n", __func__, __LINE__);
+    } else if (*manufacturer != expected_manufacturer(wanted)) {
+      _log(1, "[E] %s(%d): manufacturer string mismatch\n", __func__, __LINE__);
+    } else {
+      opened = std::move(candidate);
+    }
+  }
+  if (opened == nullptr) return -1;
 
   auto* priv = static_cast<libusb_priv*>(std::malloc(sizeof(libusb_priv)));
   if (priv == nullptr) {
     _log(1, "[E] %s(%d): can't allocate memory\n", __func__, __LINE__);
-    libusb_close(handle);
-    handle = nullptr;
     return -1;
   }
   *priv = wanted;
+  handle = opened.release();
+  library.keep();
   *dev = {};
   dev->close = libusb_dev_close;
   dev->handle = handle;
@@ -106,21 +128,22 @@ int libusb_dev_open(dev_t* dev, void* p) {
   return 0;
 }
 
-int libusb_dev_send_cmd(dev_t* /*dev*/, const char* cmd, uint8_t* data, uint32_t /*len*/) {
-  if (handle == nullptr) return kNotOpen;
+int libusb_dev_send_cmd(dev_t* dev, const char* cmd, uint8_t* data, uint32_t /*len*/) {
+  libusb_device_handle* const target = dev != nullptr ? handle_of(dev) : handle;
+  if (target == nullptr) return kNotOpen;
   if (data == nullptr) {
     _log(1, "[E] %s(%d): data pointer invlaid\n", __func__, __LINE__);
     return -1;
   }
   if (cmd != nullptr && std::string_view(cmd) == "libusb_interrupt") {
     const auto* transfer = reinterpret_cast<const libusb_interrupt*>(data);
-    return libusb_interrupt_transfer(handle, transfer->endpoint, transfer->buf, transfer->length,
+    return libusb_interrupt_transfer(target, transfer->endpoint, transfer->buf, transfer->length,
                                      transfer->transferred, transfer->timeout);
   }
   auto* message = reinterpret_cast<libusb_msg*>(data);
-  const uint16_t length = std::min<uint16_t>(message->wLength, sizeof(message->buf));
-  return libusb_control_transfer(handle, message->bmRequestType, message->bRequest, message->wValue,
-                                 message->wIndex, message->buf, length, message->timeout);
+  if (message->wLength > sizeof(message->buf)) return LIBUSB_ERROR_INVALID_PARAM;
+  return libusb_control_transfer(target, message->bmRequestType, message->bRequest, message->wValue,
+                                 message->wIndex, message->buf, message->wLength, message->timeout);
 }
 
 int libusb_dev_close(dev_t* dev) {
@@ -128,12 +151,13 @@ int libusb_dev_close(dev_t* dev) {
     _log(1, "[E] %s(%d): device is null\n", __func__, __LINE__);
     return -1;
   }
-  libusb_reset_device(handle);
-  libusb_release_interface(handle, static_cast<const libusb_priv*>(dev->priv)->interface);
-  libusb_close(handle);
+  libusb_device_handle* const opened = handle_of(dev);
+  libusb_reset_device(opened);
+  libusb_release_interface(opened, static_cast<const libusb_priv*>(dev->priv)->interface);
+  libusb_close(opened);
   libusb_exit(nullptr);
   dev->handle = nullptr;
-  handle = nullptr;
+  if (handle == opened) handle = nullptr;
   return 0;
 }
 

@@ -27,8 +27,8 @@ struct libusb_msg {
   uint8_t bRequest;
   uint16_t wValue;
   uint16_t wIndex;
-  uint8_t buf[256];  // the data stage
-  uint16_t wLength;
+  uint8_t buf[256];      // the data stage
+  uint16_t wLength;      // bytes of buf
   unsigned int timeout;  // ms
 };
 
@@ -46,7 +46,8 @@ struct libusb_interrupt {
 int libusb_dev_open(dev_t* dev, void* p);
 
 /// Makes one transfer: `data` is a libusb_interrupt when `cmd` is "libusb_interrupt", otherwise a
-/// libusb_msg; `len` is not used. libusb's result; -19 without an open device; -1 without `data`.
+/// libusb_msg; `len` is not used. A null `dev` stands for the device that was opened last. libusb's
+/// result; -19 without an open device; -1 without `data`; -2 for a data stage that is too long.
 int libusb_dev_send_cmd(dev_t* dev, const char* cmd, uint8_t* data, uint32_t len);
 
 /// The close operation: resets, releases and closes. 0, or -1 when nothing is open.
