@@ -7,6 +7,7 @@
 #include "lib/libcmds/cmds.h"
 #include "lib/libfile/getline.h"
 #include "lib/liblog/logging.h"
+#include "lib/libutil/output.h"
 #include "lib/libutil/owned.h"
 #include "lib/libutil/startup.h"
 
@@ -45,6 +46,7 @@ int script_handler(int argc, const char** argv, const cmd* cmd, void* appdata,
   for (int number = 1; (length = fgetline(file.get(), line.get(), kLineSize)) >= 0; number++) {
     if (length == 0 || *line == '#') continue;
     if (run_cmd_line(line.get(), appdata) != 0) {
+      if (output::reader_has_gone()) return -1;
       _log(1, "[E] %s(%d): %s: an error occured with line #%d\n", __func__, __LINE__, cmd->name,
            number);
       return -1;

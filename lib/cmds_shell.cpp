@@ -3,8 +3,8 @@
 #include <termios.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdio>
-#include <cstdlib>
 
 // readline's header needs FILE before it.
 #include <readline/history.h>
@@ -13,41 +13,55 @@
 #include "lib/libcmds/cmds.h"
 #include "lib/libutil/interrupt.h"
 #include "lib/libutil/output.h"
+#include "lib/libutil/owned.h"
 #include "lib/libutil/startup.h"
 
 namespace {
 
 struct termios cooked;  // the terminal before readline touched it
 
-/// readline puts the terminal right itself when the signal finds it reading; this is for the
-/// moments before it has its own handler in place. Only system calls.
-void restore_cooked() {
-  if (!RL_ISSTATE(RL_STATE_TERMPREPPED)) return;
-  constexpr char kPasteBracketsOff[] = "\033[?2004l";
+/// Puts the terminal right. readline says something on the way, which may wait for ever on a
+/// terminal that takes nothing.
+void leave_readline() {
+  if (output::has_room()) rl_cleanup_after_signal();
   tcsetattr(STDIN_FILENO, TCSANOW, &cooked);
-  if (isatty(STDOUT_FILENO) != 0) {
-    (void)!write(STDOUT_FILENO, kPasteBracketsOff, sizeof kPasteBracketsOff - 1);
-  }
 }
 
-/// A line in a block of its own that the caller frees, null at the end of input.
-char* read_line() {
-  const interrupt::wait waiting;
-  return readline("vantrel $ ");
+/// The next character for readline; a point of interrupt.h. readline has signal handlers of its
+/// own, and gives on what they caught when it is asked to.
+int read_key(FILE* in) {
+  unsigned char key = 0;
+  ssize_t got = 0;
+  do {
+    interrupt::take_back();
+    while (rl_pending_signal() != 0) {
+      rl_check_signals();
+      interrupt::take_back();
+    }
+    if (!interrupt::noted()) got = read(fileno(in), &key, 1);
+    if (interrupt::noted()) {
+      leave_readline();
+      interrupt::checkpoint();
+    }
+  } while (got < 0 && errno == EINTR);
+  if (got == 1) return key;
+  return got < 0 && RL_ISSTATE(RL_STATE_READCMD) ? READERR : EOF;
 }
 
 int shell_handler(int /*argc*/, const char** /*argv*/, const cmd* /*cmd*/, void* appdata,
                   dictionary* /*opts*/) {
-  if (tcgetattr(STDIN_FILENO, &cooked) == 0) interrupt::set_terminal_restorer(restore_cooked);
-  for (char* line = read_line(); line != nullptr; line = read_line()) {
+  tcgetattr(STDIN_FILENO, &cooked);
+  rl_getc_function = read_key;
+  while (true) {
+    const owned_block<char> line(readline("vantrel $ "));
+    interrupt::checkpoint();
+    if (line == nullptr) break;
     if (*line != '\0') {
-      run_cmd_line(line, appdata);
-      add_history(line);
+      run_cmd_line(line.get(), appdata);
+      add_history(line.get());
     }
-    std::free(line);
     if (!output::flush()) break;
   }
-  interrupt::set_terminal_restorer(nullptr);
   std::printf("\n");
   return 0;
 }

@@ -95,6 +95,13 @@ uint16_t load_word(const uint8_t* from) {
   return le16toh(load<uint16_t>(from));
 }
 
+/// One command; a point of interrupt.h.
+int exchange(transport::dev_t* dev, const char* cmd, uint8_t* data, uint32_t len) {
+  const int result = dev_send_cmd(dev, cmd, data, len);
+  interrupt::checkpoint();
+  return result;
+}
+
 transport::dev_t* open_device() {
   transport::libhid_priv wanted{VANTREL_USB_VID, VANTREL_USB_PID, kDeviceInterface};
   return transport::dev_open(transport::kHid, &wanted);
@@ -102,7 +109,7 @@ transport::dev_t* open_device() {
 
 version_t query_version(transport::dev_t* dev) {
   std::array<uint8_t, kVersionReplySize> reply{};
-  dev_send_cmd(dev, "getversion", reply.data(), kVersionReplySize);
+  exchange(dev, "getversion", reply.data(), kVersionReplySize);
   return parse_version(reply.data());
 }
 
@@ -117,7 +124,7 @@ bool upload(transport::dev_t* dev, const char* cmd, std::span<const uint16_t> en
       const uint16_t entry = htole16(entries[i]);
       std::memcpy(argument.data() + i * sizeof(entry), &entry, sizeof(entry));
     }
-    if (dev_send_cmd(dev, cmd, argument.data(), kLongCommand) < 0) return false;
+    if (exchange(dev, cmd, argument.data(), kLongCommand) < 0) return false;
     entries = entries.subspan(size);
   }
   return true;
@@ -148,11 +155,11 @@ version_t parse_version(const uint8_t* reply) {
 
 int zarvo_init(appdata_priv* session) {
   session->dev = open_device();
+  interrupt::checkpoint();
   if (session->dev == nullptr) {
     _log(3, "[I] device not found\n");
     return 0;
   }
-  interrupt::checkpoint();
   if (tessarin_iface_en(session->dev, 1) < 0) {
     _log(1, "[E] %s(%d): could not set iface\n", __func__, __LINE__);
     zarvo_deinit(session);
@@ -169,7 +176,7 @@ int zarvo_deinit(appdata_priv* session) {
 int tessarin_iface_en(transport::dev_t* dev, int en) {
   const zarvo_usb_t wanted{htole32(kTimingInterface), static_cast<uint8_t>(en)};
   auto argument = data_of<short_command>(wanted);
-  return dev_send_cmd(dev, "usb_if", argument.data(), kShortCommand);
+  return exchange(dev, "usb_if", argument.data(), kShortCommand);
 }
 
 int zv_get_version(transport::dev_t* dev, uint8_t* buf, uint8_t /*len*/) {
@@ -178,7 +185,7 @@ int zv_get_version(transport::dev_t* dev, uint8_t* buf, uint8_t /*len*/) {
     _log(1, "[E] %s(%d): invalid buffer\n", __func__, __LINE__);
     return -1;
   }
-  return dev_send_cmd(dev, "getversion", buf, kVersionReplySize) < 0 ? 1 : 0;
+  return exchange(dev, "getversion", buf, kVersionReplySize) < 0 ? 1 : 0;
 }
 
 int zv_version_compare(transport::dev_t* dev, uint16_t major, uint16_t minor) {
@@ -192,7 +199,7 @@ int zv_version_compare(transport::dev_t* dev, uint16_t major, uint16_t minor) {
 
 int zv_rb_settings_get(transport::dev_t* dev, uint32_t* wake_en, uint8_t* high, uint8_t* low) {
   long_command data{};
-  if (dev_send_cmd(dev, "rbget", data.data(), kLongCommand) < 0) return -1;
+  if (exchange(dev, "rbget", data.data(), kLongCommand) < 0) return -1;
   const auto settings = load<rb_settings_t>(data.data());
   *wake_en = le32toh(settings.enable);
   *high = settings.high_add;
@@ -203,12 +210,12 @@ int zv_rb_settings_get(transport::dev_t* dev, uint32_t* wake_en, uint8_t* high, 
 int zv_rb_settings_set(transport::dev_t* dev, uint32_t wake_en, uint8_t high, uint8_t low) {
   const rb_settings_t settings{htole32(wake_en), 0, 0, 0, high, low};
   auto data = data_of<long_command>(settings);
-  return dev_send_cmd(dev, "rbset", data.data(), kLongCommand) < 0 ? -1 : 0;
+  return exchange(dev, "rbset", data.data(), kLongCommand) < 0 ? -1 : 0;
 }
 
 int zv_rb_wake_sig(transport::dev_t* dev, const uint16_t* buf, uint8_t len) {
   auto header = data_of<long_command>(rb_timing_buf_len{store_count(len)});
-  if (dev_send_cmd(dev, "rbsetlen", header.data(), kLongCommand) < 0) return -1;
+  if (exchange(dev, "rbsetlen", header.data(), kLongCommand) < 0) return -1;
   // Counted in 8 bits: the device has no room for 128 entries or more.
   const auto bytes = static_cast<uint8_t>(sizeof(uint16_t) * len);
   if (upload(dev, "rbwakesig", {buf, bytes / sizeof(uint16_t)})) return 0;
@@ -219,7 +226,7 @@ int zv_rb_wake_sig(transport::dev_t* dev, const uint16_t* buf, uint8_t len) {
 int zv_transmit_raw(transport::dev_t* dev, const uint16_t* buf, uint16_t len, uint16_t ik,
                     uint8_t repeat) {
   auto header = data_of<long_command>(ir_tran_set_t{store_count(len), htole16(ik), repeat});
-  if (dev_send_cmd(dev, "irtranset", header.data(), kLongCommand) < 0) return -1;
+  if (exchange(dev, "irtranset", header.data(), kLongCommand) < 0) return -1;
   const auto bytes = static_cast<uint16_t>(sizeof(uint16_t) * len);
   if (upload(dev, "irtransraw", {buf, bytes / sizeof(uint16_t)})) return 0;
   _log(1, "[E] %s(%d): error sending data, ceck device log\n", __func__, __LINE__);
@@ -228,13 +235,14 @@ int zv_transmit_raw(transport::dev_t* dev, const uint16_t* buf, uint16_t len, ui
 
 int zv_transmit_kill(transport::dev_t* dev) {
   long_command argument{};
-  return dev_send_cmd(dev, "irtranskil", argument.data(), kLongCommand) < 0 ? -1 : 0;
+  return exchange(dev, "irtranskil", argument.data(), kLongCommand) < 0 ? -1 : 0;
 }
 
 int zv_ir_packet_poll(transport::dev_t* dev, ir_packet* p) {
   if (dev == nullptr) return -1;
   transport::timing_report report;
   const int count = transport::hid_read_timing(dev, report);
+  interrupt::checkpoint();
   if (count == 0) return 0;
   const bool right_length = static_cast<uint8_t>(count) == transport::kTimingReportSize;
   const bool right_id = report[0] == transport::kTimingReportId;
@@ -299,7 +307,6 @@ void pause_us(uint64_t us) {
   constexpr long kNsPerUs = 1000;
   timespec left{.tv_sec = static_cast<time_t>(us / kUsPerSecond),
                 .tv_nsec = static_cast<long>(us % kUsPerSecond) * kNsPerUs};
-  const interrupt::wait waiting;
-  while (nanosleep(&left, &left) != 0 && errno == EINTR) {
-  }
+  while (nanosleep(&left, &left) != 0 && errno == EINTR) interrupt::checkpoint();
+  interrupt::checkpoint();
 }

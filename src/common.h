@@ -2,6 +2,9 @@
 // The device as the commands see it (the session's hooks, its operations, what it receives) and
 // the printers: one pattern, one line of text on standard output, in one of four formats.
 //
+// Whatever waits here is a point of lib/libutil/interrupt.h: with session->dev and *dev always the
+// device that is open, so that the stop hook closes it.
+//
 // Results are 0 for success and negative for failure, already logged, unless said otherwise.
 // Durations are µs, mark and space in turn, a mark first.
 #pragma once

@@ -2,7 +2,6 @@
 // The entry: hooks around the commands that the start name and the arguments choose.
 #include <fcntl.h>
 #include <libgen.h>
-#include <poll.h>
 #include <unistd.h>
 
 #include <array>
@@ -46,32 +45,26 @@ void occupy_standard_streams() {
 /// The exit status: `status`, or 1 when standard output could not take all that was printed.
 int close_stdout(int status) {
   if (output::flush()) return status;
-  _log(1, "[E] %s(%d): could not write to standard output: %s\n", __func__, __LINE__,
-       std::strerror(output::error()));
+  if (!output::reader_has_gone()) {
+    _log(1, "[E] %s(%d): could not write to standard output: %s\n", __func__, __LINE__,
+         std::strerror(output::error()));
+  }
   return EXIT_FAILURE;
 }
 
-/// Ends the line that may stand unfinished and says what happens. Nothing is buffered.
+/// Ends the line that may stand unfinished and says what happens, unless nobody takes it.
 void announce_cleanup() {
   constexpr char kText[] = "\nCleaning up....\n";
-  pollfd out = {STDOUT_FILENO, POLLOUT, 0};
-  if (poll(&out, 1, 0) != 1 || (out.revents & POLLOUT) == 0) return;  // it would block for ever
-  (void)!write(STDOUT_FILENO, kText, sizeof kText - 1);
+  if (output::has_room()) (void)!write(STDOUT_FILENO, kText, sizeof kText - 1);
 }
 
 }  // namespace
 
-/// Runs on SIGINT, and once more when it had to wait for a better moment. In a wait nothing of the
-/// C library is half done, so that flushing, closing the device (which frees memory) and logging
-/// are safe although this is a signal handler; lib/libutil/interrupt.h has the rest.
-static void ex_program(int sig) {
-  const interrupt::moment moment = interrupt::arrived(sig);
-  if (moment == interrupt::moment::kLater) return;
-  interrupt::restore_terminal();
-  if (moment == interrupt::moment::kSafe) std::fflush(stdout);
+/// Ends the program that SIGINT interrupted, in the program's own code and time.
+static void ex_program(int /*sig*/) {
+  std::fflush(stdout);  // a write that nobody takes is cut short
   announce_cleanup();
-  // Anywhere else the hooks might free what is half freed; the kernel closes the device then.
-  if (moment != interrupt::moment::kSafe) _exit(EXIT_FAILURE);
+  interrupt::let_waits_be();
   const int failed = run_hooks(postcmdfuncs, &apppriv);
   if (failed >= 0) {
     _log(1, "[E] %s(%d): post-command function %d returned error\n", __func__, __LINE__, failed);
@@ -82,7 +75,7 @@ static void ex_program(int sig) {
 int main(int argc, const char** argv) {
   occupy_standard_streams();
   interrupt::install(ex_program);
-  std::signal(SIGPIPE, SIG_IGN);  // a reader that has gone is an error like any other
+  std::signal(SIGPIPE, SIG_IGN);  // a reader that has gone is an error, which ends what prints
   set_loglevel_from_environment();
 
   const owned_block<char> path(strdup(argc > 0 ? argv[0] : ""));
@@ -97,6 +90,7 @@ int main(int argc, const char** argv) {
   }
 
   const int failed_pre = run_hooks(precmdfuncs, &apppriv);
+  interrupt::checkpoint();
   if (failed_pre >= 0) {
     _log(1, "[E] %s(%d): pre-command function %d returned error\n", __func__, __LINE__, failed_pre);
     return EXIT_FAILURE;
@@ -115,6 +109,7 @@ int main(int argc, const char** argv) {
   if (result != 0) return close_stdout(EXIT_FAILURE);
 
   const int failed_post = run_hooks(postcmdfuncs, &apppriv);
+  interrupt::checkpoint();
   if (failed_post >= 0) {
     _log(1, "[E] %s(%d): post-command function %d returned error\n", __func__, __LINE__,
          failed_post);

@@ -10,10 +10,11 @@ namespace {
 constexpr int kLineFeed = '\n';
 constexpr int kReturn = '\r';
 
-/// The next character; a signal while it waits does not end the input.
+/// The next character; a signal while it waits is not the end of the input.
 int next_char(FILE* fp) {
   int c = getc_unlocked(fp);
   while (c == EOF && ferror_unlocked(fp) != 0 && errno == EINTR) {
+    interrupt::checkpoint();
     clearerr_unlocked(fp);
     c = getc_unlocked(fp);
   }
@@ -36,7 +37,7 @@ int skip_line_end_partner(FILE* fp, int end) {
 
 ssize_t fgetline(FILE* fp, char* buf, size_t bufsz) {
   if (bufsz == 0) return -1;
-  const interrupt::wait waiting;
+  interrupt::checkpoint();
   size_t n = 0;
   for (int c = next_char(fp); c != EOF; c = next_char(fp)) {
     if (n == bufsz - 1) {

@@ -12,5 +12,5 @@
 /// empty line right before it, and when `bufsz` is 0).
 ///
 /// A longer line comes in pieces of `bufsz` - 1 characters; at each cut one character is lost.
-/// SIGINT ends the program at once while this waits for input.
+/// A point of lib/libutil/interrupt.h.
 ssize_t fgetline(FILE* fp, char* buf, size_t bufsz);

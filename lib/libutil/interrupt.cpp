@@ -3,91 +3,75 @@
 
 #include <sys/time.h>
 
-#include <atomic>
+#include <cerrno>
 #include <csignal>
+#include <initializer_list>
 
 namespace interrupt {
 namespace {
 
-// A signal may come just before the system call that it should have cut short: the ticks do it.
+// The first tick leaves a reader of standard output that is only slow some time.
+constexpr suseconds_t kFirstTickUs = 100'000;
 constexpr suseconds_t kTickUs = 20'000;
-constexpr std::sig_atomic_t kMostTicks = 50;  // a second
 
-volatile std::sig_atomic_t waiting = 0;
-volatile std::sig_atomic_t pending = 0;
-volatile std::sig_atomic_t ticks = 0;
-void (*volatile terminal_restorer)() = nullptr;
+volatile std::sig_atomic_t signal_noted = 0;
+void (*end_program)(int signal) = nullptr;
 
-void handle(int signal, void (*handler)(int)) {
-  struct sigaction action {};
-  action.sa_handler = handler;
-  action.sa_flags = SA_RESTART;
-  sigemptyset(&action.sa_mask);
-  sigaddset(&action.sa_mask, SIGINT);
-  sigaddset(&action.sa_mask, SIGALRM);
-  sigaction(signal, &action, nullptr);
-}
-
-void tick_every(suseconds_t us) {
-  const itimerval setting = {{0, us}, {0, us}};
+void set_ticks(suseconds_t interval_us, suseconds_t first_us) {
+  const itimerval setting = {{0, interval_us}, {0, first_us}};
   setitimer(ITIMER_REAL, &setting, nullptr);
 }
 
-void let_the_next_one_kill() {
-  handle(SIGINT, SIG_DFL);
-  sigset_t interrupts;
-  sigemptyset(&interrupts);
-  sigaddset(&interrupts, SIGINT);
-  sigprocmask(SIG_UNBLOCK, &interrupts, nullptr);
+/// A tick (SIGALRM) has nothing to do but to come.
+void note(int signal) {
+  if (signal != SIGINT || signal_noted != 0) return;
+  signal_noted = signal;
+  const int unchanged = errno;
+  set_ticks(kTickUs, kFirstTickUs);
+  errno = unchanged;
+}
+
+void note_signal(int signal, int flags) {
+  struct sigaction action {};
+  action.sa_handler = note;
+  action.sa_flags = flags;
+  sigemptyset(&action.sa_mask);
+  sigaction(signal, &action, nullptr);
+}
+
+void block(std::initializer_list<int> signals) {
+  sigset_t set;
+  sigemptyset(&set);
+  for (const int signal : signals) sigaddset(&set, signal);
+  sigprocmask(SIG_BLOCK, &set, nullptr);
 }
 
 }  // namespace
 
-void install(void (*handler)(int)) {
-  handle(SIGINT, handler);
-  handle(SIGALRM, handler);
+void install(void (*end)(int signal)) {
+  end_program = end;
+  take_back();
 }
 
-moment arrived(int signal) {
-  const bool safe = waiting != 0;
-  if (!safe && signal == SIGINT && pending == 0) {
-    pending = 1;
-    tick_every(kTickUs);
-    return moment::kLater;
-  }
-  if (!safe && signal == SIGALRM) {
-    ticks = ticks + 1;
-    if (ticks < kMostTicks) return moment::kLater;
-  }
-  tick_every(0);
-  pending = 0;  // the clean-up has waits of its own
-  let_the_next_one_kill();
-  return safe ? moment::kSafe : moment::kAnywhere;
+void take_back() {
+  note_signal(SIGALRM, 0);
+  note_signal(SIGINT, SA_RESTART);  // reads and writes wait on for the first tick
+}
+
+bool noted() {
+  return signal_noted != 0;
 }
 
 void checkpoint() {
-  const wait none;
+  if (!noted()) return;
+  block({SIGINT});
+  signal_noted = 0;  // what `end` does passes points of its own
+  end_program(SIGINT);
 }
 
-wait::wait() : outer_(waiting) {
-  waiting = 1;
-  // Marked before the question: a signal between the two finds the wait.
-  std::atomic_signal_fence(std::memory_order_seq_cst);
-  if (pending != 0) std::raise(SIGINT);
-}
-
-wait::~wait() {
-  std::atomic_signal_fence(std::memory_order_seq_cst);
-  waiting = outer_;
-}
-
-void set_terminal_restorer(void (*restorer)()) {
-  terminal_restorer = restorer;
-}
-
-void restore_terminal() {
-  void (*const restorer)() = terminal_restorer;
-  if (restorer != nullptr) restorer();
+void let_waits_be() {
+  set_ticks(0, 0);
+  block({SIGALRM});
 }
 
 }  // namespace interrupt

@@ -1,49 +1,33 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Where Ctrl-C may end the program.
+// Ctrl-C: when and where it ends the program.
 //
-// A signal can come in the middle of printf or malloc, where nothing but a system call is safe.
-// So the program names its waits (for a line, for the device, for time to pass): there its data
-// and its buffered output are whole, and the handler may flush, close the device and leave.
+// One rule: SIGINT is noted, and the program ends in its own code, at the next point that it
+// passes. So nothing of a library is ever half done then, and whatever has to be said, written out
+// or closed can be.
 //
-//   SIGINT in a wait          the program ends there and then
-//   SIGINT anywhere else      it ends at the next wait, with the line it was printing complete
-//   no wait within a second   it ends where it is (a full pipe that nobody reads, for one)
-//   a second SIGINT           the same, at once
+// A wait is cut short: its system call returns with EINTR, a read or a write after a moment. A
+// signal can come right before the call that it should have cut short, so a timer goes on to cut
+// short every further one until the program has ended. The points stand behind whatever may wait
+// (a device, a pause, a line, standard output) and once per line and pattern where nothing does.
 #pragma once
 
 namespace interrupt {
 
-/// Makes `handler` the SIGINT handler. It must begin by asking arrived().
-void install(void (*handler)(int));
+/// From now on SIGINT is noted. At the next point `end` runs, with SIGINT blocked for good; it
+/// ends the process.
+void install(void (*end)(int signal));
 
-enum class moment {
-  kLater,    // the handler must return; it is called again
-  kSafe,     // in a wait: the handler may do whatever the program may
-  kAnywhere  // the program has to end, but its buffers may be half changed
-};
+/// Notes SIGINT again after a library has put handlers of its own in place.
+void take_back();
 
-/// For the handler. When the answer is to end, a further SIGINT kills the process.
-moment arrived(int signal);
+/// Whether SIGINT has come. A library that is not to end the program itself asks this to tell a
+/// wait that was cut short from one that failed.
+bool noted();
 
-/// A wait of no length: ends the program if a SIGINT has come.
+/// A point: ends the program if SIGINT has come.
 void checkpoint();
 
-/// A wait lasts as long as this object. Its scope may hold system calls and library calls that
-/// block, and code that neither prints nor leaves data half changed.
-class wait {
- public:
-  wait();
-  ~wait();
-  wait(const wait&) = delete;
-  wait& operator=(const wait&) = delete;
-
- private:
-  int outer_;
-};
-
-/// What puts the terminal right before the program ends; null for nothing. Called from the
-/// handler: system calls only.
-void set_terminal_restorer(void (*restorer)());
-void restore_terminal();
+/// For `end`: no wait from here on is cut short.
+void let_waits_be();
 
 }  // namespace interrupt

@@ -9,7 +9,13 @@ namespace output {
 /// is whole. What is still buffered may break it yet.
 int error();
 
-/// Writes out what is buffered. False when standard output is broken.
+/// Whether it is broken because its reader has gone, which is nothing to tell anybody.
+bool reader_has_gone();
+
+/// Whether a short text can be written without waiting.
+bool has_room();
+
+/// Writes out what is buffered. False when standard output is broken. A point of interrupt.h.
 bool flush();
 
 }  // namespace output

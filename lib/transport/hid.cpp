@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
-#include <span>
 
 #include "lib/liblog/logging.h"
 #include "lib/libutil/interrupt.h"
@@ -43,17 +42,6 @@ using report_buffer = std::array<uint8_t, 1 + kReportPayload>;
 
 hid_device* device(const dev_t* dev) {
   return static_cast<hid_device*>(dev->handle);
-}
-
-void log_hidapi_error(const dev_t* dev, const char* caller) {
-  _log(1, "[E] %s(%d): hidapi: %ls\n", caller, __LINE__, hid_error(device(dev)));
-}
-
-/// hid_read_timeout, after which an interrupted program ends: inside, hidapi may be freeing.
-int read_report(dev_t* dev, std::span<uint8_t> report, int timeout_ms) {
-  const int count = hid_read_timeout(device(dev), report.data(), report.size(), timeout_ms);
-  interrupt::checkpoint();
-  return count;
 }
 
 void drain(dev_t* dev) {
@@ -149,8 +137,8 @@ int hid_send_packet(dev_t* dev, uint8_t type, uint8_t* buf, uint32_t len) {
   report[0] = kind.id;
   std::memcpy(report.data() + 1, buf, std::min<size_t>(len, kReportPayload));
   const int written = hid_write(device(dev), report.data(), kind.size);
-  interrupt::checkpoint();
-  if (written < 0) log_hidapi_error(dev, __func__);
+  if (written < 0 && interrupt::noted()) return kInterrupted;
+  if (written < 0) _log(1, "[E] %s(%d): hidapi: %ls\n", __func__, __LINE__, hid_error(device(dev)));
   return written;
 }
 
@@ -170,24 +158,25 @@ int hid_recv_packet(dev_t* dev, uint8_t type, uint8_t* buf, uint32_t len) {
     kind = kAcknowledgement;
   } else {
     _log(1, "[E] %s(%d): %s: invalid packet type\n", __func__, __LINE__, __func__);
-    log_hidapi_error(dev, __func__);
+    _log(1, "[E] %s(%d): hidapi: %ls\n", __func__, __LINE__, hid_error(device(dev)));
     return -1;
   }
 
   report_buffer report{kind.id};
-  const int count = read_report(dev, std::span(report).first(kind.size), kReplyTimeoutMs);
+  const int count = hid_read_timeout(device(dev), report.data(), kind.size, kReplyTimeoutMs);
+  if (count < 0 && interrupt::noted()) return kInterrupted;
   if (count < 0) {
     _log(1, "[E] %s(%d): ---timeout---\n", __func__, __LINE__);
-    log_hidapi_error(dev, __func__);
+    _log(1, "[E] %s(%d): hidapi: %ls\n", __func__, __LINE__, hid_error(device(dev)));
   }
   if (static_cast<uint8_t>(count) != kind.size) {
     _log(1, "[E] %s(%d): Wrong response length = %d\n", __func__, __LINE__, count);
-    log_hidapi_error(dev, __func__);
+    _log(1, "[E] %s(%d): hidapi: %ls\n", __func__, __LINE__, hid_error(device(dev)));
     return -1;
   }
   if (report[0] != kind.id) {
     _log(1, "[E] %s(%d): %s: wrong report id\n", __func__, __LINE__, __func__);
-    log_hidapi_error(dev, __func__);
+    _log(1, "[E] %s(%d): hidapi: %ls\n", __func__, __LINE__, hid_error(device(dev)));
     return -1;
   }
   std::memcpy(buf, report.data() + 1, std::min<size_t>(len, kReportPayload));
@@ -196,7 +185,6 @@ int hid_recv_packet(dev_t* dev, uint8_t type, uint8_t* buf, uint32_t len) {
 
 int hid_flush(dev_t* dev) {
   drain(dev);
-  interrupt::checkpoint();
   return 0;
 }
 
@@ -211,7 +199,7 @@ int hid_dev_close(dev_t* dev) {
 
 int hid_read_timing(dev_t* dev, timing_report& report) {
   report = {kTimingReportId};
-  return read_report(dev, report, kReplyTimeoutMs);
+  return hid_read_timeout(device(dev), report.data(), report.size(), kReplyTimeoutMs);
 }
 
 }  // namespace transport

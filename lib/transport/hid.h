@@ -37,11 +37,11 @@ using timing_report = std::array<uint8_t, kTimingReportSize>;
 int hid_dev_open(dev_t* dev, void* p);
 
 /// The send_pkv operation: commands of 32 or 64 bytes, data of up to 64. hidapi's byte count, or
-/// a negative result.
+/// a negative result (logged, but for kInterrupted).
 int hid_send_packet(dev_t* dev, uint8_t type, uint8_t* buf, uint32_t len);
 
 /// The recv_pkv operation: waits up to 10 s for the report that `type` and `len` call for. `type`,
-/// or -1: nothing came, or something else did.
+/// -1 (nothing came, or something else did; logged) or kInterrupted.
 int hid_recv_packet(dev_t* dev, uint8_t type, uint8_t* buf, uint32_t len);
 
 /// The flush operation: reads and drops input until 100 ms pass in quiet. Always 0.
@@ -51,7 +51,8 @@ int hid_flush(dev_t* dev);
 int hid_dev_close(dev_t* dev);
 
 /// Waits up to 10 s for the next report, whatever it is. Its byte count, 0 when none came, -1 when
-/// the device is gone. The report's first byte holds the id of timing reports when nothing came.
+/// the device is gone or SIGINT cut the wait short. The report's first byte holds the id of timing
+/// reports when nothing came.
 int hid_read_timing(dev_t* dev, timing_report& report);
 
 }  // namespace transport

@@ -29,7 +29,7 @@ int _recv_packet(dev_t* dev, uint8_t type, pkt_t* pkt, uint32_t len) {
   pkt->type = type;
   pkt->len = static_cast<uint8_t>(len);
   const int result = dev->recv_pkv(dev, type, pkt->data, payload_length(len));
-  if (result < 0) {
+  if (result < 0 && result != kInterrupted) {
     _log(1, "[E] %s(%d): %s: recv packet error = %d\n", __func__, __LINE__, __func__, result);
   }
   return result;
@@ -42,53 +42,41 @@ void copy_out(const pkt_t& pkt, size_t offset, uint8_t* data, size_t len) {
   std::memset(data + present, 0, len - present);
 }
 
-bool is_sendable(const char* cmd, uint32_t len) {
-  if (len > sizeof(pkt_t)) {
-    _log(1, "[E] %s(%d): size %d is greater than max command length: %d\n", "_dev_send_cmd",
-         __LINE__, static_cast<int>(len), static_cast<int>(sizeof(pkt_t)));
-    return false;
-  }
-  if (cmd == nullptr) {
-    _log(1, "[E] %s(%d): invalid command\n", "_dev_send_cmd", __LINE__);
-    return false;
-  }
-  const size_t name_length = std::strlen(cmd);
-  if (name_length >= kCmdNameSize) {
-    _log(1, "[E] %s(%d): command string to long: %d > %d\n", "_dev_send_cmd", __LINE__,
-         static_cast<int>(name_length), static_cast<int>(kCmdNameSize));
-    return false;
-  }
-  return true;
-}
-
-bool is_success(const cmd_pkt_t& reply, const cmd_pkt_t& request) {
-  if (std::strncmp(reply.cmd, request.cmd, kCmdNameSize) != 0) {
-    _log(1, "[E] %s(%d): Wrong response: '%.*s'\n", "_dev_send_cmd", __LINE__,
-         static_cast<int>(kCmdNameSize), reply.cmd);
-    return false;
-  }
-  if (reply.status != 0) {
-    _log(1, "[E] %s(%d): Command error: %d\n", "_dev_send_cmd", __LINE__, reply.status);
-    return false;
-  }
-  return true;
-}
-
-/// The command exchange of backends that carry packets.
-int _dev_send_cmd(dev_t* dev, const char* cmd, uint8_t* data, uint32_t len) {
-  if (!is_sendable(cmd, len)) return -1;
-
+/// The request packet of a command whose name and length are good.
+cmd_pkt_t make_request(const char* cmd, const uint8_t* data, uint32_t len) {
   cmd_pkt_t request{};
   std::memcpy(request.cmd, cmd, std::strlen(cmd));
   if (len > kCmdDataOffset) {
     std::memcpy(request.data, data, std::min<size_t>(len - kCmdDataOffset, kCmdDataSize));
   }
+  return request;
+}
+
+/// The command exchange of backends that carry packets.
+int _dev_send_cmd(dev_t* dev, const char* cmd, uint8_t* data, uint32_t len) {
+  if (len > sizeof(pkt_t)) {
+    _log(1, "[E] %s(%d): size %d is greater than max command length: %d\n", __func__, __LINE__,
+         static_cast<int>(len), static_cast<int>(sizeof(pkt_t)));
+    return -1;
+  }
+  if (cmd == nullptr) {
+    _log(1, "[E] %s(%d): invalid command\n", __func__, __LINE__);
+    return -1;
+  }
+  if (const size_t name_length = std::strlen(cmd); name_length >= kCmdNameSize) {
+    _log(1, "[E] %s(%d): command string to long: %d > %d\n", __func__, __LINE__,
+         static_cast<int>(name_length), static_cast<int>(kCmdNameSize));
+    return -1;
+  }
+
+  const cmd_pkt_t request = make_request(cmd, data, len);
   pkt_t pkt{PKTYPE_CMD, static_cast<uint8_t>(len), {}};
   std::memcpy(pkt.data, &request, sizeof(request));
   const int sent = dev->send_pkv(dev, PKTYPE_CMD, pkt.data, payload_length(len));
   if (sent < 0) return sent;
 
   const int received = _recv_packet(dev, PKTYPE_CMD, &pkt, len);
+  if (received == kInterrupted) return kInterrupted;
   if (received < 0) {
     _log(1, "[E] %s(%d): recv timeout\n", __func__, __LINE__);
     return -1;
@@ -100,19 +88,20 @@ int _dev_send_cmd(dev_t* dev, const char* cmd, uint8_t* data, uint32_t len) {
   }
   cmd_pkt_t reply;
   std::memcpy(&reply, pkt.data, sizeof(reply));
-  if (!is_success(reply, request)) return -1;
+  if (std::strncmp(reply.cmd, request.cmd, kCmdNameSize) != 0) {
+    _log(1, "[E] %s(%d): Wrong response: '%.*s'\n", __func__, __LINE__,
+         static_cast<int>(kCmdNameSize), reply.cmd);
+    return -1;
+  }
+  if (reply.status != 0) {
+    _log(1, "[E] %s(%d): Command error: %d\n", __func__, __LINE__, reply.status);
+    return -1;
+  }
 
   // All of `len` comes back though only len - 12 went out: callers' buffers have room for it, and
   // the last 12 bytes are zeros of the receive buffer.
   copy_out(pkt, kCmdDataOffset, data, len);
   return 0;
-}
-
-/// True, with the message, when there is no device. `caller` names the function in it.
-bool is_missing(const dev_t* dev, const char* caller) {
-  if (dev != nullptr) return false;
-  _log(1, "[E] %s(%d): no device found\n", caller, __LINE__);
-  return true;
 }
 
 }  // namespace
@@ -137,7 +126,10 @@ dev_t* dev_open(uint8_t type, void* priv) {
 }
 
 int dev_close(dev_t* dev) {
-  if (is_missing(dev, __func__)) return kNoDevice;
+  if (dev == nullptr) {
+    _log(1, "[E] %s(%d): no device found\n", __func__, __LINE__);
+    return kNoDevice;
+  }
   if (dev->close != nullptr) dev->close(dev);
   std::free(dev->priv);
   delete dev;
@@ -145,27 +137,42 @@ int dev_close(dev_t* dev) {
 }
 
 int dev_flush(dev_t* dev) {
-  if (is_missing(dev, __func__)) return kNoDevice;
+  if (dev == nullptr) {
+    _log(1, "[E] %s(%d): no device found\n", __func__, __LINE__);
+    return kNoDevice;
+  }
   return dev->flush(dev);
 }
 
 int dev_write(dev_t* dev, uint8_t* buf, uint32_t len) {
-  if (is_missing(dev, __func__)) return kNoDevice;
+  if (dev == nullptr) {
+    _log(1, "[E] %s(%d): no device found\n", __func__, __LINE__);
+    return kNoDevice;
+  }
   return dev->write(dev, buf, len);
 }
 
 int dev_read(dev_t* dev, uint8_t* buf, uint32_t len) {
-  if (is_missing(dev, __func__)) return kNoDevice;
+  if (dev == nullptr) {
+    _log(1, "[E] %s(%d): no device found\n", __func__, __LINE__);
+    return kNoDevice;
+  }
   return dev->read(dev, buf, len);
 }
 
 int dev_send_cmd(dev_t* dev, const char* cmd, uint8_t* data, uint32_t len) {
-  if (is_missing(dev, __func__)) return kNoDevice;
+  if (dev == nullptr) {
+    _log(1, "[E] %s(%d): no device found\n", __func__, __LINE__);
+    return kNoDevice;
+  }
   return dev->send_cmd(dev, cmd, data, len);
 }
 
 int dev_send_data(dev_t* dev, uint8_t* data, uint32_t len) {
-  if (is_missing(dev, __func__)) return kNoDevice;
+  if (dev == nullptr) {
+    _log(1, "[E] %s(%d): no device found\n", __func__, __LINE__);
+    return kNoDevice;
+  }
   const int sent = dev->send_pkv(dev, PKTYPE_DATA, data, len);
   if (sent < 0) {
     std::printf("%s: send packet error\n", __func__);

@@ -25,6 +25,10 @@ inline constexpr uint8_t kHid = 2;
 
 inline constexpr int kNoDevice = -6;
 
+/// A wait that SIGINT cut short: not logged, as nothing is wrong with the device. No function here
+/// ends the program; the caller passes a point of lib/libutil/interrupt.h.
+inline constexpr int kInterrupted = -4;
+
 /// A packet in memory. A backend gets a pointer to `data` and the length.
 struct pkt_t {
   uint8_t type;
@@ -78,8 +82,8 @@ int dev_read(dev_t* dev, uint8_t* buf, uint32_t len);
 
 /// Sends the command `cmd` with `len` - 12 argument bytes from `data` and waits for its reply,
 /// whose result overwrites `data`: `len` - 12 bytes and 12 zeros. `data` holds `len` bytes.
-/// 0; kNoDevice for null; -1 when the exchange failed (logged; `data` is untouched); or the
-/// backend's negative result when nothing could be sent. Nothing is tried again.
+/// 0; kNoDevice for null; -1 when the exchange failed (logged; `data` is untouched); kInterrupted;
+/// or the backend's negative result when nothing could be sent. Nothing is tried again.
 int dev_send_cmd(dev_t* dev, const char* cmd, uint8_t* data, uint32_t len);
 
 /// Sends one data packet of `len` bytes and waits for the acknowledgement, which then fills

@@ -18,6 +18,7 @@
 
 #include "lib/libcmds/cmds.h"
 #include "lib/liblog/logging.h"
+#include "lib/libutil/interrupt.h"
 #include "lib/libutil/number.h"
 #include "lib/libutil/output.h"
 #include "lib/libutil/startup.h"
@@ -119,6 +120,7 @@ int sendRaw(std::span<const uint16_t> data, uint16_t ik, uint8_t repeats) {
       zv_transmit_raw(ldev, list.data(), static_cast<uint16_t>(list.size()), ik, repeats);
   if (result < 0) return result;
   dev_flush(ldev);
+  interrupt::checkpoint();
   return 0;
 }
 

@@ -12,9 +12,8 @@ namespace {
 
 /// The result is the command's: a query that fails does not fail the program.
 int print_firmware_version(transport::dev_t* dev) {
-  constexpr int kQueryFailed = 1;
   std::array<uint8_t, kVersionReplySize> reply{};
-  if (dev_send_cmd(dev, "getversion", reply.data(), kVersionReplySize) < 0) return kQueryFailed;
+  if (const int failed = zv_get_version(dev, reply.data(), kVersionReplySize)) return failed;
   const version_t firmware = parse_version(reply.data());
   std::printf(" FW Version: v%d.%d.%d\n", firmware.major_version, firmware.minor_version,
               firmware.patch_version);

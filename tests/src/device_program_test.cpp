@@ -49,39 +49,6 @@ TEST_F(DeviceProgram, LeavesTheDeviceOpenWhenACommandFails) {
   EXPECT_FALSE(closed_the_device());
 }
 
-TEST_F(DeviceProgram, EndsOnAnInterruptInEveryWait) {
-  const std::string half_a_signal = "at 1000 report 07 00 00 00 00" + repeated(" 01", 60);
-  expect_interrupted("for a signal", "at 1000 signal 9000 4500 560\nat 2000", {"listen"},
-                     "+9000 -4500 +560 \n");
-  expect_interrupted("in the middle of a signal", half_a_signal + "\nat 1000", {"listen"}, "");
-  expect_interrupted("for the device", "at 1000 unplug\nat 2000", {"listen"},
-                     "error, disconnecting\n", false);
-  expect_interrupted("for the device's return, and after it",
-                     "at 1000 unplug\nat 2000 plug\nat 6000", {"decode", "--listen"},
-                     "error, disconnecting\nZarvo tessarin found version: 4.8.0 0xABCDEF [test]\n");
-  expect_interrupted("for a reply", "on getversion noreply\nat 3000", {"sendir", "-k"}, "");
-  expect_interrupted("for the end of a gap", "at 800",
-                     {"sendir", "--pronto=0000 006D 0001 0000 0156 2710"},
-                     "Transmitting IR Pattern...\n+8892 \n-65535\n");
-  expect_interrupted("for quiet at the open", "at 150", {"listen"}, "");
-  expect_interrupted("for quiet after a transmission", "at 450", {"sendir", "--raw=1"},
-                     "Transmitting IR Pattern...\n+1 \n-50\n");
-}
-
-TEST_F(DeviceProgram, AnInterruptOfTheShellLeavesTheTerminalAsItWas) {
-  process_options shell = options("device", {"shell"});
-  shell.terminal = true;
-  shell.env.emplace_back("TERM=xterm");
-  process program(shell);
-  ASSERT_TRUE(program.wait_for("vantrel $ "));
-  EXPECT_FALSE(program.terminal_echoes());
-  program.signal(SIGINT);
-  ASSERT_TRUE(program.wait_for("Cleaning up....\r\n"));
-  EXPECT_TRUE(program.terminal_echoes());
-  EXPECT_EQ(program.finish().status, 1);
-  EXPECT_TRUE(closed_the_device());
-}
-
 TEST_F(DeviceProgram, PrintsEverySignalAtOnceIntoAPipe) {
   process program(options("device\nat 1000 signal 9000 4500 560\nat 2000 hang", {"listen", "-c"}));
   EXPECT_TRUE(program.wait_for("9000,4500,560\n"));

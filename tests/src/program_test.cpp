@@ -2,7 +2,6 @@
 // The program itself: how it is started, what it prints where, and how it ends.
 #include "tests/support/program_test.h"
 
-#include <csignal>
 #include <string>
 
 #include "version_info.h"
@@ -119,29 +118,6 @@ TEST_F(Program, TheShellGoesOnAfterFailures) {
                       "[E] lib/libcmds/cmds run_cmd_line(#): command line empty\n",
           0},
          "version\nnothing\n\n \n");
-}
-
-TEST_F(Program, AnInterruptKeepsWhatWasPrinted) {
-  process_options options = with({"script", "-"});
-  options.env = {"DEBUG=1"};
-  process waiting(options);
-  waiting.send("version -z\n#");
-  ASSERT_TRUE(waiting.wait_for("'-z' option\n"));
-  waiting.signal(SIGINT);  // it prints the version now, or has printed it and waits for a line
-  const process_result result = waiting.finish();
-  EXPECT_EQ(result.out, kVersionLine + "\nCleaning up....\n");
-  EXPECT_EQ(result.status, 1);
-}
-
-TEST_F(Program, AnInterruptEndsAStuckProgram) {
-  process stuck(with({"script", "-"}));
-  stuck.send(repeated("help\n", 5000));
-  ASSERT_TRUE(stuck.wait_for("Commands:"));
-  usleep(200000);  // nobody reads on: the pipe fills up and the program cannot go to its next line
-  stuck.signal(SIGINT);
-  const process_result result = stuck.finish(false);
-  EXPECT_EQ(result.status, 1);
-  EXPECT_EQ(result.err, "");
 }
 
 }  // namespace

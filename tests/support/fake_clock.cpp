@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The system's sleeping and clock functions on virtual time, once a script is played.
+#include <sys/syscall.h>
 #include <sys/time.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <ctime>
@@ -15,6 +17,10 @@ constexpr uint64_t kUsPerSecond = 1'000'000;
 uint64_t to_us(const timespec& time) {
   return static_cast<uint64_t>(time.tv_sec) * kUsPerSecond +
          static_cast<uint64_t>(time.tv_nsec / kNsPerUs);
+}
+
+uint64_t to_us(const timeval& time) {
+  return static_cast<uint64_t>(time.tv_sec) * kUsPerSecond + static_cast<uint64_t>(time.tv_usec);
 }
 
 }  // namespace
@@ -48,6 +54,14 @@ int gettimeofday(timeval* now, void* /*zone*/) noexcept {
   now->tv_sec = static_cast<time_t>(us / kUsPerSecond);
   now->tv_usec = static_cast<suseconds_t>(us % kUsPerSecond);
   return 0;
+}
+
+/// Both clocks: a program on virtual time still waits for pipes and terminals in real time.
+int setitimer(__itimer_which_t which, const itimerval* setting, itimerval* before) noexcept {
+  fake_usb::world& world = fake_usb::the_world();
+  world.tick_period = to_us(setting->it_interval);
+  world.next_tick = world.now + to_us(setting->it_value);
+  return static_cast<int>(syscall(SYS_setitimer, which, setting, before));
 }
 
 }  // extern "C"

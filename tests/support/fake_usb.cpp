@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -104,6 +105,10 @@ void schedule(uint64_t at, const std::vector<std::string>& words) {
     events.emplace(at, interrupt_program);
     return;
   }
+  if (what == "deadline") {
+    events.emplace(at, [] { give_up("the program goes on beyond its deadline"); });
+    return;
+  }
   if (what == "hang") {
     events.emplace(at, wait_for_signal);
     return;
@@ -160,6 +165,8 @@ void play_line(const std::vector<std::string>& words) {
     flood(last_device(), all.now + period, period);
   } else if (what == "on") {
     add_fault(words);
+  } else if (what == "sigint") {
+    all.call_interrupts.push_back({words.at(1), words.size() > 2 ? std::stoi(words.at(2)) : 1});
   } else if (what == "fail") {
     all.failures[words.at(1)] = std::stoi(words.at(2));
   } else {
@@ -248,9 +255,18 @@ bool world::advance(uint64_t until, const std::function<bool()>& ready) {
   interrupted = false;
   while (true) {
     if (ready()) return false;
-    if (events.empty() || events.begin()->first > until) {
+    const uint64_t event_at = events.empty() ? UINT64_MAX : events.begin()->first;
+    const uint64_t tick_at = tick_period == 0 ? UINT64_MAX : std::max(next_tick, now);
+    if (std::min(event_at, tick_at) > until) {
       now = std::max(now, until);
       return true;
+    }
+    if (tick_at < event_at) {
+      now = tick_at;
+      next_tick = now + tick_period;
+      std::raise(SIGALRM);
+      interrupted = true;
+      return false;
     }
     const auto event = events.extract(events.begin());
     now = std::max(now, event.key());
@@ -260,6 +276,9 @@ bool world::advance(uint64_t until, const std::function<bool()>& ready) {
 }
 
 void world::record(std::string call) {
+  for (call_interrupt& planned : call_interrupts) {
+    if (call.starts_with(planned.call) && --planned.countdown == 0) std::raise(SIGINT);
+  }
   if (forgetful) return;
   // A program that waits without letting time pass would never end here.
   constexpr size_t kMostCalls = 200'000;
@@ -299,6 +318,11 @@ void world::handle_write(device& target, const bytes& report, bool* failed) {
       std::strncpy(reinterpret_cast<char*>(reply.data() + 1), argument().c_str(), 11);
     } else if (kind == "status") {
       reply[12] = static_cast<uint8_t>(std::stoi(argument()));
+    } else if (kind == "stuck") {
+      constexpr uint64_t kWriteTimeoutUs = 5'000'000;
+      *failed = true;
+      if (!advance(now + kWriteTimeoutUs, [] { return false; })) errno = EINTR;
+      return;
     } else if (kind == "writeerror") {
       *failed = true;
       return;

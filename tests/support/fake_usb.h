@@ -17,11 +17,14 @@
 //   at T unplug               the last device goes away
 //   at T plug [version=...] [refuses=N]     and comes back
 //   at T sigint               Ctrl-C
+//   at T deadline         the program must have ended by now
 //   at T hang                 real time from here on: nothing more comes until a signal does
 //   flood T                   from now on a timing report every T ms, without end
+//   sigint CALL [N]       Ctrl-C in the Nth library call from now whose record begins so: "open"
 //   forgetful                 calls are not recorded, so that memory stays what the program takes
 //   on CMD [N] FAULT          what happens on the Nth command of that name (every one without N):
 //       noreply | short | id BYTE | name NAME | status N | late T | writeerror | unplug | sigint |
+//       stuck (the write takes 5 s and fails) |
 //       flood T | report BYTES... (comes before the reply)
 //   fail FUNCTION CODE        a library function that fails with that code
 #pragma once

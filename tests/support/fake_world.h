@@ -37,6 +37,12 @@ struct fault {
   std::vector<std::string> arguments;
 };
 
+/// Ctrl-C in a library call.
+struct call_interrupt {
+  std::string call;
+  int countdown;  // the how-manieth from now
+};
+
 struct world {
   bool active = false;
   uint64_t now = 0;
@@ -47,7 +53,11 @@ struct world {
   std::vector<std::string> calls;
   bool forgetful = false;  // `calls` stays empty
   int open_handles = 0;
-  bool interrupted = false;  // by a SIGINT whose handler returned
+  bool interrupted = false;  // the wait, by a signal whose handler returned
+  std::vector<call_interrupt> call_interrupts;
+  // The program's timer: SIGALRM comes every so many µs, 0 for never.
+  uint64_t tick_period = 0;
+  uint64_t next_tick = 0;
 
   /// Moves time to `until`, letting happen what is due. Stops early, with false, when `ready`
   /// holds or a signal came.

@@ -142,6 +142,14 @@ bool process::wait_for(std::string_view text) {
   return true;
 }
 
+void process::wait_until_full() const {
+  constexpr useconds_t kPauseUs = 1000;
+  const std::string path = "/proc/self/fd/" + std::to_string(stdout_);
+  pollfd out = {open(path.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC), POLLOUT, 0};
+  for (int i = 0; i < kLongestMs && poll(&out, 1, 0) != 0; i++) usleep(kPauseUs);
+  close(out.fd);
+}
+
 bool process::terminal_echoes() const {
   termios mode{};
   return tcgetattr(in_, &mode) == 0 && (mode.c_lflag & ECHO) != 0 && (mode.c_lflag & ICANON) != 0;

@@ -39,6 +39,9 @@ class process {
   /// Reads on until one of the outputs holds `text`; false when both end before.
   bool wait_for(std::string_view text);
 
+  /// Reads nothing until no more fits into the program's standard output, a pipe.
+  void wait_until_full() const;
+
   /// Whether the program's terminal is in the mode in which the kernel echoes and edits lines.
   [[nodiscard]] bool terminal_echoes() const;
 

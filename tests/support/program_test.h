@@ -81,17 +81,6 @@ class DeviceProgramTest : public ProgramTest {
     return all.size() > 2 && all[all.size() - 2] == "close" && all.back() == "exit";
   }
 
-  /// Lets Ctrl-C come where the scene ends, in the wait for `what`; the run has printed `out` then.
-  void expect_interrupted(const char* what, const std::string& scene, words arguments,
-                          const std::string& out, bool closes_at_the_end = true) {
-    SCOPED_TRACE(what);
-    const process_result result = run("device\n" + scene + " sigint", std::move(arguments));
-    EXPECT_EQ(result.status, 1);
-    EXPECT_EQ(result.out, out + "\nCleaning up....\n");
-    EXPECT_EQ(count("open /dev/fake0"), count("close"));
-    EXPECT_EQ(closed_the_device(), closes_at_the_end);
-  }
-
  private:
   [[nodiscard]] words calls() const {
     words result;
