@@ -33,6 +33,11 @@ inline void add_error(IR_PROTOCOL_ANALYZER* self, uint32_t duration, uint32_t ex
   self->acc = static_cast<uint16_t>(self->acc + error);
 }
 
+/// The one of two expected durations that is nearer.
+inline uint32_t nearer(uint32_t duration, uint32_t shorter, uint32_t longer) {
+  return 2 * duration < shorter + longer ? shorter : longer;
+}
+
 /// Every mark has an even index, every space an odd one.
 inline bool is_mark(uint32_t index) {
   return index % 2 == 0;

@@ -77,27 +77,27 @@ struct protocol {
 
 /// A decoder: what it claims and how it reads an event.
 struct IR_PROTOCOL_HANDLER {
-  list_head node;
-  uint64_t protocols;                      // bit n: decodes rc_proto n; 0: the catch-all
-  int (*decode)(ir_t* event, ir_prot* p);  // fills p and reports; the result is not looked at
-  uint32_t (*hash)(ir_t* event);           // reserved, null
-  int (*encode)(rc_proto protocol, uint32_t scancode, ir_t* event, unsigned int max);  // reserved
-  uint32_t carrier;                                                                    // Hz
-  uint32_t min_timeout;  // µs of silence that end a frame, 0: not fixed
+  list_head node = {};
+  uint64_t protocols;                       // bit n: decodes rc_proto n; 0: the catch-all
+  int (*decode)(ir_t* event, ir_prot* p);   // fills p and reports; the result is not looked at
+  uint32_t (*hash)(ir_t* event) = nullptr;  // reserved
+  int (*encode)(rc_proto protocol, uint32_t scancode, ir_t* event, unsigned int max) = nullptr;
+  uint32_t carrier;          // Hz
+  uint32_t min_timeout = 0;  // µs of silence that end a frame, 0: not fixed
 };
 
 /// An edge analyzer: every duration adds its distance from the expected one to `acc`.
 struct IR_PROTOCOL_ANALYZER {
-  list_head node;  // active or dropped
+  list_head node = {};  // active or dropped
   /// Scores one duration in µs; its index is ir->count.
   void (*analyze)(uint32_t duration, ir_t* ir, IR_PROTOCOL_ANALYZER* self);
   /// Called for the winner: the rc_proto that it stands for.
   uint32_t (*finish)(uint32_t ticks, ir_t* ir, IR_PROTOCOL_ANALYZER* self);
   /// Called after every decode, whoever won; may be null.
-  void (*reset)(IR_PROTOCOL_ANALYZER* self);
-  void* priv;      // the analyzer's own memory
-  uint16_t acc;    // error sum in µs, wraps
-  uint8_t result;  // of the analyzer while it leads
+  void (*reset)(IR_PROTOCOL_ANALYZER* self) = nullptr;
+  void* priv = nullptr;  // the analyzer's own memory
+  uint16_t acc = 0;      // error sum in µs, wraps
+  uint8_t result = 0;    // of the analyzer while it leads
 };
 
 /// Append a record to its registry. Called by the REGFUNC__… constructors in the order of

@@ -37,10 +37,8 @@ uint32_t finish_vote(ir_t* ir) {
 
 constexpr auto kReversed = [] {
   std::array<uint8_t, 256> table = {};
-  for (unsigned byte = 0; byte < table.size(); ++byte) {
-    for (unsigned bit = 0; bit < 8; ++bit) {
-      if ((byte >> bit & 1) != 0) table[byte] |= static_cast<uint8_t>(0x80 >> bit);
-    }
+  for (size_t byte = 1; byte < table.size(); ++byte) {
+    table[byte] = static_cast<uint8_t>(table[byte / 2] / 2 | byte % 2 * 0x80);
   }
   return table;
 }();

@@ -8,13 +8,12 @@ namespace {
 constexpr uint32_t kUnitUs = 264;
 constexpr uint32_t kShortSpaceUs = 3 * kUnitUs;
 constexpr uint32_t kLongSpaceUs = 7 * kUnitUs;
-constexpr uint32_t kSpaceSplitUs = 1321;
 // A frame is followed by its complemented copy this much later.
 constexpr uint16_t kMinRepeatGapMs = 43;
 constexpr uint16_t kMaxRepeatGapMs = 50;
 
 void analyze_denon(uint32_t duration, ir_t* ir, IR_PROTOCOL_ANALYZER* self) {
-  uint32_t expected = duration < kSpaceSplitUs ? kShortSpaceUs : kLongSpaceUs;
+  uint32_t expected = nearer(duration, kShortSpaceUs, kLongSpaceUs);
   if (is_mark(ir->count)) expected = kUnitUs;
   add_error(self, duration, expected);
 }
@@ -27,13 +26,10 @@ uint32_t finish_denon(uint32_t /*ticks*/, ir_t* ir, IR_PROTOCOL_ANALYZER* self) 
 constinit win_memory memory = {};
 
 constinit IR_PROTOCOL_ANALYZER analyzer = {
-    .node = {},
     .analyze = analyze_denon,
     .finish = finish_denon,
     .reset = age_win_memory,
     .priv = &memory,
-    .acc = 0,
-    .result = 0,
 };
 
 constinit protocol registration = {{}, "iranalyzer", "denon", &analyzer};

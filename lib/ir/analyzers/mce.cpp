@@ -7,8 +7,8 @@
 namespace {
 
 constexpr uint32_t kHalfBitUs = 444;
+constexpr uint32_t kBitUs = 2 * kHalfBitUs;
 constexpr uint32_t kLeadUs = 6 * kHalfBitUs;
-constexpr uint32_t kSplitUs = 665;
 
 // Where the lead and the mode bits fix the length, and where the free bits begin.
 constexpr uint32_t kLeadSpaceIndex = 1;
@@ -16,15 +16,15 @@ constexpr uint32_t kFirstFreeIndex = 7;
 constexpr uint32_t kSingleIndex = 8;
 constexpr uint32_t kDoubleIndex = 9;
 
-bool two_halves(uint32_t index, uint32_t duration) {
-  if (index == kLeadSpaceIndex || index == kFirstFreeIndex || index == kDoubleIndex) return true;
-  return index > kFirstFreeIndex && index != kSingleIndex && duration > kSplitUs;
+uint32_t expected_us(uint32_t index, uint32_t duration) {
+  if (index == 0) return kLeadUs;
+  if (index == kLeadSpaceIndex || index == kFirstFreeIndex || index == kDoubleIndex) return kBitUs;
+  if (index < kFirstFreeIndex || index == kSingleIndex) return kHalfBitUs;
+  return nearer(duration, kHalfBitUs, kBitUs);
 }
 
 void analyze_mce(uint32_t duration, ir_t* ir, IR_PROTOCOL_ANALYZER* self) {
-  uint32_t expected = two_halves(ir->count, duration) ? 2 * kHalfBitUs : kHalfBitUs;
-  if (ir->count == 0) expected = kLeadUs;
-  add_error(self, duration, expected);
+  add_error(self, duration, expected_us(ir->count, duration));
 }
 
 uint32_t finish_mce(uint32_t /*ticks*/, ir_t* /*ir*/, IR_PROTOCOL_ANALYZER* /*self*/) {
@@ -32,13 +32,8 @@ uint32_t finish_mce(uint32_t /*ticks*/, ir_t* /*ir*/, IR_PROTOCOL_ANALYZER* /*se
 }
 
 constinit IR_PROTOCOL_ANALYZER analyzer = {
-    .node = {},
     .analyze = analyze_mce,
     .finish = finish_mce,
-    .reset = nullptr,
-    .priv = nullptr,
-    .acc = 0,
-    .result = 0,
 };
 
 constinit protocol registration = {{}, "iranalyzer", "mce", &analyzer};

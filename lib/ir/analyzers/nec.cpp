@@ -12,19 +12,15 @@ constexpr uint32_t kShortLeadUs = 8 * kUnitUs;
 constexpr uint32_t kLeadSpaceUs = 8 * kUnitUs;
 constexpr uint32_t kRepeatSpaceUs = 4 * kUnitUs;
 constexpr uint32_t kLongUs = 3 * kUnitUs;
-// Midpoints between the durations of one place.
-constexpr uint32_t kLeadSplitUs = 6767;
-constexpr uint32_t kRepeatSplitUs = 3384;
-constexpr uint32_t kBitSplitUs = 1127;
 
 void analyze_nec(uint32_t duration, ir_t* ir, IR_PROTOCOL_ANALYZER* self) {
   const auto* memory = static_cast<const win_memory*>(self->priv);
-  uint32_t expected = duration > kBitSplitUs ? kLongUs : kUnitUs;
+  uint32_t expected = nearer(duration, kUnitUs, kLongUs);
   if (ir->count == 0) {
-    expected = duration > kLeadSplitUs ? kLeadUs : kShortLeadUs;
+    expected = nearer(duration, kShortLeadUs, kLeadUs);
   } else if (ir->count == 1) {
-    const bool repeat = memory->decodes_left > 0 && duration < kRepeatSplitUs;
-    expected = repeat ? kRepeatSpaceUs : kLeadSpaceUs;
+    expected = kLeadSpaceUs;
+    if (memory->decodes_left > 0) expected = nearer(duration, kRepeatSpaceUs, kLeadSpaceUs);
   }
   add_error(self, duration, expected);
 }
@@ -48,13 +44,10 @@ void reset_nec(IR_PROTOCOL_ANALYZER* self) {
 constinit win_memory memory = {};
 
 constinit IR_PROTOCOL_ANALYZER analyzer = {
-    .node = {},
     .analyze = analyze_nec,
     .finish = finish_nec,
     .reset = reset_nec,
     .priv = &memory,
-    .acc = 0,
-    .result = 0,
 };
 
 constinit protocol registration = {{}, "iranalyzer", "nec", &analyzer};

@@ -24,13 +24,8 @@ uint32_t finish_nokia(uint32_t /*ticks*/, ir_t* /*ir*/, IR_PROTOCOL_ANALYZER* /*
 }
 
 constinit IR_PROTOCOL_ANALYZER analyzer = {
-    .node = {},
     .analyze = analyze_nokia,
     .finish = finish_nokia,
-    .reset = nullptr,
-    .priv = nullptr,
-    .acc = 0,
-    .result = 0,
 };
 
 constinit protocol registration = {{}, "iranalyzer", "nokia", &analyzer};

@@ -7,13 +7,12 @@ namespace {
 
 constexpr uint32_t kUnitUs = 480;
 constexpr uint32_t kLeadUs = 4 * kUnitUs;
-constexpr uint32_t kSplitUs = 719;
 // A held key sends its frames this far apart.
 constexpr uint16_t kMinRepeatGapMs = 48 - 4;
 constexpr uint16_t kMaxRepeatGapMs = 48 + 4;
 
 void analyze_ortek(uint32_t duration, ir_t* ir, IR_PROTOCOL_ANALYZER* self) {
-  uint32_t expected = duration > kSplitUs ? 2 * kUnitUs : kUnitUs;
+  uint32_t expected = nearer(duration, kUnitUs, 2 * kUnitUs);
   if (ir->count == 0) expected = kLeadUs;
   add_error(self, duration, expected);
 }
@@ -26,13 +25,10 @@ uint32_t finish_ortek(uint32_t /*ticks*/, ir_t* ir, IR_PROTOCOL_ANALYZER* self) 
 constinit win_memory memory = {};
 
 constinit IR_PROTOCOL_ANALYZER analyzer = {
-    .node = {},
     .analyze = analyze_ortek,
     .finish = finish_ortek,
     .reset = age_win_memory,
     .priv = &memory,
-    .acc = 0,
-    .result = 0,
 };
 
 constinit protocol registration = {{}, "iranalyzer", "ortek", &analyzer};

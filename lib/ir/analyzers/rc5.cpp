@@ -6,7 +6,7 @@
 namespace {
 
 constexpr uint32_t kHalfBitUs = 889;
-constexpr uint32_t kSplitUs = 1332;
+constexpr uint32_t kSplitUs = 1332;  // not quite the middle
 
 void analyze_rc5(uint32_t duration, ir_t* ir, IR_PROTOCOL_ANALYZER* self) {
   const bool two_halves = ir->count > 0 && duration > kSplitUs;
@@ -18,13 +18,8 @@ uint32_t finish_rc5(uint32_t /*ticks*/, ir_t* /*ir*/, IR_PROTOCOL_ANALYZER* /*se
 }
 
 constinit IR_PROTOCOL_ANALYZER analyzer = {
-    .node = {},
     .analyze = analyze_rc5,
     .finish = finish_rc5,
-    .reset = nullptr,
-    .priv = nullptr,
-    .acc = 0,
-    .result = 0,
 };
 
 constinit protocol registration = {{}, "iranalyzer", "rc5", &analyzer};

@@ -9,16 +9,14 @@ namespace {
 constexpr uint32_t kUnitUs = 264;
 constexpr uint32_t kShortSpaceUs = 3 * kUnitUs;
 constexpr uint32_t kLongSpaceUs = 7 * kUnitUs;
-constexpr uint32_t kMarkSplitUs = 528;
-constexpr uint32_t kSpaceSplitUs = 1320;
 // A frame is followed by its complemented copy this much later.
 constexpr uint16_t kMinRepeatGapMs = 43;
 constexpr uint16_t kMaxRepeatGapMs = 50;
 
 void analyze_sharp(uint32_t duration, ir_t* ir, IR_PROTOCOL_ANALYZER* self) {
   uint32_t expected = kLongSpaceUs;
-  if (ir->count != 1 && duration < kSpaceSplitUs) {
-    expected = duration < kMarkSplitUs ? kUnitUs : kShortSpaceUs;
+  if (ir->count != 1) {
+    expected = nearer(duration, kUnitUs, nearer(duration, kShortSpaceUs, kLongSpaceUs));
   }
   add_error(self, duration, expected);
 }
@@ -31,13 +29,10 @@ uint32_t finish_sharp(uint32_t /*ticks*/, ir_t* ir, IR_PROTOCOL_ANALYZER* self) 
 constinit win_memory memory = {};
 
 constinit IR_PROTOCOL_ANALYZER analyzer = {
-    .node = {},
     .analyze = analyze_sharp,
     .finish = finish_sharp,
     .reset = age_win_memory,
     .priv = &memory,
-    .acc = 0,
-    .result = 0,
 };
 
 constinit protocol registration = {{}, "iranalyzer", "sharp", &analyzer};

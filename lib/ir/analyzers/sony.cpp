@@ -7,10 +7,9 @@ namespace {
 
 constexpr uint32_t kUnitUs = 600;
 constexpr uint32_t kLeadUs = 4 * kUnitUs;
-constexpr uint32_t kSplitUs = 900;
 
 void analyze_sony(uint32_t duration, ir_t* ir, IR_PROTOCOL_ANALYZER* self) {
-  uint32_t expected = is_mark(ir->count) && duration >= kSplitUs ? 2 * kUnitUs : kUnitUs;
+  uint32_t expected = is_mark(ir->count) ? nearer(duration, kUnitUs, 2 * kUnitUs) : kUnitUs;
   if (ir->count == 0) expected = kLeadUs;
   add_error(self, duration, expected);
 }
@@ -20,13 +19,8 @@ uint32_t finish_sony(uint32_t /*ticks*/, ir_t* /*ir*/, IR_PROTOCOL_ANALYZER* /*s
 }
 
 constinit IR_PROTOCOL_ANALYZER analyzer = {
-    .node = {},
     .analyze = analyze_sony,
     .finish = finish_sony,
-    .reset = nullptr,
-    .priv = nullptr,
-    .acc = 0,
-    .result = 0,
 };
 
 constinit protocol registration = {{}, "iranalyzer", "sony", &analyzer};

@@ -6,11 +6,11 @@
 namespace {
 
 constexpr uint32_t kHalfBitUs = 315;
-constexpr uint32_t kSplitUs = 473;
 
 void analyze_tdc(uint32_t duration, ir_t* ir, IR_PROTOCOL_ANALYZER* self) {
-  const bool two_halves = ir->count > 0 && duration >= kSplitUs;
-  add_error(self, duration, two_halves ? 2 * kHalfBitUs : kHalfBitUs);
+  uint32_t expected = nearer(duration, kHalfBitUs, 2 * kHalfBitUs);
+  if (ir->count == 0) expected = kHalfBitUs;
+  add_error(self, duration, expected);
 }
 
 uint32_t finish_tdc(uint32_t /*ticks*/, ir_t* /*ir*/, IR_PROTOCOL_ANALYZER* /*self*/) {
@@ -18,13 +18,8 @@ uint32_t finish_tdc(uint32_t /*ticks*/, ir_t* /*ir*/, IR_PROTOCOL_ANALYZER* /*se
 }
 
 constinit IR_PROTOCOL_ANALYZER analyzer = {
-    .node = {},
     .analyze = analyze_tdc,
     .finish = finish_tdc,
-    .reset = nullptr,
-    .priv = nullptr,
-    .acc = 0,
-    .result = 0,
 };
 
 constinit protocol registration = {{}, "iranalyzer", "tdc", &analyzer};

@@ -78,13 +78,9 @@ int ir_denon_decode(ir_t* event, ir_prot* p) {
 }
 
 constinit IR_PROTOCOL_HANDLER handler = {
-    .node = {},
     .protocols = claims(RC_PROTO_SHARP) | claims(RC_PROTO_DENON),
     .decode = ir_denon_decode,
-    .hash = nullptr,
-    .encode = nullptr,
     .carrier = 38000,
-    .min_timeout = 0,
 };
 
 constinit protocol registration = {{}, "irprotocol", "DENON", &handler};

@@ -74,13 +74,9 @@ int ir_nec_decode(ir_t* event, ir_prot* p) {
 }
 
 constinit IR_PROTOCOL_HANDLER handler = {
-    .node = {},
     .protocols = claims(RC_PROTO_NEC) | claims(RC_PROTO_NECX) | claims(RC_PROTO_NEC32),
     .decode = ir_nec_decode,
-    .hash = nullptr,
-    .encode = nullptr,
     .carrier = 38000,
-    .min_timeout = 0,
 };
 
 constinit protocol registration = {{}, "irprotocol", "NEC", &handler};

@@ -54,7 +54,6 @@ void report_hash(ir_t* event, ir_prot* p) {
 // The result's protocol is left alone except by the hash.
 int ir_nokia_decode(ir_t* event, ir_prot* p) {
   p->bits = 0;
-  p->scancode = 0;
   if (event->count >= kFewestEntries) {
     p->bits = ((event->count - uint32_t{kFewestEntries}) | 1) + 1;
     p->scancode = gather_symbols(*event);
@@ -78,13 +77,9 @@ int ir_nokia_decode(ir_t* event, ir_prot* p) {
 }
 
 constinit IR_PROTOCOL_HANDLER handler = {
-    .node = {},
     .protocols = claims(RC_PROTO_NOKIA),
     .decode = ir_nokia_decode,
-    .hash = nullptr,
-    .encode = nullptr,
     .carrier = 38000,
-    .min_timeout = 0,
 };
 
 constinit protocol registration = {{}, "irprotocol", "NOKIA", &handler};

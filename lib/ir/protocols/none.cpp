@@ -16,13 +16,9 @@ int ir_general_hash(ir_t* event, ir_prot* p) {
 }
 
 constinit IR_PROTOCOL_HANDLER handler = {
-    .node = {},
     .protocols = 0,
     .decode = ir_general_hash,
-    .hash = nullptr,
-    .encode = nullptr,
     .carrier = 38000,
-    .min_timeout = 0,
 };
 
 constinit protocol registration = {{}, "irprotocol", "ir_prot_none", &handler};

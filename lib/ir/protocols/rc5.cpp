@@ -29,6 +29,7 @@ constexpr int kStartEntries = 2;
 constexpr uint32_t kStartBits = 3;
 constexpr uint32_t kMostBits = 18;
 
+constexpr uint32_t kAddressMask = 0x1F;
 constexpr uint32_t kCommandMask = 0x3F;
 
 int rc5_decode(ir_t* event, ir_prot* p) {
@@ -41,7 +42,7 @@ int rc5_decode(ir_t* event, ir_prot* p) {
     case 12:
       name = "RC5";
       p->protocol = RC_PROTO_RC5;
-      p->scancode = (value << 2 & 0x1F00) | (value & kCommandMask);
+      p->scancode = (value >> 6 & kAddressMask) << 8 | (value & kCommandMask);
       break;
     case 13:
       name = "RC5-SZ";
@@ -51,7 +52,8 @@ int rc5_decode(ir_t* event, ir_prot* p) {
     case 18:
       name = "RC5X";
       p->protocol = RC_PROTO_RC5X_20;
-      p->scancode = (value << 4 & 0x1F0000) | (value << 2 & 0x3F00) | (value & kCommandMask);
+      p->scancode = (value >> 12 & kAddressMask) << 16 | (value >> 6 & kCommandMask) << 8 |
+                    (value & kCommandMask);
       break;
     default:
       return static_cast<int>(p->scancode);
@@ -61,13 +63,9 @@ int rc5_decode(ir_t* event, ir_prot* p) {
 }
 
 constinit IR_PROTOCOL_HANDLER handler = {
-    .node = {},
     .protocols = claims(RC_PROTO_RC5),
     .decode = rc5_decode,
-    .hash = nullptr,
-    .encode = nullptr,
     .carrier = 36000,
-    .min_timeout = 0,
 };
 
 constinit protocol registration = {{}, "irprotocol", "RC5", &handler};

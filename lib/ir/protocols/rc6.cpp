@@ -51,11 +51,8 @@ int rc6_decode(ir_t* event, ir_prot* p) {
 }
 
 constinit IR_PROTOCOL_HANDLER handler = {
-    .node = {},
     .protocols = claims(RC_PROTO_RC6_MCE),
     .decode = rc6_decode,
-    .hash = nullptr,
-    .encode = nullptr,
     .carrier = 36000,
     .min_timeout = 1554,
 };

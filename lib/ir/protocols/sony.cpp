@@ -41,7 +41,7 @@ struct fields {
 };
 
 fields split_12(uint32_t bits) {
-  return {RC_PROTO_SONY12, reverse8(bits << 3 & 0xF8), 0, reverse8(bits >> 4 & 0xFE)};
+  return {RC_PROTO_SONY12, reverse8(bits << 3), 0, reverse8(bits >> 4 & 0xFE)};
 }
 
 fields split_15(uint32_t bits) {
@@ -83,13 +83,9 @@ int ir_sony_decode(ir_t* event, ir_prot* p) {
 }
 
 constinit IR_PROTOCOL_HANDLER handler = {
-    .node = {},
     .protocols = claims(RC_PROTO_SONY12) | claims(RC_PROTO_SONY15) | claims(RC_PROTO_SONY20),
     .decode = ir_sony_decode,
-    .hash = nullptr,
-    .encode = nullptr,
     .carrier = 38000,
-    .min_timeout = 0,
 };
 
 constinit protocol registration = {{}, "irprotocol", "SONY", &handler};

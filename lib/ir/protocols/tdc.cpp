@@ -45,11 +45,8 @@ int tdc_decode(ir_t* event, ir_prot* p) {
 }
 
 constinit IR_PROTOCOL_HANDLER handler = {
-    .node = {},
     .protocols = claims(RC_PROTO_TDC),
     .decode = tdc_decode,
-    .hash = nullptr,
-    .encode = nullptr,
     .carrier = 36000,
     .min_timeout = 89000,
 };

@@ -81,11 +81,8 @@ int ir_xmp_decode(ir_t* event, ir_prot* p) {
 }
 
 constinit IR_PROTOCOL_HANDLER handler = {
-    .node = {},
     .protocols = claims(RC_PROTO_XMP),
     .decode = ir_xmp_decode,
-    .hash = nullptr,
-    .encode = nullptr,
     .carrier = 38000,
     .min_timeout = 20000,
 };

@@ -86,11 +86,8 @@ int zarvo_decode(ir_t* event, ir_prot* p) {
 }
 
 constinit IR_PROTOCOL_HANDLER handler = {
-    .node = {},
     .protocols = claims(RC_PROTO_ZARVO),
     .decode = zarvo_decode,
-    .hash = nullptr,
-    .encode = nullptr,
     .carrier = 36000,
     .min_timeout = 25000,
 };
