@@ -42,15 +42,41 @@ inline Durations symbols(int mark, int from, int step, uint64_t bits, int count,
   return out;
 }
 
-/// The lead of RC5 (two start bits) and what follows it.
-inline Durations rc5x(uint32_t bits) {
-  Durations out = {889, 889};
-  append(out, biphase(889, true, bits, 18));
+inline Durations nec(uint32_t bits) {
+  Durations out = {9024, 4512};
+  append(out, symbols(564, 2 * 564, 2 * 564, bits, 32, 1));
+  out.push_back(564);
   return out;
 }
 
+inline Durations denon(uint32_t bits) {
+  Durations out = symbols(264, 4 * 264, 4 * 264, bits, 15, 1);
+  out.push_back(264);
+  return out;
+}
+
+/// With its final space.
+inline Durations sony(uint32_t bits, int count) {
+  Durations out = {2400, 600};
+  for (int i = count - 1; i >= 0; --i) append(out, {(bits >> i & 1) != 0 ? 1200 : 600, 600});
+  return out;
+}
+
+/// Without the space at its end, which nobody can tell from the gap.
+inline Durations received(Durations out) {
+  if (out.size() % 2 == 0) out.pop_back();
+  return out;
+}
+
+/// The lead of RC5 (two start bits) and what follows it.
+inline Durations rc5(uint32_t bits, int count) {
+  Durations out = {889, 889};
+  append(out, biphase(889, true, bits, count));
+  return received(out);
+}
+
 inline Durations tdc(uint32_t bits) {
-  return biphase(315, false, bits, 17);
+  return received(biphase(315, false, bits, 17));
 }
 
 /// `id` has 7 bits. From profile 8 on the bi-phase part begins with the second lead's mark, which

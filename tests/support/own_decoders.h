@@ -15,13 +15,50 @@
 #include "lib/liblog/logging.h"
 #include "tests/support/results.h"
 
-/// The analyzers remember up to two decodes; every test starts with their memories run out, and
-/// with the decoders' remarks shown.
+/// An analyzer of the tests' own, which stands last in both lists. It adds `error` to every
+/// duration.
+inline uint16_t probe_error;
+inline IR_PROTOCOL_ANALYZER probe_analyzer = {
+    .node = {},
+    .analyze = [](uint32_t, ir_t*, IR_PROTOCOL_ANALYZER* self) { self->acc = probe_error; },
+    .finish = [](uint32_t ticks, ir_t*, IR_PROTOCOL_ANALYZER*) { return 1000 + ticks; },
+    .reset = nullptr,
+    .priv = nullptr,
+    .acc = 0,
+    .result = 0,
+};
+inline protocol probe_registration = {{}, "iranalyzer", "probe", &probe_analyzer};
+constexpr uint16_t kNeverWins = UINT16_MAX;
+
+/// The records of a registry, given the link of its last one, which is left out.
+inline std::vector<const protocol*> records_before(list_head& last) {
+  std::vector<const protocol*> found;
+  const list_head* const head = last.next;
+  for (list_head* n = head->next; n != &last; n = n->next) {
+    found.push_back(list_record<protocol>(n));
+  }
+  return found;
+}
+
+/// The registered analyzers, in the order of registration, without the probe.
+inline std::vector<const protocol*> analyzers() {
+  if (probe_registration.node.next == nullptr) _register_protocol_iranalyzer(&probe_registration);
+  return records_before(probe_registration.node);
+}
+
+/// The analyzers remember up to two decodes, and the drops of a vote rearrange them: every test
+/// starts with nothing remembered and the order of registration, and shows the decoders' remarks.
 class FreshAnalyzers : public testing::Test {
  protected:
   static void forget() {
     reset_analyzer();
     reset_analyzer();
+    probe_error = kNeverWins;
+    for (const protocol* p : analyzers()) {
+      list_head* const node = &static_cast<IR_PROTOCOL_ANALYZER*>(p->iface)->node;
+      list_remove(node);
+      list_insert(node, &probe_analyzer.node);
+    }
   }
 
   void SetUp() override {
@@ -31,6 +68,16 @@ class FreshAnalyzers : public testing::Test {
 
   void TearDown() override { set_loglevel(1); }
 };
+
+/// The registered bit decoders, in the order of the search; one of the tests' own claims a protocol
+/// that nobody else does.
+inline std::vector<const protocol*> decoders() {
+  static IR_PROTOCOL_HANDLER handler = {
+      .protocols = uint64_t{1} << 63, .decode = nullptr, .carrier = 0};
+  static protocol registration = {{}, "irprotocol", "probe", &handler};
+  if (registration.node.next == nullptr) _register_protocol_irprotocol(&registration);
+  return records_before(registration.node);
+}
 
 inline ir_t event_of(const std::vector<int>& durations) {
   return ir_event_of(packet_of(durations));

@@ -12,8 +12,9 @@
 
 struct Reported {
   std::string lines;  // of all results
-  uint32_t bits = 0;  // of the last result
-  std::string log;    // line numbers of messages replaced by "#"
+  std::string name;   // of the last result, as its numbers
+  uint32_t scancode = 0, bits = 0;
+  std::string log;  // line numbers of messages replaced by "#"
 };
 
 template <typename Code>
@@ -21,8 +22,11 @@ Reported reported(Code code) {
   Reported found;
   set_result_sink(
       [](const ir_result& result, void* to) {
-        static_cast<Reported*>(to)->lines += result.line;
-        static_cast<Reported*>(to)->bits = result.bits;
+        auto* const all = static_cast<Reported*>(to);
+        all->lines += result.line;
+        all->name = result.name;
+        all->scancode = result.scancode;
+        all->bits = result.bits;
       },
       &found);
   found.log = capture(code).err;

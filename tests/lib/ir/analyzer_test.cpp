@@ -3,7 +3,10 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
+#include <cstdlib>
+#include <initializer_list>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "tests/support/contract.h"
@@ -16,10 +19,101 @@ using frames::Durations;
 
 using Analyzers = FreshAnalyzers;
 
+/// What an analyzer adds for durations that all have this index.
+uint16_t error_of(std::string_view name, uint8_t index, std::initializer_list<uint32_t> durations) {
+  for (const protocol* p : analyzers()) {
+    if (p->name != name) continue;
+    auto* analyzer = static_cast<IR_PROTOCOL_ANALYZER*>(p->iface);
+    ir_t event = {};
+    event.count = index;
+    analyzer->acc = 0;
+    for (const uint32_t duration : durations) analyzer->analyze(duration, &event, analyzer);
+    return std::exchange(analyzer->acc, uint16_t{0});
+  }
+  ADD_FAILURE() << name;
+  return 0;
+}
+
 const Durations kNecFrame = contract::frame("NEC1", {{"D", 4}, {"F", 8}});
 const Durations kNecRepeat = {9024, 2256, 564};
 
-// Stands first, while the list is in its order of registration.
+/// What an analyzer adds for one duration.
+struct Expectation {
+  const char* analyzer;
+  uint8_t index;
+  uint32_t duration, expected;  // the error is their distance
+};
+
+constexpr uint32_t kAny = 0;  // the duration is not looked at
+
+TEST_F(Analyzers, ExpectADurationByItsPlaceAndLength) {
+  const Expectation kCases[] = {
+      {"nec", 0, 6767, 4512},   {"nec", 0, 6768, 9024},   {"nec", 1, 3383, 4512},
+      {"nec", 2, 1127, 564},    {"nec", 2, 1128, 1692},   {"nec", 3, 1127, 564},
+      {"rc5", 0, 1400, 889},    {"rc5", 1, 1332, 889},    {"rc5", 1, 1333, 1778},
+      {"mce", 0, 888, 2664},    {"mce", 1, 444, 888},     {"mce", 2, 888, 444},
+      {"mce", 6, 888, 444},     {"mce", 7, 444, 888},     {"mce", 8, 888, 444},
+      {"mce", 9, 444, 888},     {"mce", 10, 665, 444},    {"mce", 10, 666, 888},
+      {"xmp", 0, 300, 210},     {"xmp", 2, 300, 210},     {"xmp", 15, 300, kAny},
+      {"xmp", 16, 300, 210},    {"xmp", 17, 300, 13800},  {"xmp", 18, 300, 210},
+      {"xmp", 19, 300, kAny},   {"ortek", 0, 480, 1920},  {"ortek", 1, 719, 480},
+      {"ortek", 1, 720, 960},   {"sharp", 0, 527, 264},   {"sharp", 0, 528, 792},
+      {"sharp", 0, 1319, 792},  {"sharp", 0, 1320, 1848}, {"sharp", 1, 264, 1848},
+      {"sharp", 2, 527, 264},   {"sony", 0, 600, 2400},   {"sony", 1, 1200, 600},
+      {"sony", 2, 899, 600},    {"sony", 2, 900, 1200},   {"sony", 3, 900, 600},
+      {"denon", 0, 1848, 264},  {"denon", 1, 1320, 792},  {"denon", 1, 1321, 1848},
+      {"denon", 2, 1848, 264},  {"zarvo", 0, 840, 4900},  {"zarvo", 1, 100, kAny},
+      {"zarvo", 2, 4900, 840},  {"zarvo", 16, 4900, 840}, {"zarvo", 17, 100, kAny},
+      {"zarvo", 18, 840, 4480}, {"zarvo", 19, 100, kAny}, {"zarvo", 20, 100, kAny},
+      {"nokia", 0, 164, 412},   {"nokia", 1, 164, 276},   {"nokia", 2, 412, 164},
+      {"nokia", 3, 412, kAny},  {"nokia", 4, 412, 164},   {"tdc", 0, 630, 315},
+      {"tdc", 1, 472, 315},     {"tdc", 1, 473, 630},     {"tdc", 2, 14000, 630},
+  };
+  for (const auto& c : kCases) {
+    const auto error = c.expected == kAny ? 0 : std::abs(static_cast<int>(c.duration - c.expected));
+    EXPECT_EQ(error_of(c.analyzer, c.index, {c.duration}), error)
+        << c.analyzer << ' ' << int{c.index} << ' ' << c.duration;
+  }
+  EXPECT_EQ(error_of("rc5", 1, {1700, 1800, 1778 + 65436}), 0) << "the sum wraps at 65536";
+  vote(kNecFrame);
+  EXPECT_EQ(error_of("nec", 1, {3383}), 3383 - 2256) << "a repeat's space, after a frame";
+  EXPECT_EQ(error_of("nec", 1, {3384}), 4512 - 3384);
+}
+
+TEST_F(Analyzers, DropOutAboveALimit) {
+  const struct {
+    const char* what;
+    uint8_t index;
+    uint16_t error;
+    bool stays;
+  } kCases[] = {
+      {"the first edges", 0, 2000, true},
+      {"one more", 0, 2001, false},
+      {"the last early edge", 5, 2000, true},
+      {"one more", 5, 2001, false},
+      {"then 800 an edge", 6, 4800, true},
+      {"one more", 6, 4801, false},
+      {"the last before it wraps", 81, 64800, true},
+      {"after it", 82, 64, true},
+      {"one more", 82, 65, false},
+  };
+  for (const auto& c : kCases) {
+    forget();
+    probe_error = 0;
+    probe_analyzer.result = 7;
+    ir_t event = {};
+    analyze_edge(UINT16_MAX, &event);  // too far off for all others
+    probe_error = c.error;
+    event.count = c.index;
+    EXPECT_EQ(analyze_edge(0, &event), c.stays ? 7 : 0) << c.what << ' ' << int{c.index};
+    EXPECT_EQ(analyze_finish(5, &event), c.stays ? 1005U : 0U) << c.what << ' ' << int{c.index};
+    probe_analyzer.result = 7;
+    reset_analyzer();
+    EXPECT_EQ(probe_analyzer.result, 0) << "whether it was dropped or not";
+    EXPECT_EQ(probe_analyzer.acc, 0);
+  }
+}
+
 TEST_F(Analyzers, GiveATieToTheFirstInTheList) {
   EXPECT_EQ(vote({}), RC_PROTO_NEC);
   const Durations exact_for_both = {264};
@@ -30,6 +124,12 @@ TEST_F(Analyzers, GiveATieToTheFirstInTheList) {
   EXPECT_EQ(vote(exact_for_both), RC_PROTO_SHARP);
   vote({14000});  // too far off for all: they come back in the order in which they stood
   EXPECT_EQ(vote(exact_for_both), RC_PROTO_SHARP);
+
+  probe_error = 0;  // it leads, and gives a tie to those before it
+  probe_analyzer.result = 7;
+  ir_t event = {};
+  EXPECT_EQ(analyze_edge(264, &event), 0);
+  EXPECT_EQ(analyze_edge(265, &event), 7);
 }
 
 TEST_F(Analyzers, NameTheProtocolOfAFrame) {
@@ -63,16 +163,6 @@ TEST_F(Analyzers, NameTheProtocolOfAFrame) {
     const std::vector<uint16_t> bare(c.durations.begin(), c.durations.end());
     EXPECT_EQ(analyze_protocol(bare.data(), static_cast<uint8_t>(bare.size())), c.expected);
   }
-}
-
-// The limit grows with the index and wraps: at the 83rd duration it is 64 µs.
-TEST_F(Analyzers, DropOutByALimitThatWraps) {
-  Durations long_frame = kNecFrame;
-  while (long_frame.size() < 99) frames::append(long_frame, {564});
-  long_frame[20] = 564 + 64;
-  EXPECT_EQ(vote(long_frame), RC_PROTO_NEC);
-  long_frame[20] = 564 + 65;
-  EXPECT_EQ(vote(long_frame), RC_PROTO_UNKNOWN);
 }
 
 TEST_F(Analyzers, RememberTheLastNecFrameForOneMoreDecode) {

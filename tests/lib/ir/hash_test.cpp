@@ -34,6 +34,7 @@ TEST(Hash, IsThatOfTheLettersOfGapsAndLongAndShortTimings) {
       {"the lead of NEC is two gaps", {9000, 4500, 560, 560, 560, 1690, 560}, "GGSSSLS"},
       {"jitter stays on its side", {9031, 4472, 583, 540, 571, 1655, 549}, "GGSSSLS"},
       {"all alike: none is long", {500, 500, 500, 500}, "SSSS"},
+      {"only gaps behind it", {2000, 3000}, "SG"},
       {"all gaps", {3000, 4000, 5000}, "GGG"},
       {"the first timing is judged but not counted", {2000, 500, 510, 520}, "LSSL"},
       {"exactly the largest edge is no gap", {100, 2400, 2401, 100, 100}, "SLGSS"},
