@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "companions/roles.h"
+#include "companions/coding.h"
 
 namespace companions {
 
@@ -15,8 +15,7 @@ namespace companions {
 struct plotted {
   std::string title;           // the result line
   std::vector<int> durations;  // µs, mark and space in turn, a mark first
-  shape form;
-  bool known;  // the signal analysis named it, so the bits below the bursts are its bits
+  coding form;
 };
 
 /// How a terminal shows text.
@@ -33,7 +32,21 @@ void histogram_svg(std::ostream& out, const std::vector<plotted>& signals);
 /// A round number of µs (1, 2 or 5 times a power of ten), at least `us`.
 int round_up_nicely(double us);
 
-/// The lengths of all marks, of all spaces and of all bursts (mark and space), in µs.
-std::array<std::vector<int>, 3> lengths_of(const std::vector<plotted>& signals);
+/// A kind of length, and all of them that the patterns have, in µs.
+struct length_kind {
+  const char* name;  // "marks", "spaces" or "bursts", which are a mark and a space
+  std::vector<int> lengths;
+};
+std::array<length_kind, 3> lengths_of(const std::vector<plotted>& signals);
+
+/// The bits of one symbol, and where its burst begins in µs; bits of bi-phase codes begin in the
+/// middle of theirs, where mark and space meet.
+struct drawn_bits {
+  int64_t at_us;
+  std::string_view bits;
+};
+
+/// All bits of a pattern in the order of time. They live as long as it does.
+std::vector<drawn_bits> bits_of(const plotted& signal);
 
 }  // namespace companions

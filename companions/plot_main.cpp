@@ -38,21 +38,10 @@ screen this_terminal() {
   return found;
 }
 
-/// Whether the analysis named a protocol whose bursts are one bit each.
-bool bursts_are_bits(const std::vector<analysis_answer>& answers) {
-  constexpr std::array<std::string_view, 8> kOthers = {"Gap-",    "XMP",   "Velodyne", "Nokia",
-                                                       "DirecTV", "Epson", "Xiaomi",   "Zenith"};
-  if (answers.empty()) return false;
-  const std::string& name = answers[0].protocol;
-  return std::none_of(kOthers.begin(), kOthers.end(),
-                      [&](std::string_view other) { return name.starts_with(other); });
-}
-
 plotted prepare(std::vector<int> durations) {
-  plotted signal{analysis_line(durations), std::move(durations), {}, false};
-  signal.form = find_shape(signal.durations);
-  signal.known = bursts_are_bits(ask_analysis(signal.durations));
-  return signal;
+  std::string title = analysis_line(durations);
+  coding form = find_coding(durations);
+  return {std::move(title), std::move(durations), std::move(form)};
 }
 
 bool write_svg(const std::string& path, const std::vector<plotted>& signals, bool histogram) {

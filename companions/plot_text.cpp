@@ -4,7 +4,9 @@
 #include <cmath>
 #include <cstdio>
 #include <numeric>
+#include <utility>
 
+#include "companions/clusters.h"
 #include "companions/plot.h"
 
 namespace companions {
@@ -25,10 +27,13 @@ std::string_view colour_of(role r) {
       return "\x1b[34m";
     case role::kOne:
       return "\x1b[32m";
+    case role::kBit:
+      return "\x1b[36m";
     case role::kGap:
       return "\x1b[90m";
     case role::kOdd:
       return "\x1b[31m";
+    case role::kStop:
     case role::kPlain:
       break;
   }
@@ -73,19 +78,15 @@ void draw_wave(std::ostream& out, const plotted& signal, const row& r, cursor& w
   out << '\n';
 }
 
-/// The bits of the bursts that begin in this row, each below the start of its burst.
-void draw_bits(std::ostream& out, const plotted& signal, const row& r) {
-  std::string line(static_cast<size_t>(r.end - r.first), ' ');
-  int64_t at = 0;
-  for (size_t burst = 0; burst < signal.form.bits.size(); ++burst) {
-    const int64_t column = at / r.step - r.first;
-    if (column >= 0 && column < r.end - r.first) {
-      line[static_cast<size_t>(column)] = signal.form.bits[burst];
-    }
-    at += signal.durations[2 * burst];
-    if (2 * burst + 1 < signal.durations.size()) at += signal.durations[2 * burst + 1];
+/// The bits that begin in this row, each below the start of its burst.
+void draw_bits(std::ostream& out, const std::vector<drawn_bits>& all, const row& r) {
+  std::string line;
+  for (const drawn_bits& symbol : all) {
+    const int64_t column = symbol.at_us / r.step - r.first;
+    if (column < 0 || column >= r.end - r.first) continue;
+    if (std::cmp_less(line.size(), column)) line.resize(static_cast<size_t>(column), ' ');
+    line += symbol.bits;
   }
-  line.erase(line.find_last_not_of(' ') + 1);
   if (!line.empty()) out << line << '\n';
 }
 
@@ -106,9 +107,9 @@ void draw_axis(std::ostream& out, const row& r) {
   out << ticks << '\n' << labels << '\n';
 }
 
-void draw_bars(std::ostream& out, const char* name, const std::vector<int>& lengths,
-               const screen& to) {
+void draw_bars(std::ostream& out, const length_kind& kind, const screen& to) {
   constexpr int kLabelColumns = 24;
+  const auto& [name, lengths] = kind;
   if (lengths.empty()) return;
   out << name << '\n';
   const auto clusters = find_clusters(lengths);
@@ -153,21 +154,19 @@ void plot_text(std::ostream& out, const plotted& signal, const screen& to) {
   const int columns = static_cast<int>((total + step - 1) / step);
   const int width = std::max(to.columns, kFewestColumns) / kColumnsPerTick * kColumnsPerTick;
 
+  const auto bits = bits_of(signal);
   cursor walk(signal.durations);
   for (int first = 0; first < columns; first += width) {
     const row r{first, std::min(first + width, columns), step};
     draw_wave(out, signal, r, walk, to.colour);
-    if (signal.known) draw_bits(out, signal, r);
+    draw_bits(out, bits, r);
     draw_axis(out, r);
   }
   out << '\n';
 }
 
 void histogram_text(std::ostream& out, const std::vector<plotted>& signals, const screen& to) {
-  const auto lengths = lengths_of(signals);
-  draw_bars(out, "marks", lengths[0], to);
-  draw_bars(out, "spaces", lengths[1], to);
-  draw_bars(out, "bursts", lengths[2], to);
+  for (const length_kind& kind : lengths_of(signals)) draw_bars(out, kind, to);
 }
 
 }  // namespace companions

@@ -27,8 +27,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const std::vector<int> durations = frame_of(*found);
     all.push_back({.title = companions::analysis_line(durations),
                    .durations = durations,
-                   .form = companions::find_shape(durations),
-                   .known = durations.size() % 2 == 0});
+                   .form = companions::find_coding(durations)});
     require(all.back().form.roles.size() == durations.size());
   }
   std::ostringstream out;
