@@ -1,4 +1,3 @@
-#!/usr/bin/env python3
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Names a signal through ctypes, which needs the library and nothing else."""
 import ctypes

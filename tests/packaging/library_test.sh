@@ -1,0 +1,26 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
+# library_test.sh PREFIX CC CXX: the examples in C, C++ and Python name their signal with the library that
+# is installed in PREFIX, found through its pkg-config file.
+set -euo pipefail
+prefix=$1 cc=$2 cxx=$3
+examples=$prefix/share/doc/libDecodeIR/examples
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+libraries=$(find "$prefix" -name 'libDecodeIR.so.2' -printf '%h\n' -quit)
+export PKG_CONFIG_PATH=$libraries/pkgconfig
+flags=()
+# Prints a folder with a blank in it as the shell reads it.
+eval "flags=($(pkg-config --cflags --libs DecodeIR))"
+
+"$cc" "$examples/decode_signal.c" "${flags[@]}" -Wl,-rpath,"$libraries" -o "$work/in_c"
+"$cxx" -std=c++20 "$examples/decode_signal.cpp" "${flags[@]}" -Wl,-rpath,"$libraries" -o "$work/in_cpp"
+says() {  # says COMMAND...
+  local said
+  said=$("$@")
+  echo "${*##*/}: $said"
+  [[ $said == "Sony12: device 1, function 18 (no repeat)" ]]
+}
+says "$work/in_c"
+says "$work/in_cpp"
+! command -v python3 >/dev/null || says env LD_LIBRARY_PATH="$libraries" python3 "$examples/decode_signal.py"
