@@ -3,7 +3,7 @@
 PREFIX ?= /usr/local
 
 .PHONY: all tools setup demo test sanitize clang valgrind coverage lint cppcheck bench fuzz install \
-  dist package package-test reproducible soak clean
+  dist package package-test reproducible distributions soak clean
 all: tools
 	cmake --preset release
 	cmake --build --preset release
@@ -101,6 +101,10 @@ package-test: package
 reproducible:
 	packaging/install-dependencies package
 	packaging/check-reproducible
+
+distributions:
+	packaging/install-dependencies distributions
+	packaging/distributions
 
 clean:
 	rm -rf build build-*
