@@ -6,7 +6,9 @@
 //
 //   Random random(7);                                            // the same seed, the same signal
 //   std::vector<int> seen = receive(sent, random);               // an ordinary receiver
-//   std::vector<int> mild = receive(sent, random, fixed_receiver(20, 0.02));  // 20 µs, 2 %
+//   std::vector<int> calm = receive(sent, random, fixed_receiver(20, 0.02));  // 20 µs, 2 %
+//   std::vector<int> bad = receive(sent, random, kHard);         // the worst of three bad ones
+//   bad = with_stray_mark(bad, random, Side::kBefore, 6000);     // a flash 6 ms before it
 #pragma once
 
 #include <cstdint>
@@ -25,6 +27,8 @@ class Random {
   int64_t between(int64_t low, int64_t high);
   /// low to high.
   double uniform(double low, double high);
+  /// Around 0 with a standard deviation of 1; never beyond 6.
+  double normal();
 
  private:
   std::mt19937_64 engine_;
@@ -49,3 +53,27 @@ Receiver fixed_receiver(double bias_us, double jitter);
 /// none below 1 µs. A signal without carrier, or with durations below 60 µs, is only jittered.
 std::vector<int> receive(const std::vector<int>& sent, Random& random,
                          const Receiver& receiver = {}, bool modulated = true);
+
+/// A receiver whose noise grows with each duration, as far away or in bright light. The first mark
+/// changes by a part of its own, every other time at the cost of the space behind it.
+struct BadReceiver {
+  Range bias_us = {-80, 80};           // marks longer and spaces shorter; drawn once per signal
+  Range jitter;                        // two standard deviations of a duration, as a part of it
+  Range first_mark = {0, 0};           // what it grows by, as a part
+  double clock = 0.02;                 // + or -, as a part
+  std::vector<double> grids_us = {1};  // durations are multiples of one of these
+};
+
+inline const BadReceiver kMild = {.bias_us = {-40, 80}, .jitter = {0.01, 0.02}, .clock = 0};
+inline const BadReceiver kMedium = {
+    .jitter = {0.02, 0.05}, .first_mark = {0, 0.15}, .grids_us = {1, 26}};
+inline const BadReceiver kHard = {
+    .jitter = {0.05, 0.08}, .first_mark = {-0.10, 0.25}, .grids_us = {50}};
+
+/// `sent` as a bad receiver delivers it: as many durations, none below 40 µs.
+std::vector<int> receive(const std::vector<int>& sent, Random& random, const BadReceiver& receiver);
+
+enum class Side { kBefore, kAfter };
+
+/// `frame` with a mark of 40 to 120 µs on one side, `gap_us` away.
+std::vector<int> with_stray_mark(std::vector<int> frame, Random& random, Side side, int gap_us);
