@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The engine for protocols that carry a bit in the space after a mark: one row says it all.
+// The engine for protocols whose bits are bursts of two lengths, either by the space after a mark
+// (pulse distance) or by the mark itself (pulse width): one row says it all.
 #pragma once
 
 #include <array>
@@ -7,6 +8,7 @@
 #include <span>
 
 #include "lib/ir/arduino/matchers.h"
+#include "lib/ir/arduino/sent_frame.h"
 
 namespace arduino {
 
@@ -14,40 +16,43 @@ namespace arduino {
 /// protocol determines through the others, or -1 when they contradict each other.
 using redundancy = int (*)(uint64_t bits);
 
-/// The durations before the first symbol, in µs as sent; `tolerance` is the part by which they may
+/// The bursts before the first bit; `tolerance` is the fraction by which their durations may
 /// differ from what the symbols predict.
 struct lead_in {
-  unsigned count;  // even
-  std::array<uint16_t, 4> us;
+  size_t count;
+  std::array<symbol, 2> sent;
   double tolerance;
 };
 
-/// The symbols, in µs as sent: a mark, and the space that makes it a 0 or a 1.
-struct symbols_sent {
-  uint16_t mark_us, zero_us, one_us;
-};
+/// How a frame ends: with a mark behind the last symbol, or with the mark of the last symbol.
+enum class ending : uint8_t { stop_mark, last_symbol };
 
 /// Clocks of remotes, and what receivers take from a mark or add to it in µs.
 struct limits {
-  double scale_low, scale_high;
+  double clock_low, clock_high;
   uint16_t shorter_us, longer_us;
 };
 
-/// A protocol: lead-in, `bits` symbols, a last mark.
+/// A protocol: lead-in, `bits` symbols, an end. Durations as sent.
 struct mark_space {
   const char* type;
   lead_in lead;
-  symbols_sent sent;
+  symbol zero, one;
+  ending end;
   unsigned bits;
   limits seen;
   redundancy check;  // null: nothing to check
 
-  [[nodiscard]] constexpr size_t length() const { return lead.count + 2 * size_t{bits} + 1; }
-  [[nodiscard]] constexpr unsigned zero_burst_us() const { return sent.mark_us + sent.zero_us; }
-  [[nodiscard]] constexpr unsigned one_burst_us() const { return sent.mark_us + sent.one_us; }
+  /// Durations from the first mark to the last.
+  [[nodiscard]] constexpr size_t length() const {
+    return 2 * (lead.count + bits) + (end == ending::stop_mark ? 1 : -1);
+  }
 };
 
 /// Matches `f` against one row.
 bool match_row(const mark_space& row, const frame& f, arduino_result& result);
+
+/// Matches `f` against `rows` in their order.
+bool match_any(std::span<const mark_space> rows, const frame& f, arduino_result& result);
 
 }  // namespace arduino

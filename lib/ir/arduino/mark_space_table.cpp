@@ -1,11 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The protocols that the mark/space engine knows, and what their bits say about each other.
 //
-// Lengths and layouts are the makers' published ones; the limits of scale and stretch are what
+// Lengths and layouts are the makers' published ones; the limits of clock and bias are what
 // captured remotes and receivers show.
-#include <algorithm>
-#include <span>
-
 #include "lib/ir/arduino/mark_space.h"
 
 namespace arduino {
@@ -82,49 +79,73 @@ int check_denon(uint64_t bits) {
 }
 
 constexpr lead_in kNoLead = {};
-constexpr lead_in kNecLead = {2, {9000, 4500}, 0.08};
-constexpr symbols_sent kNecSymbols = {560, 560, 1690};
+constexpr lead_in kNecLead = {1, {{{9000, 4500}}}, 0.08};
+constexpr symbol kNecZero = {560, 560};
+constexpr symbol kNecOne = {560, 1690};
 constexpr limits kNecSeen = {0.90, 1.08, 80, 200};  // Pioneer's unit is 525 µs, others reach 600
-constexpr symbols_sent kSharpSymbols = {264, 792, 1848};
+constexpr symbol kSharpZero = {264, 792};
+constexpr symbol kSharpOne = {264, 1848};
 constexpr limits kSharpSeen = {0.92, 1.09, 170, 180};
-constexpr symbols_sent kJvcSymbols = {525, 525, 1575};
+constexpr symbol kJvcZero = {525, 525};
+constexpr symbol kJvcOne = {525, 1575};
+constexpr auto kStop = ending::stop_mark;
 
 // Frames that a check of their own vouches for, the strongest first. NEC and Samsung stand among
 // them for their complement, though some remotes do without.
 constexpr mark_space kChecked[] = {
-    {"AIWA_RC_T501", kNecLead, kNecSymbols, kSanyoBits, kNecSeen, check_aiwa},
+    {"AIWA_RC_T501", kNecLead, kNecZero, kNecOne, kStop, kSanyoBits, kNecSeen, check_aiwa},
     {"PANASONIC",
-     {2, {3456, 1728}, 0.08},
-     {432, 432, 1296},
+     {1, {{{3456, 1728}}}, 0.08},
+     {432, 432},
+     {432, 1296},
+     kStop,
      kPanasonicBits,
      {0.91, 1.09, 110, 160},
      check_panasonic},
-    {"SANYO", kNecLead, kNecSymbols, kSanyoBits, kNecSeen, check_sanyo},
-    {"NEC", kNecLead, kNecSymbols, kNecBits, kNecSeen, check_nec},
-    {"SAMSUNG", {2, {4500, 4500}, 0.08}, kNecSymbols, kNecBits, kNecSeen, check_nec},
-    {"LG", {2, {9000, 4500}, 0.12}, kNecSymbols, kLgBits, {0.88, 1.05, 80, 200}, check_lg},
+    {"SANYO", kNecLead, kNecZero, kNecOne, kStop, kSanyoBits, kNecSeen, check_sanyo},
+    {"NEC", kNecLead, kNecZero, kNecOne, kStop, kNecBits, kNecSeen, check_nec},
+    {"SAMSUNG",
+     {1, {{{4500, 4500}}}, 0.08},
+     kNecZero,
+     kNecOne,
+     kStop,
+     kNecBits,
+     kNecSeen,
+     check_nec},
+    {"LG",
+     {1, {{{9000, 4500}}}, 0.12},
+     kNecZero,
+     kNecOne,
+     kStop,
+     kLgBits,
+     {0.88, 1.05, 80, 200},
+     check_lg},
 };
 
-// Frames with a lead-in or a bit count of their own, and little else. JVC's limits of scale keep
+// Frames with a lead-in or a bit count of their own, and little else. JVC's limits of clock keep
 // a 16-bit frame of NEC's unit out.
 constexpr mark_space kPlain[] = {
     {"WHYNTER",
-     {4, {750, 750, 3000, 3000}, 0.08},
-     {750, 750, 2250},
+     {2, {{{750, 750}, {3000, 3000}}}, 0.08},
+     {750, 750},
+     {750, 2250},
+     kStop,
      32,
      {0.93, 1.07, 100, 200},
      nullptr},
-    {"JVC", {2, {8400, 4200}, 0.08}, kJvcSymbols, 16, {0.93, 1.05, 80, 180}, nullptr},
-    {"SHARP", kNoLead, kSharpSymbols, 15, kSharpSeen, check_sharp},
-    {"DENON", kNoLead, kSharpSymbols, 15, kSharpSeen, check_denon},
-    {"MITSUBISHI", kNoLead, {300, 900, 2100}, 16, {0.93, 1.07, 100, 160}, nullptr},
-    {"JVC", kNoLead, kJvcSymbols, 16, {0.93, 1.06, 80, 180}, nullptr},
+    {"JVC",
+     {1, {{{8400, 4200}}}, 0.08},
+     kJvcZero,
+     kJvcOne,
+     kStop,
+     16,
+     {0.93, 1.05, 80, 180},
+     nullptr},
+    {"SHARP", kNoLead, kSharpZero, kSharpOne, kStop, 15, kSharpSeen, check_sharp},
+    {"DENON", kNoLead, kSharpZero, kSharpOne, kStop, 15, kSharpSeen, check_denon},
+    {"MITSUBISHI", kNoLead, {300, 900}, {300, 2100}, kStop, 16, {0.93, 1.07, 100, 160}, nullptr},
+    {"JVC", kNoLead, kJvcZero, kJvcOne, kStop, 16, {0.93, 1.06, 80, 180}, nullptr},
 };
-
-bool match_any(std::span<const mark_space> rows, const frame& f, arduino_result& result) {
-  return std::any_of(rows.begin(), rows.end(),
-                     [&](const mark_space& row) { return match_row(row, f, result); });
-}
 
 }  // namespace
 

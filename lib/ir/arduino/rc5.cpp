@@ -7,6 +7,7 @@
 // The first half of the start bit is a space and so never seen; neither is the last half of a
 // frame that ends in 0. A half without its counterpart breaks the code: that is the check.
 // Sample: 889,889,889,889,… with 27 halves in 13 to 27 durations.
+#include "lib/ir/arduino/biphase.h"
 #include "lib/ir/arduino/matchers.h"
 
 namespace arduino {
@@ -25,7 +26,7 @@ bool match_rc5(const frame& f, arduino_result& result) {
   if (f.durations.size() < kBits - 1 || f.durations.size() > kMostDurations) return false;
   if (!f.ends_after(kLongestHalves * kHalfUs)) return false;
   unit_levels halves;
-  fit found;
+  receiver::distortion found;
   if (!read_units(kCode, f.durations, halves, found)) return false;
   if (halves.count != kHalves && halves.count != kHalves - 1) return false;
 

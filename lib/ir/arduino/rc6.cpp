@@ -7,17 +7,19 @@
 // Data come in whole nibbles, so a frame with 17 bits has lost its end. A half without its
 // counterpart breaks the code: that is the check.
 // Sample: 2667,889,444,889,… with 27 durations and more.
+#include "lib/ir/arduino/biphase.h"
 #include "lib/ir/arduino/matchers.h"
 
 namespace arduino {
 namespace {
 
 constexpr double kHalfUs = 444.4;
-constexpr double kLeadMarkUs = 6 * kHalfUs;
-constexpr double kLeadSpaceUs = 2 * kHalfUs;
+constexpr symbol kLead = {2667, 889};  // 6 and 2 halves
 constexpr double kLeadTolerance = 0.08;
 constexpr unsigned kLongestHalves = 3;  // half a toggle and half a bit
 constexpr biphase kCode = {kHalfUs, 170, kLongestHalves, -90, 190, false};
+constexpr lead_tolerance kLeadAllowed = {kLeadTolerance * kLead.mark_us, kCode.tolerance_us,
+                                         kLeadTolerance* kLead.mark_us};
 constexpr size_t kLeadCount = 2;
 constexpr size_t kModeBits = 3;
 constexpr size_t kToggleHalf = 2;  // halves that one half of the toggle takes
@@ -25,17 +27,6 @@ constexpr size_t kFirstData = 2 + 2 * kModeBits + 2 * kToggleHalf;
 constexpr size_t kFewestData = 16;
 constexpr size_t kMostData = 32;
 constexpr size_t kDataStep = 4;
-
-bool lead_fits(const frame& f, const fit& found) {
-  constexpr double kMarkTolerance = kLeadTolerance * kLeadMarkUs;
-  const double mark_off = found.mark_off(f.durations[0], kLeadMarkUs);
-  const double space_off = found.space_off(f.durations[1], kLeadSpaceUs);
-  const double later = settling_us(mark_off, space_off, kLeadMarkUs, kLeadSpaceUs);
-  return within(mark_off - later, kMarkTolerance) &&
-         within(space_off + later, kCode.tolerance_us) &&
-         within(found.burst_off(f.durations[0] + f.durations[1], kLeadMarkUs + kLeadSpaceUs),
-                kMarkTolerance);
-}
 
 // Appends the bits whose first halves lie at `from`, `from + 2`, … before `to`.
 bool read_bits(const unit_levels& halves, size_t from, size_t to, uint64_t& value) {
@@ -63,11 +54,11 @@ bool match_rc6(const frame& f, arduino_result& result) {
   if (f.durations.size() < kFewestDurations) return false;
   if (!f.ends_after(kLongestHalves * unsigned(kHalfUs))) return false;
   unit_levels halves;
-  fit found;
+  receiver::distortion found;
   if (!read_units(kCode, f.durations.subspan(kLeadCount), halves, found)) {
     return false;
   }
-  if (!lead_fits(f, found)) return false;
+  if (!lead_fits(f.durations, kLead, found, kLeadAllowed, true)) return false;
 
   const size_t whole = halves.count + halves.count % 2;  // with the unseen half of a last 1
   if (whole < kFirstData) return false;

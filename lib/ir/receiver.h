@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What a receiver makes of a frame, in the words of every family of decoders.
+//
+//   clock     all durations are longer or shorter by one factor: the remote's oscillator
+//   bias      all marks are longer and all spaces shorter by one time, or the other way round; a
+//             burst, which is a mark and its space together, does not feel it
+//   settling  the first mark changes while the receiver's gain settles, and the space behind it
+//             may pay for that
+//   cut end   the last mark has no space to be measured with, and is cut or stretched
+//   jitter    what is left of each duration: noise, and the steps in which receivers count
+#pragma once
+
+#include <algorithm>
+
+namespace receiver {
+
+/// What holds for a whole frame.
+struct distortion {
+  double clock;    // 1.0 = nominal
+  double bias_us;  // by which marks are longer and spaces shorter
+
+  /// By how many µs a mark, a space or a burst is longer than the one that was sent.
+  [[nodiscard]] double mark_off(double us, double sent_us) const {
+    return us - clock * sent_us - bias_us;
+  }
+  [[nodiscard]] double space_off(double us, double sent_us) const {
+    return us - clock * sent_us + bias_us;
+  }
+  [[nodiscard]] double burst_off(double us, double sent_us) const { return us - clock * sent_us; }
+};
+
+constexpr bool within(double off, double tolerance) {
+  return off <= tolerance && off >= -tolerance;
+}
+
+/// What jitter may add to a duration beside clock and bias: a fraction of the protocol's unit, and
+/// the steps of up to 26 µs in which receivers count.
+constexpr double jitter_us(double unit_us) {
+  constexpr double kFraction = 0.18;
+  constexpr double kStepsUs = 40;
+  return kFraction * unit_us + kStepsUs;
+}
+
+/// By how many µs the edge behind the first mark came late because the receiver's gain settled
+/// during it: the mark, sent as `mark_us`, is longer and the space after it shorter by as much.
+constexpr double settling_us(double mark_off, double space_off, double mark_us, double space_us) {
+  constexpr double kFractionOfMark = 0.25;
+  constexpr double kFractionOfSpace = 0.3;
+  const double most = std::min(kFractionOfMark * mark_us, kFractionOfSpace * space_us);
+  return std::clamp((mark_off - space_off) / 2, 0.0, most);
+}
+
+}  // namespace receiver
