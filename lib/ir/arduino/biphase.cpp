@@ -2,6 +2,7 @@
 #include "lib/ir/arduino/biphase.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace arduino {
 namespace {
@@ -25,25 +26,13 @@ double unbiased_us(std::span<const uint16_t> durations, size_t i, const distorti
 // Clock and bias, where the durations are read in whole units as `guess` has them. The last mark is
 // left out, no space balances it. False when no remote has such a clock.
 bool fit_units(const biphase& code, std::span<const uint16_t> durations, distortion& guess) {
-  double all_us = 0;
-  double marks_us = 0;
-  unsigned all_units = 0;
-  unsigned mark_units = 0;
-  const size_t count = durations.size() - 1;
-  for (size_t i = 0; i < count; i++) {
+  sent_frame sent;
+  for (size_t i = 0; i < durations.size(); i++) {
     const unsigned n = units_in(unbiased_us(durations, i, guess), guess.clock * code.unit_us);
-    all_us += durations[i];
-    all_units += n;
-    if (i % 2 == 0) {
-      marks_us += durations[i];
-      mark_units += n;
-    }
+    sent.add(uint16_t(std::lround(std::max(n, 1U) * code.unit_us)));
   }
-  if (all_units == 0) return false;
-  const double clock = all_us / (all_units * code.unit_us);
-  const double bias = (marks_us - clock * mark_units * code.unit_us) / (double(count) / 2);
-  guess = {clock, bias};
-  return clock >= kClockLow && clock <= kClockHigh;
+  guess = distortion_of(durations, sent, 0);
+  return guess.clock >= kClockLow && guess.clock <= kClockHigh;
 }
 
 // How late the edge behind the first mark came while the gain settled; the burst tells.

@@ -1,28 +1,25 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "lib/ir/arduino/sent_frame.h"
 
-#include <algorithm>
-
 namespace arduino {
 
 using receiver::distortion;
 using receiver::within;
 
 distortion distortion_of(std::span<const uint16_t> durations, const sent_frame& sent, size_t from) {
-  const size_t end = durations.size() - 1;
-  unsigned received_us = 0;
-  unsigned sent_us = 0;
-  for (size_t i = from; i < end; i++) {
-    received_us += durations[i];
-    sent_us += sent[i];
+  unsigned marks_us = 0;
+  unsigned spaces_us = 0;
+  unsigned sent_marks_us = 0;
+  unsigned sent_spaces_us = 0;
+  for (size_t i = from; i + 1 < durations.size(); i += 2) {
+    marks_us += durations[i];
+    spaces_us += durations[i + 1];
+    sent_marks_us += sent[i];
+    sent_spaces_us += sent[i + 1];
   }
-  const double clock = double(received_us) / sent_us;
-  std::array<double, IRrecv::kBufferLength / 2> off;
-  size_t marks = 0;
-  for (size_t i = from; i < end; i += 2) off[marks++] = durations[i] - clock * sent[i];
-  const auto median = off.begin() + marks / 2;
-  std::nth_element(off.begin(), median, off.begin() + marks);
-  return {clock, *median};
+  const size_t bursts = (durations.size() - from) / 2;
+  const double clock = double(marks_us + spaces_us) / (sent_marks_us + sent_spaces_us);
+  return {clock, (marks_us - clock * sent_marks_us) / double(bursts)};
 }
 
 bool lead_fits(std::span<const uint16_t> durations, const symbol& sent, const distortion& found,
