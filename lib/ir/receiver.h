@@ -33,12 +33,15 @@ constexpr bool within(double off, double tolerance) {
   return off <= tolerance && off >= -tolerance;
 }
 
-/// What jitter may add to a duration beside clock and bias: a fraction of the protocol's unit, and
-/// the steps of up to 26 µs in which receivers count.
-constexpr double jitter_us(double unit_us) {
-  constexpr double kFraction = 0.18;
-  constexpr double kStepsUs = 40;
-  return kFraction * unit_us + kStepsUs;
+/// What jitter may add to a mark, a space or a burst of `sent_us`, or take from it, once clock and
+/// bias are known: noise, which grows with the duration, and two edges on the grid of up to 50 µs
+/// in which receivers count. Wider, and symbols between two lengths are read; tighter, and a
+/// receiver with a spread of 4 % loses frames of many symbols. It rests on frames with that spread
+/// and grid.
+constexpr double jitter_us(double sent_us) {
+  constexpr double kFraction = 0.11;
+  constexpr double kGridUs = 40;
+  return kFraction * sent_us + kGridUs;
 }
 
 /// By how many µs the edge behind the first mark came late because the receiver's gain settled

@@ -10,6 +10,12 @@ namespace {
 using receiver::distortion;
 using receiver::within;
 
+// How far one duration and, as a root mean square, the whole frame may be off, in units. A bit
+// whose halves are alike refuses what is read wrong, so a duration has room up to where the reading
+// gets uncertain; the spread keeps out trains whose durations scatter evenly around the unit.
+// Captured frames reach 0.36 and 0.13.
+constexpr double kMostOff = 0.38;
+constexpr double kMostSpread = 0.15;
 constexpr double kClockLow = 0.90;
 constexpr double kClockHigh = 1.09;
 
@@ -59,6 +65,7 @@ bool read_units(const biphase& code, std::span<const uint16_t> durations, unit_l
 
   const double unit = found.clock * code.unit_us;
   const double later = code.starts_frame ? first_edge_late_us(code, durations, found) : 0;
+  double squares = 0;
   units.count = 0;
   for (size_t i = 0; i < durations.size(); i++) {
     double us = unbiased_us(durations, i, found);
@@ -66,10 +73,12 @@ bool read_units(const biphase& code, std::span<const uint16_t> durations, unit_l
     if (i == 1) us += later;
     const unsigned n = units_in(us, unit);
     if (n == 0 || n > code.longest_units || units.count + n > unit_levels::kMost) return false;
-    if (!within(us - n * unit, code.tolerance_us)) return false;
+    const double off = (us - n * unit) / code.unit_us;
+    if (!within(off, kMostOff)) return false;
+    squares += off * off;
     for (unsigned k = 0; k < n; k++) units.level[units.count++] = i % 2 == 0 ? 1 : 0;
   }
-  return true;
+  return squares <= kMostSpread * kMostSpread * double(durations.size());
 }
 
 }  // namespace arduino

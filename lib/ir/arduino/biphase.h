@@ -23,7 +23,6 @@ struct unit_levels {
 /// What a bi-phase code sends, and how far receivers bend it.
 struct biphase {
   double unit_us;
-  double tolerance_us;
   unsigned longest_units;  // in one mark or space
   double bias_low_us;
   double bias_high_us;

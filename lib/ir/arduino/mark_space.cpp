@@ -10,11 +10,8 @@ using receiver::distortion;
 using receiver::jitter_us;
 using receiver::within;
 
-// Bits determined by others that vouch for a lead-in or last mark out of line, and for each odd
-// symbol. An edge that came late shows in two symbols.
-constexpr int kEndsProof = 8;
-constexpr int kSymbolProof = 4;
-constexpr int kMostForgiven = 2;
+// Bits determined by others that prove a frame, whatever its lead-in, last mark and odd symbols.
+constexpr int kProof = 8;
 
 // A frame as read, and what the receiver made of it.
 struct reading {
@@ -50,24 +47,34 @@ bool receiver_is_plausible(const limits& seen, const distortion& found) {
          found.bias_us >= -double(seen.shorter_us) && found.bias_us <= seen.longer_us;
 }
 
-// The symbols whose burst jitter alone does not explain, or kTooMany where one is so far out that
-// it could be another symbol. A mark that carries no bit may be odd where its burst holds.
-constexpr int kTooMany = 1000;
+// How many symbols may be odd: their burst is off by more than jitter, though not by so much that
+// it could be another symbol. An edge that came late shows in two symbols. A code that proves
+// little has to have many symbols for one of them to be odd: captured frames of 32 bits do, at one
+// key in a hundred.
+unsigned most_odd(const mark_space& row, bool proven) {
+  constexpr unsigned kProven = 2;
+  constexpr unsigned kSymbolsForOne = 24;
+  return proven ? kProven : row.bits / kSymbolsForOne;
+}
 
-int count_odd(const mark_space& row, std::span<const uint16_t> durations, const reading& r) {
-  const double tolerance = jitter_us(row.zero.mark_us);
+// Whether the symbols fit. A mark that carries no bit may be off by half where its burst holds.
+bool symbols_fit(const mark_space& row, std::span<const uint16_t> durations, const reading& r,
+                 bool proven) {
+  constexpr double kOddBurst = 1.5;  // times jitter
+  constexpr double kOddMark = 0.5;   // of the mark
   const bool marks_carry = row.zero.mark_us != row.one.mark_us;
-  const double burst_limit = 2 * tolerance;
-  const double mark_limit = marks_carry ? tolerance : 2 * tolerance;
-  int odd = 0;
+  unsigned odd = 0;
   for (size_t i = 2 * row.lead.count; i + 1 < durations.size(); i += 2) {
-    const double burst_off =
-        r.found.burst_off(durations[i] + durations[i + 1], r.sent[i] + r.sent[i + 1]);
+    const double sent_us = r.sent[i] + r.sent[i + 1];
+    const double tolerance = jitter_us(sent_us);
+    const double burst_off = r.found.burst_off(durations[i] + durations[i + 1], sent_us);
     const double mark_off = r.found.mark_off(durations[i], r.sent[i]);
-    if (!within(burst_off, burst_limit) || !within(mark_off, mark_limit)) return kTooMany;
+    const double mark_tolerance = marks_carry ? jitter_us(r.sent[i]) : kOddMark * r.sent[i];
+    if (!within(burst_off, kOddBurst * tolerance) || !within(mark_off, mark_tolerance))
+      return false;
     if (!within(burst_off, tolerance)) odd++;
   }
-  return odd;
+  return odd <= most_odd(row, proven);
 }
 
 // Far enough from half the nominal length, which is another protocol's lead-in.
@@ -78,9 +85,8 @@ constexpr bool odd_lead_mark(double us, double nominal_us) {
 // The lead-in as the symbols predict it. Gain control makes its first mark the least reliable one:
 // a strong proof vouches for it where its space fits.
 bool lead_in_fits(const mark_space& row, std::span<const uint16_t> durations,
-                  const distortion& found, int proof) {
-  const double jitter = jitter_us(row.zero.mark_us);
-  const auto tolerance = [&](double us) { return std::max(jitter, row.lead.tolerance * us); };
+                  const distortion& found, bool proven) {
+  const auto tolerance = [](double us) { return jitter_us(us); };
   for (size_t i = 0; i < row.lead.count; i++) {
     const symbol& sent = row.lead.sent[i];
     const auto received = durations.subspan(2 * i, 2);
@@ -88,23 +94,23 @@ bool lead_in_fits(const mark_space& row, std::span<const uint16_t> durations,
                                     tolerance(sent.burst_us())};
     if (lead_fits(received, sent, found, allowed, i == 0)) continue;
     if (!within(found.space_off(received[1], sent.space_us), allowed.space_us)) return false;
-    if (proof < kEndsProof || !odd_lead_mark(received[0], sent.mark_us)) return false;
+    if (!proven || !odd_lead_mark(received[0], sent.mark_us)) return false;
   }
   return true;
 }
 
 // The last mark has no space to be measured with, and is the one that receivers cut or stretch
 // most. One that carries a bit has to fit like the others.
-bool last_mark_fits(const mark_space& row, double us, const reading& r, int proof) {
+bool last_mark_fits(const mark_space& row, double us, const reading& r, bool proven) {
   if (row.end == ending::last_symbol) {
     const symbol& sent = (r.bits & 1) != 0 ? row.one : row.zero;
-    return within(r.found.mark_off(us, sent.mark_us), jitter_us(row.zero.mark_us));
+    return within(r.found.mark_off(us, sent.mark_us), jitter_us(sent.mark_us));
   }
   constexpr double kShortest = 0.4;
   constexpr double kLongest = 1.8;
   constexpr double kLongestProven = 3.2;
   return us >= kShortest * row.zero.mark_us &&
-         us <= (proof >= kEndsProof ? kLongestProven : kLongest) * row.zero.mark_us;
+         us <= (proven ? kLongestProven : kLongest) * row.zero.mark_us;
 }
 
 }  // namespace
@@ -117,10 +123,10 @@ bool match_row(const mark_space& row, const frame& f, arduino_result& result) {
   if (!receiver_is_plausible(row.seen, r.found)) return false;
   const int proof = row.check != nullptr ? row.check(r.bits) : 0;
   if (proof < 0) return false;
-  if (!last_mark_fits(row, f.durations.back(), r, proof)) return false;
-  if (!lead_in_fits(row, f.durations, r.found, proof)) return false;
-  const int forgiven = std::min(proof / kSymbolProof, kMostForgiven);
-  if (count_odd(row, f.durations, r) > forgiven) return false;
+  const bool proven = proof >= kProof;
+  if (!last_mark_fits(row, f.durations.back(), r, proven)) return false;
+  if (!lead_in_fits(row, f.durations, r.found, proven)) return false;
+  if (!symbols_fit(row, f.durations, r, proven)) return false;
   result = {row.type, uint32_t(r.bits), row.bits, 0};
   return true;
 }

@@ -16,12 +16,10 @@ namespace arduino {
 /// protocol determines through the others, or -1 when they contradict each other.
 using redundancy = int (*)(uint64_t bits);
 
-/// The bursts before the first bit; `tolerance` is the fraction by which their durations may
-/// differ from what the symbols predict.
+/// The bursts before the first bit.
 struct lead_in {
   size_t count;
   std::array<symbol, 2> sent;
-  double tolerance;
 };
 
 /// How a frame ends: with a mark behind the last symbol, or with the mark of the last symbol.

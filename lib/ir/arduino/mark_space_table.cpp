@@ -79,7 +79,7 @@ int check_denon(uint64_t bits) {
 }
 
 constexpr lead_in kNoLead = {};
-constexpr lead_in kNecLead = {1, {{{9000, 4500}}}, 0.08};
+constexpr lead_in kNecLead = {1, {{{9000, 4500}}}};
 constexpr symbol kNecZero = {560, 560};
 constexpr symbol kNecOne = {560, 1690};
 constexpr limits kNecSeen = {0.90, 1.08, 80, 200};  // Pioneer's unit is 525 µs, others reach 600
@@ -95,7 +95,7 @@ constexpr auto kStop = ending::stop_mark;
 constexpr mark_space kChecked[] = {
     {"AIWA_RC_T501", kNecLead, kNecZero, kNecOne, kStop, kSanyoBits, kNecSeen, check_aiwa},
     {"PANASONIC",
-     {1, {{{3456, 1728}}}, 0.08},
+     {1, {{{3456, 1728}}}},
      {432, 432},
      {432, 1296},
      kStop,
@@ -104,16 +104,9 @@ constexpr mark_space kChecked[] = {
      check_panasonic},
     {"SANYO", kNecLead, kNecZero, kNecOne, kStop, kSanyoBits, kNecSeen, check_sanyo},
     {"NEC", kNecLead, kNecZero, kNecOne, kStop, kNecBits, kNecSeen, check_nec},
-    {"SAMSUNG",
-     {1, {{{4500, 4500}}}, 0.08},
-     kNecZero,
-     kNecOne,
-     kStop,
-     kNecBits,
-     kNecSeen,
-     check_nec},
+    {"SAMSUNG", {1, {{{4500, 4500}}}}, kNecZero, kNecOne, kStop, kNecBits, kNecSeen, check_nec},
     {"LG",
-     {1, {{{9000, 4500}}}, 0.12},
+     {1, {{{9000, 4500}}}},
      kNecZero,
      kNecOne,
      kStop,
@@ -126,21 +119,14 @@ constexpr mark_space kChecked[] = {
 // a 16-bit frame of NEC's unit out.
 constexpr mark_space kPlain[] = {
     {"WHYNTER",
-     {2, {{{750, 750}, {3000, 3000}}}, 0.08},
+     {2, {{{750, 750}, {3000, 3000}}}},
      {750, 750},
      {750, 2250},
      kStop,
      32,
      {0.93, 1.07, 100, 200},
      nullptr},
-    {"JVC",
-     {1, {{{8400, 4200}}}, 0.08},
-     kJvcZero,
-     kJvcOne,
-     kStop,
-     16,
-     {0.93, 1.05, 80, 180},
-     nullptr},
+    {"JVC", {1, {{{8400, 4200}}}}, kJvcZero, kJvcOne, kStop, 16, {0.93, 1.05, 80, 180}, nullptr},
     {"SHARP", kNoLead, kSharpZero, kSharpOne, kStop, 15, kSharpSeen, check_sharp},
     {"DENON", kNoLead, kSharpZero, kSharpOne, kStop, 15, kSharpSeen, check_denon},
     {"MITSUBISHI", kNoLead, {300, 900}, {300, 2100}, kStop, 16, {0.93, 1.07, 100, 160}, nullptr},

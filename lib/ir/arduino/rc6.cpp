@@ -14,12 +14,12 @@ namespace arduino {
 namespace {
 
 constexpr double kHalfUs = 444.4;
-constexpr symbol kLead = {2667, 889};  // 6 and 2 halves
-constexpr double kLeadTolerance = 0.08;
+constexpr symbol kLead = {2667, 889};   // 6 and 2 halves
 constexpr unsigned kLongestHalves = 3;  // half a toggle and half a bit
-constexpr biphase kCode = {kHalfUs, 170, kLongestHalves, -90, 190, false};
-constexpr lead_tolerance kLeadAllowed = {kLeadTolerance * kLead.mark_us, kCode.tolerance_us,
-                                         kLeadTolerance* kLead.mark_us};
+constexpr biphase kCode = {kHalfUs, kLongestHalves, -90, 190, false};
+constexpr lead_tolerance kLeadAllowed = {receiver::jitter_us(kLead.mark_us),
+                                         receiver::jitter_us(kLead.space_us),
+                                         receiver::jitter_us(kLead.burst_us())};
 constexpr size_t kLeadCount = 2;
 constexpr size_t kModeBits = 3;
 constexpr size_t kToggleHalf = 2;  // halves that one half of the toggle takes

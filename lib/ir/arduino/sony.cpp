@@ -17,7 +17,7 @@ constexpr uint16_t kUnitUs = 600;
 
 constexpr mark_space sony(unsigned bits) {
   return {"SONY",
-          {1, {{{4 * kUnitUs, kUnitUs}}}, 0.13},
+          {1, {{{4 * kUnitUs, kUnitUs}}}},
           {kUnitUs, kUnitUs},
           {2 * kUnitUs, kUnitUs},
           ending::last_symbol,
