@@ -33,6 +33,16 @@ constexpr bool within(double off, double tolerance) {
   return off <= tolerance && off >= -tolerance;
 }
 
+/// The bias that receivers have: marks up to this much shorter or longer than sent. Wider, and
+/// codes of the same burst with another mark are read (a 16-bit code of 560 µs marks as one of 264
+/// µs from 260 on); tighter, and remotes with short marks, far away, are lost. Captured frames
+/// reach -159 and +159, and receivers add up to 80 on either side.
+constexpr bool bias_is_plausible(double bias_us) {
+  constexpr double kMostShorterUs = 170;
+  constexpr double kMostLongerUs = 220;
+  return bias_us >= -kMostShorterUs && bias_us <= kMostLongerUs;
+}
+
 /// What jitter may add to a mark, a space or a burst of `sent_us`, or take from it, once clock and
 /// bias are known: noise, which grows with the duration, and two edges on the grid of up to 50 µs
 /// in which receivers count. Wider, and symbols between two lengths are read; tighter, and a

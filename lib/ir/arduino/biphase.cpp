@@ -61,7 +61,7 @@ bool read_units(const biphase& code, std::span<const uint16_t> durations, unit_l
   // Most signals are read right at once; the second pass is for those that are biased.
   found = {1.0, 0.0};
   if (!fit_units(code, durations, found) || !fit_units(code, durations, found)) return false;
-  if (found.bias_us < code.bias_low_us || found.bias_us > code.bias_high_us) return false;
+  if (!receiver::bias_is_plausible(found.bias_us)) return false;
 
   const double unit = found.clock * code.unit_us;
   const double later = code.starts_frame ? first_edge_late_us(code, durations, found) : 0;

@@ -20,13 +20,11 @@ struct unit_levels {
   [[nodiscard]] unsigned at(size_t index) const { return index < count ? level[index] : 0U; }
 };
 
-/// What a bi-phase code sends, and how far receivers bend it.
+/// What a bi-phase code sends.
 struct biphase {
   double unit_us;
   unsigned longest_units;  // in one mark or space
-  double bias_low_us;
-  double bias_high_us;
-  bool starts_frame;  // the first mark is that of the frame, in which the gain settles
+  bool starts_frame;       // the first mark is that of the frame, in which the gain settles
 };
 
 /// Cuts `durations` into units and fits them. False when a duration is no multiple of the unit,

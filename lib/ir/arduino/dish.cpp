@@ -14,8 +14,8 @@ namespace arduino {
 namespace {
 
 constexpr mark_space kDish = {
-    "DISH", {1, {{{400, 6100}}}},   {400, 2840}, {400, 1630}, ending::stop_mark,
-    16,     {0.93, 1.07, 120, 160}, nullptr};
+    "DISH", {1, {{{400, 6100}}}}, {400, 2840}, {400, 1630}, ending::stop_mark,
+    16,     {0.93, 1.07},         nullptr};
 constexpr size_t kPeriod = kDish.length() - 1;  // from copy to copy, which share a mark
 
 }  // namespace

@@ -42,11 +42,6 @@ void read_symbols(const mark_space& row, std::span<const uint16_t> durations, re
   }
 }
 
-bool receiver_is_plausible(const limits& seen, const distortion& found) {
-  return found.clock >= seen.clock_low && found.clock <= seen.clock_high &&
-         found.bias_us >= -double(seen.shorter_us) && found.bias_us <= seen.longer_us;
-}
-
 // How many symbols may be odd: their burst is off by more than jitter, though not by so much that
 // it could be another symbol. An edge that came late shows in two symbols. A code that proves
 // little has to have many symbols for one of them to be odd: captured frames of 32 bits do, at one
@@ -109,8 +104,9 @@ bool last_mark_fits(const mark_space& row, double us, const reading& r, bool pro
   constexpr double kShortest = 0.4;
   constexpr double kLongest = 1.8;
   constexpr double kLongestProven = 3.2;
-  return us >= kShortest * row.zero.mark_us &&
-         us <= (proven ? kLongestProven : kLongest) * row.zero.mark_us;
+  const double unbiased_us = us - r.found.bias_us;
+  return unbiased_us >= kShortest * row.zero.mark_us &&
+         unbiased_us <= (proven ? kLongestProven : kLongest) * row.zero.mark_us;
 }
 
 }  // namespace
@@ -120,7 +116,8 @@ bool match_row(const mark_space& row, const frame& f, arduino_result& result) {
   if (!f.ends_after(std::max(row.zero.space_us, row.one.space_us))) return false;
   reading r;
   read_symbols(row, f.durations, r);
-  if (!receiver_is_plausible(row.seen, r.found)) return false;
+  if (r.found.clock < row.seen.low || r.found.clock > row.seen.high) return false;
+  if (!receiver::bias_is_plausible(r.found.bias_us)) return false;
   const int proof = row.check != nullptr ? row.check(r.bits) : 0;
   if (proof < 0) return false;
   const bool proven = proof >= kProof;

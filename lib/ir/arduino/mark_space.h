@@ -25,10 +25,9 @@ struct lead_in {
 /// How a frame ends: with a mark behind the last symbol, or with the mark of the last symbol.
 enum class ending : uint8_t { stop_mark, last_symbol };
 
-/// Clocks of remotes, and what receivers take from a mark or add to it in µs.
-struct limits {
-  double clock_low, clock_high;
-  uint16_t shorter_us, longer_us;
+/// Clocks of the remotes that send a protocol.
+struct clocks {
+  double low, high;
 };
 
 /// A protocol: lead-in, `bits` symbols, an end. Durations as sent.
@@ -38,7 +37,7 @@ struct mark_space {
   symbol zero, one;
   ending end;
   unsigned bits;
-  limits seen;
+  clocks seen;
   redundancy check;  // null: nothing to check
 
   /// Durations from the first mark to the last.

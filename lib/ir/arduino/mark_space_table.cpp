@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The protocols that the mark/space engine knows, and what their bits say about each other.
 //
-// Lengths and layouts are the makers' published ones; the limits of clock and bias are what
-// captured remotes and receivers show.
+// Lengths and layouts are the makers' published ones; the clocks are those of
+// captured remotes.
 #include "lib/ir/arduino/mark_space.h"
 
 namespace arduino {
@@ -82,10 +82,10 @@ constexpr lead_in kNoLead = {};
 constexpr lead_in kNecLead = {1, {{{9000, 4500}}}};
 constexpr symbol kNecZero = {560, 560};
 constexpr symbol kNecOne = {560, 1690};
-constexpr limits kNecSeen = {0.90, 1.08, 80, 200};  // Pioneer's unit is 525 µs, others reach 600
+constexpr clocks kNecSeen = {0.90, 1.08};  // Pioneer's unit is 525 µs, others reach 600
 constexpr symbol kSharpZero = {264, 792};
 constexpr symbol kSharpOne = {264, 1848};
-constexpr limits kSharpSeen = {0.92, 1.09, 170, 180};
+constexpr clocks kSharpSeen = {0.92, 1.09};
 constexpr symbol kJvcZero = {525, 525};
 constexpr symbol kJvcOne = {525, 1575};
 constexpr auto kStop = ending::stop_mark;
@@ -100,19 +100,12 @@ constexpr mark_space kChecked[] = {
      {432, 1296},
      kStop,
      kPanasonicBits,
-     {0.91, 1.09, 110, 160},
+     {0.91, 1.09},
      check_panasonic},
     {"SANYO", kNecLead, kNecZero, kNecOne, kStop, kSanyoBits, kNecSeen, check_sanyo},
     {"NEC", kNecLead, kNecZero, kNecOne, kStop, kNecBits, kNecSeen, check_nec},
     {"SAMSUNG", {1, {{{4500, 4500}}}}, kNecZero, kNecOne, kStop, kNecBits, kNecSeen, check_nec},
-    {"LG",
-     {1, {{{9000, 4500}}}},
-     kNecZero,
-     kNecOne,
-     kStop,
-     kLgBits,
-     {0.88, 1.05, 80, 200},
-     check_lg},
+    {"LG", {1, {{{9000, 4500}}}}, kNecZero, kNecOne, kStop, kLgBits, {0.88, 1.05}, check_lg},
 };
 
 // Frames with a lead-in or a bit count of their own, and little else. JVC's limits of clock keep
@@ -124,13 +117,13 @@ constexpr mark_space kPlain[] = {
      {750, 2250},
      kStop,
      32,
-     {0.93, 1.07, 100, 200},
+     {0.93, 1.07},
      nullptr},
-    {"JVC", {1, {{{8400, 4200}}}}, kJvcZero, kJvcOne, kStop, 16, {0.93, 1.05, 80, 180}, nullptr},
+    {"JVC", {1, {{{8400, 4200}}}}, kJvcZero, kJvcOne, kStop, 16, {0.93, 1.05}, nullptr},
     {"SHARP", kNoLead, kSharpZero, kSharpOne, kStop, 15, kSharpSeen, check_sharp},
     {"DENON", kNoLead, kSharpZero, kSharpOne, kStop, 15, kSharpSeen, check_denon},
-    {"MITSUBISHI", kNoLead, {300, 900}, {300, 2100}, kStop, 16, {0.93, 1.07, 100, 160}, nullptr},
-    {"JVC", kNoLead, kJvcZero, kJvcOne, kStop, 16, {0.93, 1.06, 80, 180}, nullptr},
+    {"MITSUBISHI", kNoLead, {300, 900}, {300, 2100}, kStop, 16, {0.93, 1.07}, nullptr},
+    {"JVC", kNoLead, kJvcZero, kJvcOne, kStop, 16, {0.93, 1.06}, nullptr},
 };
 
 }  // namespace

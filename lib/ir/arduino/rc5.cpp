@@ -15,7 +15,7 @@ namespace {
 
 constexpr uint16_t kHalfUs = 889;
 constexpr unsigned kLongestHalves = 2;
-constexpr biphase kCode = {kHalfUs, kLongestHalves, -130, 240, true};
+constexpr biphase kCode = {kHalfUs, kLongestHalves, true};
 constexpr size_t kBits = 14;
 constexpr size_t kHalves = 2 * kBits - 1;  // without the unseen first one
 constexpr size_t kMostDurations = kHalves;

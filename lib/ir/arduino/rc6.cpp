@@ -16,7 +16,7 @@ namespace {
 constexpr double kHalfUs = 444.4;
 constexpr symbol kLead = {2667, 889};   // 6 and 2 halves
 constexpr unsigned kLongestHalves = 3;  // half a toggle and half a bit
-constexpr biphase kCode = {kHalfUs, kLongestHalves, -90, 190, false};
+constexpr biphase kCode = {kHalfUs, kLongestHalves, false};
 constexpr lead_tolerance kLeadAllowed = {receiver::jitter_us(kLead.mark_us),
                                          receiver::jitter_us(kLead.space_us),
                                          receiver::jitter_us(kLead.burst_us())};

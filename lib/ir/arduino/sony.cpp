@@ -22,7 +22,7 @@ constexpr mark_space sony(unsigned bits) {
           {2 * kUnitUs, kUnitUs},
           ending::last_symbol,
           bits,
-          {0.92, 1.09, 110, 170},
+          {0.92, 1.09},
           nullptr};
 }
 
