@@ -37,9 +37,9 @@ constexpr bool within(double off, double tolerance) {
 /// codes of the same burst with another mark are read (a 16-bit code of 560 µs marks as one of 264
 /// µs from 260 on); tighter, and remotes with short marks, far away, are lost. Captured frames
 /// reach -159 and +159, and receivers add up to 80 on either side.
+constexpr double kMostShorterUs = 170;
+constexpr double kMostLongerUs = 220;
 constexpr bool bias_is_plausible(double bias_us) {
-  constexpr double kMostShorterUs = 170;
-  constexpr double kMostLongerUs = 220;
   return bias_us >= -kMostShorterUs && bias_us <= kMostLongerUs;
 }
 
@@ -54,13 +54,22 @@ constexpr double jitter_us(double sent_us) {
   return kFraction * sent_us + kGridUs;
 }
 
-/// By how many µs the edge behind the first mark came late because the receiver's gain settled
-/// during it: the mark, sent as `mark_us`, is longer and the space after it shorter by as much.
-constexpr double settling_us(double mark_off, double space_off, double mark_us, double space_us) {
-  constexpr double kFractionOfMark = 0.25;
-  constexpr double kFractionOfSpace = 0.3;
-  const double most = std::min(kFractionOfMark * mark_us, kFractionOfSpace * space_us);
-  return std::clamp((mark_off - space_off) / 2, 0.0, most);
+/// Whether a first mark of `us` may have been sent as `sent_us`: while the gain settles it shrinks
+/// by up to 10 % or grows by up to 25 %, clock, bias and jitter aside. Wider, and a lead-in of
+/// another length is taken; tighter, and a first key press is lost. Captured frames reach -23 and
+/// +21 %.
+constexpr bool first_mark_is_plausible(double us, double sent_us) {
+  constexpr double kShortest = 0.80;
+  constexpr double kLongest = 1.30;
+  return us >= kShortest * sent_us - kMostShorterUs && us <= kLongest * sent_us + kMostLongerUs;
+}
+
+/// Whether the space behind the first mark fits: it pays for what the mark gained or lost in full,
+/// in part or not at all.
+constexpr bool first_space_is_plausible(double space_off, double mark_off, double space_us) {
+  const double tolerance = jitter_us(space_us);
+  return space_off >= -std::max(mark_off, 0.0) - tolerance &&
+         space_off <= -std::min(mark_off, 0.0) + tolerance;
 }
 
 }  // namespace receiver

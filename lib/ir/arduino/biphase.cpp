@@ -2,7 +2,6 @@
 #include "lib/ir/arduino/biphase.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace arduino {
 namespace {
@@ -19,66 +18,80 @@ constexpr double kMostSpread = 0.15;
 constexpr double kClockLow = 0.90;
 constexpr double kClockHigh = 1.09;
 
-// Units in a duration.
-unsigned units_in(double us, double unit_us) {
-  return unsigned(std::max(0.0, us / unit_us + 0.5));
+constexpr size_t kFirstBurst = 2;  // durations
+
+uint16_t sent_us(const biphase& code, unsigned units) {
+  return uint16_t(units * code.unit_us + 0.5);
 }
 
-// A duration without the receiver's bias.
-double unbiased_us(std::span<const uint16_t> durations, size_t i, const distortion& found) {
-  return durations[i] - (i % 2 == 0 ? found.bias_us : -found.bias_us);
-}
-
-// Clock and bias, where the durations are read in whole units as `guess` has them. The last mark is
-// left out, no space balances it. False when no remote has such a clock.
-bool fit_units(const biphase& code, std::span<const uint16_t> durations, distortion& guess) {
+// Every duration as the nearest one that the code sends.
+sent_frame nearest(const biphase& code, std::span<const uint16_t> durations,
+                   const distortion& found) {
   sent_frame sent;
+  const double units_per_us = 1 / (found.clock * code.unit_us);
   for (size_t i = 0; i < durations.size(); i++) {
-    const unsigned n = units_in(unbiased_us(durations, i, guess), guess.clock * code.unit_us);
-    sent.add(uint16_t(std::lround(std::max(n, 1U) * code.unit_us)));
+    const double us = durations[i] - (i % 2 == 0 ? found.bias_us : -found.bias_us);
+    const int units = int(us * units_per_us + 0.5);
+    sent.add(sent_us(code, unsigned(std::clamp(units, 1, int(code.longest_units)))));
   }
-  guess = distortion_of(durations, sent, 0);
-  return guess.clock >= kClockLow && guess.clock <= kClockHigh;
+  return sent;
 }
 
-// How late the edge behind the first mark came while the gain settled; the burst tells.
-double first_edge_late_us(const biphase& code, std::span<const uint16_t> durations,
-                          const distortion& found) {
-  const double unit = found.clock * code.unit_us;
-  const unsigned mark =
-      std::min(units_in(unbiased_us(durations, 0, found), unit), code.longest_units);
-  const double mark_us = mark * code.unit_us;
-  const unsigned burst = units_in(durations[0] + durations[1], unit);
-  const double space_us = burst > mark ? (burst - mark) * code.unit_us : 0;
-  return receiver::settling_us(found.mark_off(durations[0], mark_us),
-                               found.space_off(durations[1], space_us), mark_us, space_us);
+// Whether the durations from `from` on fit.
+bool durations_fit(const biphase& code, std::span<const uint16_t> durations, const sent_frame& sent,
+                   const distortion& found, size_t from) {
+  double squares = 0;
+  for (size_t i = from; i < durations.size(); i++) {
+    const double off =
+        i % 2 == 0 ? found.mark_off(durations[i], sent[i]) : found.space_off(durations[i], sent[i]);
+    if (!within(off, kMostOff * code.unit_us)) return false;
+    squares += off * off;
+  }
+  const double most = kMostSpread * code.unit_us;
+  return squares <= most * most * double(durations.size() - from);
+}
+
+// Reads the first mark and space again, as if the gain had settled in them.
+bool read_settled(const biphase& code, std::span<const uint16_t> durations, const distortion& found,
+                  sent_frame& sent) {
+  for (unsigned mark = 1; mark <= code.longest_units; mark++) {
+    for (unsigned space = 1; space <= code.longest_units; space++) {
+      const symbol first = {sent_us(code, mark), sent_us(code, space)};
+      if (!lead_fits(durations, first, found)) continue;
+      sent.begin_with(first);
+      return true;
+    }
+  }
+  return false;
 }
 
 }  // namespace
 
 bool read_units(const biphase& code, std::span<const uint16_t> durations, unit_levels& units,
                 distortion& found) {
-  // Most signals are read right at once; the second pass is for those that are biased.
+  const size_t from = code.starts_frame ? kFirstBurst : 0;
   found = {1.0, 0.0};
-  if (!fit_units(code, durations, found) || !fit_units(code, durations, found)) return false;
+  sent_frame sent = nearest(code, durations, found);
+  // Most signals are read right at once; the second pass is for those that are biased.
+  for (int pass = 0; pass < 2; pass++) {
+    found = distortion_of(durations, sent, from);
+    if (found.clock < kClockLow || found.clock > kClockHigh) return false;
+    sent = nearest(code, durations, found);
+  }
   if (!receiver::bias_is_plausible(found.bias_us)) return false;
+  if (!durations_fit(code, durations, sent, found, 0) &&
+      !(code.starts_frame && read_settled(code, durations, found, sent) &&
+        durations_fit(code, durations, sent, found, kFirstBurst))) {
+    return false;
+  }
 
-  const double unit = found.clock * code.unit_us;
-  const double later = code.starts_frame ? first_edge_late_us(code, durations, found) : 0;
-  double squares = 0;
   units.count = 0;
   for (size_t i = 0; i < durations.size(); i++) {
-    double us = unbiased_us(durations, i, found);
-    if (i == 0) us -= later;
-    if (i == 1) us += later;
-    const unsigned n = units_in(us, unit);
-    if (n == 0 || n > code.longest_units || units.count + n > unit_levels::kMost) return false;
-    const double off = (us - n * unit) / code.unit_us;
-    if (!within(off, kMostOff)) return false;
-    squares += off * off;
+    const auto n = unsigned(sent[i] / code.unit_us + 0.5);
+    if (units.count + n > unit_levels::kMost) return false;
     for (unsigned k = 0; k < n; k++) units.level[units.count++] = i % 2 == 0 ? 1 : 0;
   }
-  return squares <= kMostSpread * kMostSpread * double(durations.size());
+  return true;
 }
 
 }  // namespace arduino

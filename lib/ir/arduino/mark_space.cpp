@@ -10,7 +10,7 @@ using receiver::distortion;
 using receiver::jitter_us;
 using receiver::within;
 
-// Bits determined by others that prove a frame, whatever its lead-in, last mark and odd symbols.
+// Bits determined by others that prove a frame whatever its last mark and odd symbols.
 constexpr int kProof = 8;
 
 // A frame as read, and what the receiver made of it.
@@ -52,14 +52,15 @@ unsigned most_odd(const mark_space& row, bool proven) {
   return proven ? kProven : row.bits / kSymbolsForOne;
 }
 
-// Whether the symbols fit. A mark that carries no bit may be off by half where its burst holds.
-bool symbols_fit(const mark_space& row, std::span<const uint16_t> durations, const reading& r,
-                 bool proven) {
+// Whether the bursts behind the first one of a lead-in fit. A mark that carries no bit may be off
+// by half where its burst holds.
+bool bursts_fit(const mark_space& row, std::span<const uint16_t> durations, const reading& r,
+                bool proven) {
   constexpr double kOddBurst = 1.5;  // times jitter
   constexpr double kOddMark = 0.5;   // of the mark
   const bool marks_carry = row.zero.mark_us != row.one.mark_us;
   unsigned odd = 0;
-  for (size_t i = 2 * row.lead.count; i + 1 < durations.size(); i += 2) {
+  for (size_t i = row.lead.count > 0 ? 2 : 0; i + 1 < durations.size(); i += 2) {
     const double sent_us = r.sent[i] + r.sent[i + 1];
     const double tolerance = jitter_us(sent_us);
     const double burst_off = r.found.burst_off(durations[i] + durations[i + 1], sent_us);
@@ -70,28 +71,6 @@ bool symbols_fit(const mark_space& row, std::span<const uint16_t> durations, con
     if (!within(burst_off, tolerance)) odd++;
   }
   return odd <= most_odd(row, proven);
-}
-
-// Far enough from half the nominal length, which is another protocol's lead-in.
-constexpr bool odd_lead_mark(double us, double nominal_us) {
-  return us >= 0.7 * nominal_us && us <= 1.3 * nominal_us;
-}
-
-// The lead-in as the symbols predict it. Gain control makes its first mark the least reliable one:
-// a strong proof vouches for it where its space fits.
-bool lead_in_fits(const mark_space& row, std::span<const uint16_t> durations,
-                  const distortion& found, bool proven) {
-  const auto tolerance = [](double us) { return jitter_us(us); };
-  for (size_t i = 0; i < row.lead.count; i++) {
-    const symbol& sent = row.lead.sent[i];
-    const auto received = durations.subspan(2 * i, 2);
-    const lead_tolerance allowed = {tolerance(sent.mark_us), tolerance(sent.space_us),
-                                    tolerance(sent.burst_us())};
-    if (lead_fits(received, sent, found, allowed, i == 0)) continue;
-    if (!within(found.space_off(received[1], sent.space_us), allowed.space_us)) return false;
-    if (!proven || !odd_lead_mark(received[0], sent.mark_us)) return false;
-  }
-  return true;
 }
 
 // The last mark has no space to be measured with, and is the one that receivers cut or stretch
@@ -122,8 +101,8 @@ bool match_row(const mark_space& row, const frame& f, arduino_result& result) {
   if (proof < 0) return false;
   const bool proven = proof >= kProof;
   if (!last_mark_fits(row, f.durations.back(), r, proven)) return false;
-  if (!lead_in_fits(row, f.durations, r.found, proven)) return false;
-  if (!symbols_fit(row, f.durations, r, proven)) return false;
+  if (row.lead.count > 0 && !lead_fits(f.durations, row.lead.sent[0], r.found)) return false;
+  if (!bursts_fit(row, f.durations, r, proven)) return false;
   result = {row.type, uint32_t(r.bits), row.bits, 0};
   return true;
 }

@@ -17,9 +17,6 @@ constexpr double kHalfUs = 444.4;
 constexpr symbol kLead = {2667, 889};   // 6 and 2 halves
 constexpr unsigned kLongestHalves = 3;  // half a toggle and half a bit
 constexpr biphase kCode = {kHalfUs, kLongestHalves, false};
-constexpr lead_tolerance kLeadAllowed = {receiver::jitter_us(kLead.mark_us),
-                                         receiver::jitter_us(kLead.space_us),
-                                         receiver::jitter_us(kLead.burst_us())};
 constexpr size_t kLeadCount = 2;
 constexpr size_t kModeBits = 3;
 constexpr size_t kToggleHalf = 2;  // halves that one half of the toggle takes
@@ -58,7 +55,7 @@ bool match_rc6(const frame& f, arduino_result& result) {
   if (!read_units(kCode, f.durations.subspan(kLeadCount), halves, found)) {
     return false;
   }
-  if (!lead_fits(f.durations, kLead, found, kLeadAllowed, true)) return false;
+  if (!lead_fits(f.durations, kLead, found)) return false;
 
   const size_t whole = halves.count + halves.count % 2;  // with the unseen half of a last 1
   if (whole < kFirstData) return false;

@@ -22,16 +22,11 @@ distortion distortion_of(std::span<const uint16_t> durations, const sent_frame& 
   return {clock, (marks_us - clock * sent_marks_us) / double(bursts)};
 }
 
-bool lead_fits(std::span<const uint16_t> durations, const symbol& sent, const distortion& found,
-               const lead_tolerance& tolerance, bool settles) {
+bool lead_fits(std::span<const uint16_t> durations, const symbol& sent, const distortion& found) {
   const double mark_off = found.mark_off(durations[0], sent.mark_us);
   const double space_off = found.space_off(durations[1], sent.space_us);
-  const double later =
-      settles ? receiver::settling_us(mark_off, space_off, sent.mark_us, sent.space_us) : 0;
-  return within(found.burst_off(durations[0] + durations[1], sent.burst_us()),
-                tolerance.burst_us) &&
-         within(mark_off - later, tolerance.mark_us) &&
-         within(space_off + later, tolerance.space_us);
+  return receiver::first_mark_is_plausible(durations[0], sent.mark_us) &&
+         receiver::first_space_is_plausible(space_off, mark_off, sent.space_us);
 }
 
 }  // namespace arduino

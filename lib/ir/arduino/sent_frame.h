@@ -31,6 +31,11 @@ class sent_frame {
     add(s.mark_us);
     add(s.space_us);
   }
+  /// Replaces the first two durations.
+  void begin_with(const symbol& s) {
+    us_[0] = s.mark_us;
+    us_[1] = s.space_us;
+  }
   [[nodiscard]] size_t size() const { return size_; }
   [[nodiscard]] uint16_t operator[](size_t i) const { return us_[i]; }
 
@@ -44,14 +49,9 @@ class sent_frame {
 receiver::distortion distortion_of(std::span<const uint16_t> durations, const sent_frame& sent,
                                    size_t from);
 
-/// How far a lead-in may be from what the rest of its frame predicts.
-struct lead_tolerance {
-  double mark_us, space_us, burst_us;
-};
-
-/// Whether the first two of `durations` are the lead-in `sent`. `settles`: the receiver's gain may
-/// have settled in them.
+/// Whether the first two of `durations` are the lead-in `sent`, in which the receiver's gain
+/// settled.
 bool lead_fits(std::span<const uint16_t> durations, const symbol& sent,
-               const receiver::distortion& found, const lead_tolerance& tolerance, bool settles);
+               const receiver::distortion& found);
 
 }  // namespace arduino
