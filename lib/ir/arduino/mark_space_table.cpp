@@ -80,6 +80,7 @@ int check_denon(uint64_t bits) {
 
 constexpr lead_in kNoLead = {};
 constexpr lead_in kNecLead = {1, {{{9000, 4500}}}};
+constexpr lead_in kLgLead = {1, {{{8750, 4375}}}};  // from 8500/4250 to 9000/4500
 constexpr symbol kNecZero = {560, 560};
 constexpr symbol kNecOne = {560, 1690};
 constexpr clocks kNecSeen = {0.90, 1.08};  // Pioneer's unit is 525 µs, others reach 600
@@ -105,7 +106,7 @@ constexpr mark_space kChecked[] = {
     {"SANYO", kNecLead, kNecZero, kNecOne, kStop, kSanyoBits, kNecSeen, check_sanyo},
     {"NEC", kNecLead, kNecZero, kNecOne, kStop, kNecBits, kNecSeen, check_nec},
     {"SAMSUNG", {1, {{{4500, 4500}}}}, kNecZero, kNecOne, kStop, kNecBits, kNecSeen, check_nec},
-    {"LG", {1, {{{9000, 4500}}}}, kNecZero, kNecOne, kStop, kLgBits, {0.88, 1.05}, check_lg},
+    {"LG", kLgLead, kNecZero, kNecOne, kStop, kLgBits, {0.88, 1.05}, check_lg},
 };
 
 // Frames with a lead-in or a bit count of their own, and little else. JVC's limits of clock keep
