@@ -42,6 +42,14 @@ void read_symbols(const mark_space& row, std::span<const uint16_t> durations, re
   }
 }
 
+// A proven frame has its name whatever the remote's clock: bursts as far off as this still read as
+// themselves.
+bool clock_is_plausible(const mark_space& row, double clock, bool proven) {
+  constexpr clocks kProven = {0.87, 1.13};
+  const clocks& allowed = proven ? kProven : row.seen;
+  return clock >= allowed.low && clock <= allowed.high;
+}
+
 // How many symbols may be odd: their burst is off by more than jitter, though not by so much that
 // it could be another symbol. An edge that came late shows in two symbols. A code that proves
 // little has to have many symbols for one of them to be odd: captured frames of 32 bits do, at one
@@ -95,11 +103,11 @@ bool match_row(const mark_space& row, const frame& f, arduino_result& result) {
   if (!f.ends_after(std::max(row.zero.space_us, row.one.space_us))) return false;
   reading r;
   read_symbols(row, f.durations, r);
-  if (r.found.clock < row.seen.low || r.found.clock > row.seen.high) return false;
-  if (!receiver::bias_is_plausible(r.found.bias_us)) return false;
   const int proof = row.check != nullptr ? row.check(r.bits) : 0;
   if (proof < 0) return false;
   const bool proven = proof >= kProof;
+  if (!clock_is_plausible(row, r.found.clock, proven)) return false;
+  if (!receiver::bias_is_plausible(r.found.bias_us)) return false;
   if (!last_mark_fits(row, f.durations.back(), r, proven)) return false;
   if (row.lead.count > 0 && !lead_fits(f.durations, row.lead.sent[0], r.found)) return false;
   if (!bursts_fit(row, f.durations, r, proven)) return false;
