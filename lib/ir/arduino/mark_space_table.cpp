@@ -3,6 +3,8 @@
 //
 // Lengths and layouts are the makers' published ones; the clocks are those of
 // captured remotes.
+#include <bit>
+
 #include "lib/ir/arduino/mark_space.h"
 
 namespace arduino {
@@ -61,12 +63,33 @@ int check_lg(uint64_t bits) {
   return (sum & 0xF) == (bits & 0xF) ? 4 : -1;
 }
 
-// dddddddd ssssssss ffffffff FFFFFFFF: many remotes use the last byte for something else than the
-// complement of the function, so it proves the frame but does not refute it.
+// dddddddd ssssssss ffffffff xxxxxxxx: device, subdevice, function, and its complement, which
+// proves the frame. Many remotes send something else instead, so a complement that does not hold
+// refutes nothing; one that fails in a single bit does, as that is what a damaged frame looks like.
 constexpr unsigned kNecBits = 32;
+constexpr unsigned kComplementBits = 8;
 
+// The bits in which the last byte is not the complement of the function.
+unsigned wrong_bits(uint64_t bits) {
+  const uint64_t function = field(bits, kNecBits, 16, kComplementBits);
+  const uint64_t last = field(bits, kNecBits, 24, kComplementBits);
+  return unsigned(function ^ last ^ 0xFF);
+}
+
+int check_samsung(uint64_t bits) {
+  const unsigned wrong = wrong_bits(bits);
+  if (wrong == 0) return int(kComplementBits);
+  return std::has_single_bit(wrong) ? -1 : 0;
+}
+
+// Remotes whose subdevice is not the complement of the device use the last byte freely, and some
+// give its first or last bit another meaning.
 int check_nec(uint64_t bits) {
-  return complementary(field(bits, kNecBits, 16, 8), field(bits, kNecBits, 24, 8), 8) ? 8 : 0;
+  constexpr unsigned kFreeBits = 0x81;
+  const bool plain = complementary(field(bits, kNecBits, 0, 8), field(bits, kNecBits, 8, 8), 8);
+  const unsigned wrong = wrong_bits(bits);
+  if (wrong == 0) return int(kComplementBits);
+  return plain && std::has_single_bit(wrong & ~kFreeBits) ? -1 : 0;
 }
 
 // The last two bits, expansion and check, differ in Sharp frames and are alike in Denon's.
@@ -105,7 +128,7 @@ constexpr mark_space kChecked[] = {
      check_panasonic},
     {"SANYO", kNecLead, kNecZero, kNecOne, kStop, kSanyoBits, kNecSeen, check_sanyo},
     {"NEC", kNecLead, kNecZero, kNecOne, kStop, kNecBits, kNecSeen, check_nec},
-    {"SAMSUNG", {1, {{{4500, 4500}}}}, kNecZero, kNecOne, kStop, kNecBits, kNecSeen, check_nec},
+    {"SAMSUNG", {1, {{{4500, 4500}}}}, kNecZero, kNecOne, kStop, kNecBits, kNecSeen, check_samsung},
     {"LG", kLgLead, kNecZero, kNecOne, kStop, kLgBits, {0.88, 1.05}, check_lg},
 };
 
