@@ -14,9 +14,7 @@ using receiver::within;
 // gets uncertain; the spread keeps out trains whose durations scatter evenly around the unit.
 // Captured frames reach 0.36 and 0.13.
 constexpr double kMostOff = 0.38;
-constexpr double kMostSpread = 0.15;
-constexpr double kClockLow = 0.90;
-constexpr double kClockHigh = 1.09;
+constexpr double kMostSpread = 0.13;
 
 constexpr size_t kFirstBurst = 2;  // durations
 
@@ -75,7 +73,7 @@ bool read_units(const biphase& code, std::span<const uint16_t> durations, unit_l
   // Most signals are read right at once; the second pass is for those that are biased.
   for (int pass = 0; pass < 2; pass++) {
     found = distortion_of(durations, sent, from);
-    if (found.clock < kClockLow || found.clock > kClockHigh) return false;
+    if (found.clock < code.clock_low || found.clock > code.clock_high) return false;
     sent = nearest(code, durations, found);
   }
   if (!receiver::bias_is_plausible(found.bias_us)) return false;

@@ -24,6 +24,7 @@ struct unit_levels {
 struct biphase {
   double unit_us;
   unsigned longest_units;  // in one mark or space
+  double clock_low, clock_high;  // of its remotes
   bool starts_frame;       // the first mark is that of the frame, in which the gain settles
 };
 

@@ -15,7 +15,9 @@ namespace {
 
 constexpr uint16_t kHalfUs = 889;
 constexpr unsigned kLongestHalves = 2;
-constexpr biphase kCode = {kHalfUs, kLongestHalves, true};
+// Remotes have halves of 823 to 937 µs. Shorter ones, of 808 to 818, and longer ones, from 944 on,
+// belong to other bi-phase codes.
+constexpr biphase kCode = {kHalfUs, kLongestHalves, 0.925, 1.055, true};
 constexpr size_t kBits = 14;
 constexpr size_t kHalves = 2 * kBits - 1;  // without the unseen first one
 constexpr size_t kMostDurations = kHalves;

@@ -16,7 +16,8 @@ namespace {
 constexpr double kHalfUs = 444.4;
 constexpr symbol kLead = {2667, 889};   // 6 and 2 halves
 constexpr unsigned kLongestHalves = 3;  // half a toggle and half a bit
-constexpr biphase kCode = {kHalfUs, kLongestHalves, false};
+// Remotes have halves of 427 to 463 µs.
+constexpr biphase kCode = {kHalfUs, kLongestHalves, 0.93, 1.07, false};
 constexpr size_t kLeadCount = 2;
 constexpr size_t kModeBits = 3;
 constexpr size_t kToggleHalf = 2;  // halves that one half of the toggle takes
