@@ -15,23 +15,26 @@ using arduino::frame;
 using matcher = bool (*)(const frame& f, arduino_result& result);
 
 // In the order of how much a match proves: codes that check themselves come first, then those
-// whose every half bit has a counterpart, then those that only a lead-in, a bit count and their
-// lengths tell apart. The hash proves nothing and comes last.
+// whose spaces are all alike, those whose every half bit has a counterpart, and those that only a
+// lead-in, a bit count and their lengths tell apart.
 constexpr matcher kMatchers[] = {
     arduino::match_checked_mark_space,
+    arduino::match_sony,
     arduino::match_rc6,
     arduino::match_rc5,
     arduino::match_dish,
-    arduino::match_sony,
     arduino::match_plain_mark_space,
     arduino::match_nec_repeat,
-    arduino::match_hash,
 };
 
-// The pattern without the space after it.
-frame frame_of(std::span<const uint16_t> durations) {
-  if (durations.size() % 2 == 1) return {durations, 0};
-  return {durations.first(durations.size() - 1), durations.back()};
+bool match_any(const frame& f, arduino_result& result) {
+  return std::any_of(std::begin(kMatchers), std::end(kMatchers),
+                     [&](matcher match) { return match(f, result); });
+}
+
+bool match_first_copy(const frame& f, arduino_result& result) {
+  const std::optional<frame> copy = arduino::first_copy(f);
+  return copy && match_any(*copy, result);
 }
 
 }  // namespace
@@ -43,11 +46,10 @@ bool IRrecv::decode(std::span<const uint16_t> durations, arduino_result& result)
     return false;
   }
   if (durations.empty()) return false;
-  const frame f = frame_of(durations);
-  const bool found = std::any_of(std::begin(kMatchers), std::end(kMatchers),
-                                 [&](matcher match) { return match(f, result); });
-  if (!found) result = {};
-  return found;
+  const frame whole = arduino::frame_of(durations);
+  const frame f = arduino::without_stray_marks(whole);
+  if (match_any(f, result) || match_first_copy(f, result)) return true;
+  return arduino::match_hash(whole, result);
 }
 
 void arduino_decode(struct ir_packet* packet, size_t len) {

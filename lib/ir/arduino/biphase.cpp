@@ -18,6 +18,10 @@ constexpr double kMostSpread = 0.13;
 
 constexpr size_t kFirstBurst = 2;  // durations
 
+bool clock_is_plausible(const biphase& code, const distortion& found) {
+  return found.clock >= code.clock_low && found.clock <= code.clock_high;
+}
+
 uint16_t sent_us(const biphase& code, unsigned units) {
   return uint16_t(units * code.unit_us + 0.5);
 }
@@ -55,7 +59,10 @@ bool read_settled(const biphase& code, std::span<const uint16_t> durations, cons
   for (unsigned mark = 1; mark <= code.longest_units; mark++) {
     for (unsigned space = 1; space <= code.longest_units; space++) {
       const symbol first = {sent_us(code, mark), sent_us(code, space)};
-      if (!lead_fits(durations, first, found)) continue;
+      if (!receiver::first_mark_is_plausible(durations[0], first.mark_us) ||
+          !lead_space_fits(durations, first, found)) {
+        continue;
+      }
       sent.begin_with(first);
       return true;
     }
@@ -68,14 +75,11 @@ bool read_settled(const biphase& code, std::span<const uint16_t> durations, cons
 bool read_units(const biphase& code, std::span<const uint16_t> durations, unit_levels& units,
                 distortion& found) {
   const size_t from = code.starts_frame ? kFirstBurst : 0;
-  found = {1.0, 0.0};
+  found = distortion_of(durations, nearest(code, durations, {1.0, 0.0}), from);
+  if (!clock_is_plausible(code, found)) return false;
   sent_frame sent = nearest(code, durations, found);
-  // Most signals are read right at once; the second pass is for those that are biased.
-  for (int pass = 0; pass < 2; pass++) {
-    found = distortion_of(durations, sent, from);
-    if (found.clock < code.clock_low || found.clock > code.clock_high) return false;
-    sent = nearest(code, durations, found);
-  }
+  found = distortion_of(durations, sent, from);
+  if (!clock_is_plausible(code, found)) return false;
   if (!receiver::bias_is_plausible(found.bias_us)) return false;
   if (!durations_fit(code, durations, sent, found, 0) &&
       !(code.starts_frame && read_settled(code, durations, found, sent) &&

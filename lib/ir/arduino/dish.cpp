@@ -22,16 +22,9 @@ constexpr size_t kPeriod = kDish.length() - 1;  // from copy to copy, which shar
 
 bool match_dish(const frame& f, arduino_result& result) {
   const size_t length = f.durations.size();
-  if (length < kDish.length() || length % kPeriod != 1) return false;
-  for (size_t from = 0; from + 1 < length; from += kPeriod) {
-    const bool last = from + kPeriod + 1 == length;
-    const frame copy = {f.durations.subspan(from, kDish.length()), last ? f.tail : 0};
-    arduino_result found;
-    if (!match_row(kDish, copy, found)) return false;
-    if (from > 0 && found.value != result.value) return false;
-    result = found;
-  }
-  return true;
+  if (length < kDish.length() || !repeats(f.durations, kPeriod)) return false;
+  if (length == kDish.length()) return match_row(kDish, f, result);
+  return match_row(kDish, {f.durations.first(kDish.length()), 0}, result);
 }
 
 }  // namespace arduino

@@ -7,6 +7,7 @@ namespace arduino {
 namespace {
 
 using receiver::distortion;
+using receiver::first_mark_is_plausible;
 using receiver::jitter_us;
 using receiver::within;
 
@@ -88,12 +89,11 @@ bool last_mark_fits(const mark_space& row, double us, const reading& r, bool pro
     const symbol& sent = (r.bits & 1) != 0 ? row.one : row.zero;
     return within(r.found.mark_off(us, sent.mark_us), jitter_us(sent.mark_us));
   }
-  constexpr double kShortest = 0.4;
-  constexpr double kLongest = 1.8;
   constexpr double kLongestProven = 3.2;
   const double unbiased_us = us - r.found.bias_us;
-  return unbiased_us >= kShortest * row.zero.mark_us &&
-         unbiased_us <= (proven ? kLongestProven : kLongest) * row.zero.mark_us;
+  return receiver::last_mark_is_plausible(unbiased_us, row.zero.mark_us) ||
+         (proven && unbiased_us > row.zero.mark_us &&
+          unbiased_us <= kLongestProven * row.zero.mark_us);
 }
 
 }  // namespace
@@ -101,6 +101,8 @@ bool last_mark_fits(const mark_space& row, double us, const reading& r, bool pro
 bool match_row(const mark_space& row, const frame& f, arduino_result& result) {
   if (f.durations.size() != row.length()) return false;
   if (!f.ends_after(std::max(row.zero.space_us, row.one.space_us))) return false;
+  const bool has_lead = row.lead.count > 0;
+  if (has_lead && !first_mark_is_plausible(f.durations[0], row.lead.sent[0].mark_us)) return false;
   reading r;
   read_symbols(row, f.durations, r);
   const int proof = row.check != nullptr ? row.check(r.bits) : 0;
@@ -109,7 +111,7 @@ bool match_row(const mark_space& row, const frame& f, arduino_result& result) {
   if (!clock_is_plausible(row, r.found.clock, proven)) return false;
   if (!receiver::bias_is_plausible(r.found.bias_us)) return false;
   if (!last_mark_fits(row, f.durations.back(), r, proven)) return false;
-  if (row.lead.count > 0 && !lead_fits(f.durations, row.lead.sent[0], r.found)) return false;
+  if (has_lead && !lead_space_fits(f.durations, row.lead.sent[0], r.found)) return false;
   if (!bursts_fit(row, f.durations, r, proven)) return false;
   result = {row.type, uint32_t(r.bits), row.bits, 0};
   return true;

@@ -1,26 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What a matcher is asked: the frame it looks at, and the matchers themselves.
+// The matchers, each of one protocol or of a table of them.
 #pragma once
 
-#include <cstdint>
-#include <span>
-
 #include "lib/ir/arduino/arduino.h"
+#include "lib/ir/arduino/frame.h"
 
 namespace arduino {
-
-/// A pattern that begins and ends with a mark (so an odd count), and the space after it in µs:
-/// 0 where the pattern ends with its last mark.
-struct frame {
-  std::span<const uint16_t> durations;
-  uint32_t tail;
-
-  /// True unless a space follows that is too short to end a frame whose longest own space is
-  /// `longest_us`.
-  [[nodiscard]] bool ends_after(uint32_t longest_us) const {
-    return tail == 0 || tail >= 2 * longest_us;
-  }
-};
 
 // Each returns true and fills `result` when the frame is one of its protocol.
 bool match_checked_mark_space(const frame& f, arduino_result& result);

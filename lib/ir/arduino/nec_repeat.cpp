@@ -3,6 +3,7 @@
 // It carries nothing, so all three durations have to fit and the pattern has to end there.
 // Sample: 9000,2250,560
 #include "lib/ir/arduino/matchers.h"
+#include "lib/ir/arduino/sent_frame.h"
 
 namespace arduino {
 namespace {
@@ -10,26 +11,21 @@ namespace {
 constexpr size_t kDurations = 3;
 constexpr uint32_t kRepeatValue = 0xFFFFFFFF;
 
-struct range {
-  unsigned low_us, high_us;
-  [[nodiscard]] constexpr bool holds(unsigned us) const { return us >= low_us && us <= high_us; }
-};
-
-// The burst is the steady figure; mark and space leave room for the receiver's stretch, and for its
-// gain, which settles in the mark at the cost of the space.
-constexpr range kLeadMark = {8250, 10100};
-constexpr range kLeadSpace = {1380, 2600};
-constexpr range kLeadBurst = {10450, 12400};
-constexpr range kLastMark = {400, 860};
+constexpr symbol kLead = {9000, 2250};
+constexpr uint16_t kLastMarkUs = 560;
+constexpr double kClockLow = 0.93;
+constexpr double kClockHigh = 1.10;
 
 }  // namespace
 
 bool match_nec_repeat(const frame& f, arduino_result& result) {
-  if (f.durations.size() != kDurations || !f.ends_after(kLeadSpace.high_us)) return false;
-  const unsigned mark = f.durations[0];
-  const unsigned space = f.durations[1];
-  if (!kLeadMark.holds(mark) || !kLeadSpace.holds(space) || !kLeadBurst.holds(mark + space) ||
-      !kLastMark.holds(f.durations[2])) {
+  if (f.durations.size() != kDurations || !f.ends_after(kLead.space_us)) return false;
+  const double burst_us = f.durations[0] + f.durations[1];
+  const receiver::distortion found = {burst_us / kLead.burst_us(), 0};
+  if (found.clock < kClockLow || found.clock > kClockHigh ||
+      !receiver::first_mark_is_plausible(f.durations[0], kLead.mark_us) ||
+      !lead_space_fits(f.durations, kLead, found) ||
+      !receiver::last_mark_is_plausible(f.durations[2], kLastMarkUs)) {
     return false;
   }
   result = {"NEC", kRepeatValue, 0, 0};

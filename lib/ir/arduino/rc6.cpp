@@ -51,12 +51,13 @@ bool match_rc6(const frame& f, arduino_result& result) {
   constexpr size_t kFewestDurations = kLeadCount + kFewestData;
   if (f.durations.size() < kFewestDurations) return false;
   if (!f.ends_after(kLongestHalves * unsigned(kHalfUs))) return false;
+  if (!receiver::first_mark_is_plausible(f.durations[0], kLead.mark_us)) return false;
   unit_levels halves;
   receiver::distortion found;
   if (!read_units(kCode, f.durations.subspan(kLeadCount), halves, found)) {
     return false;
   }
-  if (!lead_fits(f.durations, kLead, found)) return false;
+  if (!lead_space_fits(f.durations, kLead, found)) return false;
 
   const size_t whole = halves.count + halves.count % 2;  // with the unseen half of a last 1
   if (whole < kFirstData) return false;

@@ -4,7 +4,6 @@
 namespace arduino {
 
 using receiver::distortion;
-using receiver::within;
 
 distortion distortion_of(std::span<const uint16_t> durations, const sent_frame& sent, size_t from) {
   unsigned marks_us = 0;
@@ -22,11 +21,10 @@ distortion distortion_of(std::span<const uint16_t> durations, const sent_frame& 
   return {clock, (marks_us - clock * sent_marks_us) / double(bursts)};
 }
 
-bool lead_fits(std::span<const uint16_t> durations, const symbol& sent, const distortion& found) {
+bool lead_space_fits(std::span<const uint16_t> durations, const symbol& sent,
+                     const distortion& found) {
   const double mark_off = found.mark_off(durations[0], sent.mark_us);
-  const double space_off = found.space_off(durations[1], sent.space_us);
-  return receiver::first_mark_is_plausible(durations[0], sent.mark_us) &&
-         receiver::first_space_is_plausible(space_off, mark_off, sent.space_us);
+  return receiver::first_space_is_plausible(found, mark_off, durations[1], sent.space_us);
 }
 
 }  // namespace arduino

@@ -49,9 +49,8 @@ class sent_frame {
 receiver::distortion distortion_of(std::span<const uint16_t> durations, const sent_frame& sent,
                                    size_t from);
 
-/// Whether the first two of `durations` are the lead-in `sent`, in which the receiver's gain
-/// settled.
-bool lead_fits(std::span<const uint16_t> durations, const symbol& sent,
-               const receiver::distortion& found);
+/// Whether the space of the lead-in `sent` fits, behind a first mark that may have been sent so.
+bool lead_space_fits(std::span<const uint16_t> durations, const symbol& sent,
+                     const receiver::distortion& found);
 
 }  // namespace arduino
