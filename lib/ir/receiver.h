@@ -39,7 +39,7 @@ constexpr bool within(double off, double tolerance) {
 /// The bias that receivers have: marks up to this much shorter or longer than sent. Wider, and
 /// codes of the same burst with another mark are read (a 16-bit code of 560 µs marks as one of 264
 /// µs from 260 on); tighter, and remotes with short marks, far away, are lost. Captured frames
-/// reach -159 and +159, and receivers add up to 80 on either side.
+/// reach -158 and +161, and receivers add up to 80 on either side.
 constexpr double kMostShorterUs = 170;
 constexpr double kMostLongerUs = 220;
 constexpr bool bias_is_plausible(double bias_us) {
@@ -59,8 +59,8 @@ constexpr double jitter_us(double sent_us) {
 
 /// Whether a first mark of `us` may have been sent as `sent_us`: while the gain settles it shrinks
 /// by up to 10 % or grows by up to 25 %, clock, bias and jitter aside. Wider, and a lead-in of
-/// another length is taken; tighter, and a first key press is lost. Captured frames reach -23 and
-/// +21 %.
+/// another length is taken; tighter, and a first key press is lost. Captured frames reach -8 and +9
+/// %.
 constexpr bool first_mark_is_plausible(double us, double sent_us) {
   constexpr double kShortest = 0.80;
   constexpr double kLongest = 1.30;
@@ -76,13 +76,15 @@ constexpr bool first_space_is_plausible(const distortion& found, double mark_off
   return off >= -std::max(mark_off, 0.0) - tolerance && off <= -std::min(mark_off, 0.0) + tolerance;
 }
 
-/// Whether a last mark of `us`, without the bias, may have been sent as `sent_us`. Wider, and a
-/// frame that goes on is taken for whole; tighter, and frames are lost whose end was cut: captured
-/// ones reach -58 and +77 %.
-constexpr bool last_mark_is_plausible(double us, double sent_us) {
+/// Whether a last mark of `us`, without the bias, may have been sent as `sent_us`. `proven`: the
+/// rest of the frame vouches for its end. Wider, and a frame that goes on is taken for whole;
+/// tighter, and frames whose end was cut or stretched are lost. Captured ones reach -23 and +51 %,
+/// a few more.
+constexpr bool last_mark_is_plausible(double us, double sent_us, bool proven) {
   constexpr double kShortest = 0.4;
   constexpr double kLongest = 1.8;
-  return us >= kShortest * sent_us && us <= kLongest * sent_us;
+  constexpr double kLongestProven = 3.2;
+  return us >= kShortest * sent_us && us <= (proven ? kLongestProven : kLongest) * sent_us;
 }
 
 /// A mark of at most this length, at least this far from a frame, is stray. Longer marks belong to

@@ -14,13 +14,13 @@ namespace {
 using arduino::frame;
 using matcher = bool (*)(const frame& f, arduino_result& result);
 
-// In the order of how much a match proves: codes that check themselves come first, then those
-// whose spaces are all alike, those whose every half bit has a counterpart, and those that only a
-// lead-in, a bit count and their lengths tell apart.
+// In the order of how much a match proves: codes that check themselves come first, then those with
+// a lead-in whose every half bit has a counterpart or whose spaces are all alike, then those that
+// only their lengths and a bit count tell apart.
 constexpr matcher kMatchers[] = {
     arduino::match_checked_mark_space,
-    arduino::match_sony,
     arduino::match_rc6,
+    arduino::match_sony,
     arduino::match_rc5,
     arduino::match_dish,
     arduino::match_plain_mark_space,

@@ -23,7 +23,7 @@ bool clock_is_plausible(const biphase& code, const distortion& found) {
 }
 
 uint16_t sent_us(const biphase& code, unsigned units) {
-  return uint16_t(units * code.unit_us + 0.5);
+  return uint16_t(int(units) * code.unit_us + 0.5);
 }
 
 // Every duration as the nearest one that the code sends.
@@ -42,11 +42,12 @@ sent_frame nearest(const biphase& code, std::span<const uint16_t> durations,
 // Whether the durations from `from` on fit.
 bool durations_fit(const biphase& code, std::span<const uint16_t> durations, const sent_frame& sent,
                    const distortion& found, size_t from) {
+  const double most_off = kMostOff * code.unit_us;
   double squares = 0;
   for (size_t i = from; i < durations.size(); i++) {
     const double off =
         i % 2 == 0 ? found.mark_off(durations[i], sent[i]) : found.space_off(durations[i], sent[i]);
-    if (!within(off, kMostOff * code.unit_us)) return false;
+    if (!within(off, most_off)) return false;
     squares += off * off;
   }
   const double most = kMostSpread * code.unit_us;
@@ -87,9 +88,10 @@ bool read_units(const biphase& code, std::span<const uint16_t> durations, unit_l
     return false;
   }
 
+  const double units_per_us = 1 / code.unit_us;
   units.count = 0;
   for (size_t i = 0; i < durations.size(); i++) {
-    const auto n = unsigned(sent[i] / code.unit_us + 0.5);
+    const auto n = unsigned(int(sent[i] * units_per_us + 0.5));
     if (units.count + n > unit_levels::kMost) return false;
     for (unsigned k = 0; k < n; k++) units.level[units.count++] = i % 2 == 0 ? 1 : 0;
   }

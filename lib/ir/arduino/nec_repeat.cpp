@@ -25,7 +25,7 @@ bool match_nec_repeat(const frame& f, arduino_result& result) {
   if (found.clock < kClockLow || found.clock > kClockHigh ||
       !receiver::first_mark_is_plausible(f.durations[0], kLead.mark_us) ||
       !lead_space_fits(f.durations, kLead, found) ||
-      !receiver::last_mark_is_plausible(f.durations[2], kLastMarkUs)) {
+      !receiver::last_mark_is_plausible(f.durations[2], kLastMarkUs, false)) {
     return false;
   }
   result = {"NEC", kRepeatValue, 0, 0};
