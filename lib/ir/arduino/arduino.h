@@ -22,8 +22,9 @@ class IRrecv {
   static constexpr size_t kBufferLength = 200;  // durations
 
   /// Matches `durations` (µs, mark and space in turn, a mark first; with or without the space
-  /// after the frame) and describes them in `result`. False, with a null type, when the pattern
-  /// does not fit the buffer or is too short to say anything. Prints nothing, keeps no state.
+  /// after the frame, a short stray mark on either side, or copies of the frame behind it) and
+  /// describes them in `result`. False, with a null type, when the pattern does not fit the buffer
+  /// or is too short to say anything. Prints nothing, keeps no state.
   static bool decode(std::span<const uint16_t> durations, arduino_result& result);
 };
 

@@ -22,8 +22,14 @@ bool clock_is_plausible(const biphase& code, const distortion& found) {
   return found.clock >= code.clock_low && found.clock <= code.clock_high;
 }
 
-uint16_t sent_us(const biphase& code, unsigned units) {
-  return uint16_t(int(units) * code.unit_us + 0.5);
+// The whole number nearest to a positive one; a library call would cost more than the rest.
+int rounded(double value) {
+  constexpr double kHalf = 0.5;
+  return int(value + kHalf);
+}
+
+uint16_t sent_us(const biphase& code, int units) {
+  return uint16_t(rounded(units * code.unit_us));
 }
 
 // Every duration as the nearest one that the code sends.
@@ -33,8 +39,7 @@ sent_frame nearest(const biphase& code, std::span<const uint16_t> durations,
   const double units_per_us = 1 / (found.clock * code.unit_us);
   for (size_t i = 0; i < durations.size(); i++) {
     const double us = durations[i] - (i % 2 == 0 ? found.bias_us : -found.bias_us);
-    const int units = int(us * units_per_us + 0.5);
-    sent.add(sent_us(code, unsigned(std::clamp(units, 1, int(code.longest_units)))));
+    sent.add(sent_us(code, std::clamp(rounded(us * units_per_us), 1, code.longest_units)));
   }
   return sent;
 }
@@ -57,8 +62,8 @@ bool durations_fit(const biphase& code, std::span<const uint16_t> durations, con
 // Reads the first mark and space again, as if the gain had settled in them.
 bool read_settled(const biphase& code, std::span<const uint16_t> durations, const distortion& found,
                   sent_frame& sent) {
-  for (unsigned mark = 1; mark <= code.longest_units; mark++) {
-    for (unsigned space = 1; space <= code.longest_units; space++) {
+  for (int mark = 1; mark <= code.longest_units; mark++) {
+    for (int space = 1; space <= code.longest_units; space++) {
       const symbol first = {sent_us(code, mark), sent_us(code, space)};
       if (!receiver::first_mark_is_plausible(durations[0], first.mark_us) ||
           !lead_space_fits(durations, first, found)) {
@@ -91,9 +96,9 @@ bool read_units(const biphase& code, std::span<const uint16_t> durations, unit_l
   const double units_per_us = 1 / code.unit_us;
   units.count = 0;
   for (size_t i = 0; i < durations.size(); i++) {
-    const auto n = unsigned(int(sent[i] * units_per_us + 0.5));
-    if (units.count + n > unit_levels::kMost) return false;
-    for (unsigned k = 0; k < n; k++) units.level[units.count++] = i % 2 == 0 ? 1 : 0;
+    const int n = rounded(sent[i] * units_per_us);
+    if (units.count + size_t(n) > unit_levels::kMost) return false;
+    for (int k = 0; k < n; k++) units.level[units.count++] = i % 2 == 0 ? 1 : 0;
   }
   return true;
 }

@@ -23,7 +23,7 @@ struct unit_levels {
 /// What a bi-phase code sends.
 struct biphase {
   double unit_us;
-  unsigned longest_units;        // in one mark or space
+  int longest_units;             // in one mark or space
   double clock_low, clock_high;  // of its remotes
   bool starts_frame;             // the first mark is that of the frame, in which the gain settles
 };

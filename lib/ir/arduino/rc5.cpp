@@ -14,7 +14,7 @@ namespace arduino {
 namespace {
 
 constexpr uint16_t kHalfUs = 889;
-constexpr unsigned kLongestHalves = 2;
+constexpr int kLongestHalves = 2;
 // Remotes have halves of 823 to 937 µs. Shorter ones, of 808 to 818, and longer ones, from 944 on,
 // belong to other bi-phase codes.
 constexpr biphase kCode = {kHalfUs, kLongestHalves, 0.925, 1.055, true};
@@ -26,7 +26,7 @@ constexpr size_t kMostDurations = kHalves;
 
 bool match_rc5(const frame& f, arduino_result& result) {
   if (f.durations.size() < kBits - 1 || f.durations.size() > kMostDurations) return false;
-  if (!f.ends_after(kLongestHalves * kHalfUs)) return false;
+  if (!f.ends_after(unsigned{kLongestHalves} * kHalfUs)) return false;
   unit_levels halves;
   receiver::distortion found;
   if (!read_units(kCode, f.durations, halves, found)) return false;

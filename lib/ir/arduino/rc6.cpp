@@ -14,8 +14,8 @@ namespace arduino {
 namespace {
 
 constexpr double kHalfUs = 444.4;
-constexpr symbol kLead = {2667, 889};   // 6 and 2 halves
-constexpr unsigned kLongestHalves = 3;  // half a toggle and half a bit
+constexpr symbol kLead = {2667, 889};  // 6 and 2 halves
+constexpr int kLongestHalves = 3;      // half a toggle and half a bit
 // Remotes have halves of 427 to 463 µs.
 constexpr biphase kCode = {kHalfUs, kLongestHalves, 0.93, 1.07, false};
 constexpr size_t kLeadCount = 2;
@@ -50,7 +50,7 @@ bool read_toggle(const unit_levels& halves, size_t from, uint64_t& value) {
 bool match_rc6(const frame& f, arduino_result& result) {
   constexpr size_t kFewestDurations = kLeadCount + kFewestData;
   if (f.durations.size() < kFewestDurations) return false;
-  if (!f.ends_after(kLongestHalves * unsigned(kHalfUs))) return false;
+  if (!f.ends_after(unsigned{kLongestHalves} * unsigned(kHalfUs))) return false;
   if (!receiver::first_mark_is_plausible(f.durations[0], kLead.mark_us)) return false;
   unit_levels halves;
   receiver::distortion found;
