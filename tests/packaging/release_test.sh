@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
 # release_test.sh SOURCE_DIR: what a release rests on. The version of every commit is an upgrade from the one
-# before, a tarball makes itself again, and all lists of what is needed to build agree.
+# before, a tarball makes itself again, and lists that say the same agree.
 set -euo pipefail
 source=$1
 work=$(mktemp -d)
@@ -68,4 +68,7 @@ same "packages to build with" \
 same "changelogs name the release" "$(sed 's/^v//' VERSION)" \
   "$(sed -n '1s/.*(\(.*\)).*/\1/p' debian/changelog)"
 grep -q "^## $(sed 's/^v//' VERSION)" CHANGELOG.md || same "CHANGELOG.md" "$(< VERSION)" "nothing about it"
+same "docs/protocols.md" \
+  "$(awk -F '\t' '!/^#/ && $NF != "unscored" { print $1 }' tests/data/expected.tsv | LC_ALL=C sort -u)" \
+  "$(sed 1,5d docs/protocols.md | tr '\n' ' ' | sed 's/, /\n/g; s/ $//')"
 exit $((failures > 0))
