@@ -201,6 +201,7 @@ class TemporaryFile {
 struct cost {
   double real_s, cpu_s;
 };
+using cost_part = double cost::*;
 
 double seconds(const timeval& t) {
   constexpr double kUsPerSecond = 1e6;
@@ -209,7 +210,7 @@ double seconds(const timeval& t) {
 
 /// Runs the program again and again, each time to its end and with its output in our own.
 void run_program(benchmark::State& state, const std::vector<std::string>& words,
-                 double cost::*measured) {
+                 cost_part measured) {
   std::vector<char*> argv;
   for (const std::string& word : words) argv.push_back(const_cast<char*>(word.c_str()));
   argv.push_back(nullptr);

@@ -38,7 +38,7 @@ class progress {
     const double seconds = std::chrono::duration<double>(now - start_).count();
     const double rate = static_cast<double>(patterns_) / seconds;
     std::fprintf(shown_to_, "\r\x1b[K%zu patterns, %.0f a second", patterns_, rate);
-    struct stat file {};
+    struct stat file = {};
     if (from.source != "-" && stat(from.source.c_str(), &file) == 0 && from.position > 0) {
       const double done = static_cast<double>(from.position) / static_cast<double>(file.st_size);
       std::fprintf(shown_to_, ", %.0f s left in %s", seconds / done - seconds, from.source.c_str());

@@ -32,7 +32,7 @@ void note(int signal) {
 }
 
 void note_signal(int signal, int flags) {
-  struct sigaction action {};
+  struct sigaction action = {};
   action.sa_handler = note;
   action.sa_flags = flags;
   sigemptyset(&action.sa_mask);
