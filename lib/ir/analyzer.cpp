@@ -87,13 +87,8 @@ void reset_analyzer() {
 
 uint32_t analyze_protocol(const uint16_t* buf, uint8_t len) {
   ir_t event = {};
-  const auto entries = std::min<size_t>(len, std::size(event.buf));
-  std::copy_n(buf, entries, event.buf);
-  for (size_t i = 0; i < entries; ++i) {
-    event.count = static_cast<uint8_t>(i);
-    analyze_edge(event.buf[i], &event);
-  }
-  event.count = static_cast<uint8_t>(entries);
+  std::copy_n(buf, std::min<size_t>(len, std::size(event.buf)), event.buf);
+  for (event.count = 0; event.count < len; ++event.count) analyze_edge(buf[event.count], &event);
   const uint32_t matched = analyze_finish(kFinishTicks, &event);
   reset_analyzer();
   return matched;

@@ -18,7 +18,7 @@ uint32_t analyze_finish(uint32_t ticks, ir_t* ir);
 /// Makes every analyzer ready for the next signal.
 void reset_analyzer();
 
-/// The vote on `len` bare durations in µs (at most 200 are looked at): an rc_proto.
+/// The vote on `len` bare durations in µs: an rc_proto.
 uint32_t analyze_protocol(const uint16_t* buf, uint8_t len);
 
 /// Prints the names of the analyzers in the order of registration.

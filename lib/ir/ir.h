@@ -58,7 +58,7 @@ struct ir_prot {
 
 /// One event as the decoders see it.
 struct ir_t {
-  uint8_t count;      // entries of buf; the index of the edge while the analyzers are fed
+  uint8_t count;  // entries of buf (at most 200 are looked at), the index of an edge in the feed
   uint16_t buf[200];  // durations in µs, a mark first; zero past the count
   timeval ts, tf;     // start and end
   uint16_t tp, te;    // te: ms since the previous event

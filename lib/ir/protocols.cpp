@@ -35,6 +35,11 @@ uint32_t finish_vote(ir_t* ir) {
   return matched;
 }
 
+/// A count can be larger than the buffer that it counts.
+void bound_count(ir_t* event) {
+  event->count = static_cast<uint8_t>(std::min<size_t>(event->count, std::size(event->buf)));
+}
+
 constexpr auto kReversed = [] {
   std::array<uint8_t, 256> table = {};
   for (size_t byte = 1; byte < table.size(); ++byte) {
@@ -60,6 +65,7 @@ ir_t ir_event_of(const ir_packet& packet) {
 }
 
 int ir_decode(ir_t* event, rc_proto matched, ir_prot* p) {
+  bound_count(event);
   const protocol* claiming = find_protocol(matched);
   if (claiming != nullptr) {
     handler_of(claiming)->decode(event, p);
@@ -70,6 +76,7 @@ int ir_decode(ir_t* event, rc_proto matched, ir_prot* p) {
 }
 
 int ir_decode_packet(ir_t* ir) {
+  bound_count(ir);
   const uint8_t count = ir->count;
   for (uint8_t i = 0; i < count; ++i) {
     ir->count = i;

@@ -165,6 +165,16 @@ TEST_F(Analyzers, NameTheProtocolOfAFrame) {
   }
 }
 
+// Longer than an event: the durations behind its 200 count as well.
+TEST_F(Analyzers, AreFedAllOfABareArray) {
+  std::vector<uint16_t> xmp;
+  for (int i = 0; i < 255; ++i) xmp.push_back(i % 2 == 0 ? 210 : 13800);
+  EXPECT_EQ(analyze_protocol(xmp.data(), 255), RC_PROTO_XMP);
+  xmp[202] = 60000;
+  EXPECT_EQ(analyze_protocol(xmp.data(), 202), RC_PROTO_XMP);
+  EXPECT_EQ(analyze_protocol(xmp.data(), 255), RC_PROTO_UNKNOWN);
+}
+
 TEST_F(Analyzers, RememberTheLastNecFrameForOneMoreDecode) {
   EXPECT_FALSE(is_repeat(kNecFrame));
   EXPECT_TRUE(is_repeat(kNecRepeat));

@@ -113,11 +113,20 @@ TEST_F(Decoders, TellDenonFromSharp) {
 
 TEST_F(Decoders, SeeAPacketsFirst200Durations) {
   const ir_packet packet = packet_of(Durations(250, 560), 108);
-  const ir_t event = ir_event_of(packet);
+  ir_t event = ir_event_of(packet);
   EXPECT_EQ(event.count, 200);
   EXPECT_EQ(event.buf[199], 560);
   EXPECT_EQ(event.te, 108);
   EXPECT_EQ(ir_event_of(packet_of({1, 2, 3})).count, 3);
+
+  ir_t counted = event;
+  counted.count = 255;
+  ir_decode_packet(&event);
+  ir_decode_packet(&counted);
+  EXPECT_EQ(counted.p.scancode, event.p.scancode);
+  counted.count = 201;
+  ir_decode(&counted, RC_PROTO_UNKNOWN, &counted.p);
+  EXPECT_EQ(counted.p.scancode, event.p.scancode);
 }
 
 TEST_F(Decoders, FillTheResult) {
