@@ -74,6 +74,6 @@ unsigned tokenize_cmd_string(char* line, const char** argv);
 
 /// Reads the option words of a command from argv[*carg] on and moves *carg past them. The new
 /// dictionary holds, under the options' names, the text of --name=text with its zero, and an
-/// empty value for options without one. Null when it or an option of it cannot be created. The
-/// caller deletes it.
+/// empty value for options without one. An option that cannot be stored is logged and left out.
+/// Null when the dictionary cannot be created. The caller deletes it.
 dictionary* cmd_getopt(const cmd* cmd_entry, int argc, const char** argv, unsigned int* carg);

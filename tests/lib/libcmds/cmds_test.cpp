@@ -80,20 +80,26 @@ TEST_F(Commands, LinesFail) {
 
 TEST_F(Commands, SurviveEveryFailedAllocation) {
   const std::string no_memory = std::strerror(ENOMEM);
+  const std::string dict = "[E] lib/libdict/dict ";
   const std::string no_dict =
-      "[E] lib/libdict/dict new_dict(#): could not allocate new dictionary : " + no_memory + "\n";
-  // In the order of the allocations: the line, the words, the dictionary, an option's name.
+      dict + "new_dict(#): could not allocate new dictionary : " + no_memory + "\n";
+  const std::string no_pair = dict + "new_kvpair(#): could not allocate new key/value : ";
+  const std::string no_node = dict + "new_kvpair_mgr(#): could not allocate new key/value mgr: ";
+  // In the order of the allocations: the line, the words, the dictionary, then for each option its
+  // name, its pair and its node. An option that cannot be stored is left out.
   const expectation cases[] = {
       {-12, "", kErr + "run_cmd_line(#): could not allocate command line buffer"},
       {-12, "", kErr + "run_cmd_line(#): could not allocate argv"},
       {-12, "", no_dict + kErr + "run_cmd(#): could not create option dictionary\n"},
-      {-12, "",
-       kErr + "handle_longopt(#): " + no_memory + "\n" + kErr +
-           "run_cmd(#): could not create option dictionary\n"},
+      {0, "probe short\n", kErr + "handle_longopt(#): " + no_memory + "\n"},
+      {0, "probe short\n", no_pair + no_memory + "\n"},
+      {0, "probe short\n", no_node + no_memory + "\n"},
+      {0, "probe both=1\n", no_pair + no_memory + "\n"},
+      {0, "probe both=1\n", no_node + no_memory + "\n"},
   };
-  for (int i = 0; i < 4; i++) {
-    fail_allocation_after(i);
-    expect_line("probe --both -s", cases[i]);
+  for (size_t i = 0; i < std::size(cases); i++) {
+    fail_allocation_after(static_cast<int>(i));
+    expect_line("probe --both=1 -s", cases[i]);
     EXPECT_TRUE(stop_failing_allocations());
   }
   fail_allocation_after(0);
