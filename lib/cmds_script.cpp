@@ -1,19 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Command lines from a file or from standard input.
-#include <cstdio>
-#include <cstdlib>
 #include <cstring>
+#include <optional>
 
 #include "lib/libcmds/cmds.h"
-#include "lib/libfile/getline.h"
+#include "lib/libfile/line_reader.h"
 #include "lib/liblog/logging.h"
 #include "lib/libutil/output.h"
-#include "lib/libutil/owned.h"
 #include "lib/libutil/startup.h"
 
 namespace {
-
-constexpr size_t kLineSize = 1024;
 
 struct close_script {
   void operator()(FILE* file) const {
@@ -32,23 +28,18 @@ int script_handler(int argc, const char** argv, const cmd* cmd, void* appdata,
     return -1;
   }
   const bool from_stdin = std::strcmp(argv[0], "-") == 0;
-  const owned_file file(from_stdin ? stdin : std::fopen(argv[0], "re"));
-  if (file == nullptr) {
-    std::perror("could not open script file");
-    return -1;
-  }
-  const owned_block<char> line(static_cast<char*>(std::malloc(kLineSize)));
-  if (line == nullptr) {
-    std::perror("could not allocate line buffer");
-    return -1;
-  }
-  ssize_t length = 0;
-  for (int number = 1; (length = fgetline(file.get(), line.get(), kLineSize)) >= 0; number++) {
-    if (length == 0 || *line == '#') continue;
-    if (run_cmd_line(line.get(), appdata) != 0) {
+  std::optional<line_reader> script = line_reader::open(from_stdin ? nullptr : argv[0]);
+  if (!script) return -1;
+  while (script->next()) {
+    if (script->was_cut()) {
+      _log(1, "[E] %s(%d): %s: line #%d is longer than %zu characters, the rest is a new line\n",
+           __func__, __LINE__, cmd->name, script->number(), line_reader::kLongestLine);
+    }
+    if (script->length() == 0 || *script->line() == '#') continue;
+    if (run_cmd_line(script->line(), appdata) != 0) {
       if (output::reader_has_gone()) return -1;
       _log(1, "[E] %s(%d): %s: an error occured with line #%d\n", __func__, __LINE__, cmd->name,
-           number);
+           script->number());
       return -1;
     }
   }

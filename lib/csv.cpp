@@ -33,7 +33,7 @@ ssize_t csv_to_buf(const char* line, uint16_t* buf, size_t len) {
   ssize_t count = 0;
   for (std::string_view rest = line; !rest.empty();) {
     if (stored == capacity) {
-      _log(2, "[W] %s(%d): more than %zu entries, the rest is cut\n", __func__, __LINE__, capacity);
+      _log(1, "[E] %s(%d): more than %zu entries, the rest is cut\n", __func__, __LINE__, capacity);
       break;
     }
     const auto value = static_cast<uint16_t>(number::take(rest));

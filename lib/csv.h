@@ -9,7 +9,7 @@
 
 /// Reads a comma list into `buf`, which holds `len` bytes, at least 100; the rest of it becomes 0.
 /// Numbers keep their low 16 bits; a field without a number is 0. More fields than entries are
-/// cut with a warning.
+/// cut (logged).
 ///
 /// Returns the number of entries, less one for every 0 after the first; those stay in place.
 /// Returns -1 (logged) for an empty line, one without a comma, and a null or short `buf`.

@@ -35,7 +35,7 @@ int skip_line_end_partner(FILE* fp, int end) {
 
 }  // namespace
 
-ssize_t fgetline(FILE* fp, char* buf, size_t bufsz) {
+ssize_t fgetline(FILE* fp, char* buf, size_t bufsz, int* lost) {
   if (bufsz == 0) return -1;
   interrupt::checkpoint();
   size_t n = 0;
@@ -43,6 +43,7 @@ ssize_t fgetline(FILE* fp, char* buf, size_t bufsz) {
     if (n == bufsz - 1) {
       // The character just read is lost, a line end too; what follows is the next line.
       buf[n] = '\0';
+      if (lost != nullptr) *lost = c;
       return static_cast<ssize_t>(n);
     }
     if (ends_line(c)) {

@@ -6,8 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
-#include <memory>
-#include <new>
+#include <optional>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -15,11 +14,10 @@
 #include "lib/csv.h"
 #include "lib/ir/decode_families.h"
 #include "lib/libcmds/cmds.h"
-#include "lib/libfile/getline.h"
+#include "lib/libfile/line_reader.h"
 #include "lib/liblog/logging.h"
 #include "lib/libutil/number.h"
 #include "lib/libutil/output.h"
-#include "lib/libutil/owned.h"
 #include "lib/libutil/startup.h"
 #include "lib/pronto/pronto.h"
 #include "src/cmds/decode_listen.h"
@@ -28,7 +26,6 @@
 namespace {
 
 constexpr size_t kMostEntries = 100;
-constexpr size_t kLineBufferBytes = 1024;
 constexpr char kComment = '#';
 
 /// The durations of a typed pattern; what does not fit is counted but not kept.
@@ -66,18 +63,13 @@ void print_and_decode(std::span<const uint16_t> entries) {
 }
 
 int decode_file(const char* path) {
-  const owned_file file(std::fopen(path, "r"));
-  if (file == nullptr) {
-    std::perror("could not open script file");
-    return 0;
-  }
-  const std::unique_ptr<char[]> line(new (std::nothrow) char[kLineBufferBytes]);
-  if (line == nullptr) {
-    std::perror("could not allocate line buffer");
-    return 0;
-  }
-  while (output::error() == 0 && fgetline(file.get(), line.get(), kLineBufferBytes) >= 0) {
-    if (line[0] != '\0' && line[0] != kComment) decode_line(line.get());
+  std::optional<line_reader> file = line_reader::open(path);
+  while (file && output::error() == 0 && file->next()) {
+    if (file->was_cut()) {
+      _log(1, "[E] %s(%d): line #%d is longer than %zu characters, the rest is a new line\n",
+           __func__, __LINE__, file->number(), line_reader::kLongestLine);
+    }
+    if (*file->line() != '\0' && *file->line() != kComment) decode_line(file->line());
   }
   return 0;
 }
@@ -92,7 +84,7 @@ int decode_raw(const char* text) {
     rest.remove_prefix(std::min(separator + kSeparatorAndSign, rest.size()));
   }
   if (list.overflowed()) {
-    _log(2, "[W] %s(%d): more than %zu entries, the rest is cut\n", __func__, __LINE__,
+    _log(1, "[E] %s(%d): more than %zu entries, the rest is cut\n", __func__, __LINE__,
          kMostEntries);
   }
   print_and_decode(list.kept());
@@ -201,7 +193,7 @@ int pronto_buf_to_raw(const char* text) {
   }
   if (result != pronto::result::kGood) return 0;
   if (code.once.size() + code.repeat.size() > kMostEntries) {
-    _log(2, "[W] %s(%d): more than %zu entries, the rest is cut\n", __func__, __LINE__,
+    _log(1, "[E] %s(%d): more than %zu entries, the rest is cut\n", __func__, __LINE__,
          kMostEntries);
   }
 

@@ -91,14 +91,15 @@ TEST_F(Decode, SaysWhatIsWrong) {
   }
 }
 
-// What is cut leaves a pattern of a hundred durations, and a warning.
+// What is cut leaves a pattern of a hundred durations, and a message at the lowest level.
 TEST_F(Decode, CutsLongPatterns) {
   const auto expect_cut = [](const std::string& option, const std::string& function,
                              const char* durations, size_t blocks) {
     SCOPED_TRACE(option);
+    set_loglevel(1);
     const printed result = decode(option);
     EXPECT_EQ(result.err.substr(0, result.err.find('\n')),
-              "[W] " + function + "(#): more than 100 entries, the rest is cut");
+              "[E] " + function + "(#): more than 100 entries, the rest is cut");
     const std::string first = result.out.substr(0, result.out.find('\n'));
     EXPECT_EQ(first.size(), 100 * std::string("+600 ").size());
     EXPECT_TRUE(first.ends_with(durations)) << first;
@@ -120,6 +121,8 @@ TEST_F(Decode, ReadsAFileLineByLine) {
       {"a NUL ends its line", std::string("9045,4456,560") + '\0' + "1,2\n" + pattern,
        kRepeatBlock + kRepeatBlock},
       {"a line that is none", "hello\n" + pattern, kRepeatBlock},
+      {"a byte-order mark", "\xEF\xBB\xBF" + pattern, kRepeatBlock},
+      {"a byte-order mark before a comment", "\xEF\xBB\xBF# NEC\n" + pattern, kRepeatBlock},
       {"a long comment: what follows its cut is a line",
        "#" + std::string(1022, 'x') + "!" + pattern, kRepeatBlock},
   };
@@ -129,6 +132,17 @@ TEST_F(Decode, ReadsAFileLineByLine) {
   }
   EXPECT_EQ(decode("--read=" + std::filesystem::temp_directory_path().string()).out, "")
       << "a folder";
+}
+
+TEST_F(Decode, SaysThatALineWasCut) {
+  const auto messages = [&](const std::string& text) {
+    read(text);
+    return decode("--read=" + path().string()).err;
+  };
+  const std::string full = "#" + std::string(1022, 'x');
+  EXPECT_EQ(messages(full + "\n9045,4456,560\n"), "") << "it just fits";
+  EXPECT_EQ(messages("#\n" + full + "y\n"),
+            "[E] decode_file(#): line #2 is longer than 1023 characters, the rest is a new line\n");
 }
 
 // From line to line the analyzers remember the frame before: a short lead space makes a repeat

@@ -117,7 +117,7 @@ TEST_F(Interrupt, OfAScriptFromAPipe) {
   EXPECT_TRUE(closed_the_device());
 }
 
-// Nothing here waits, and nothing is cut off.
+// Nothing here waits.
 TEST_F(Interrupt, OfABigFile) {
   const std::string patterns = file("patterns", repeated("9000,2250,560\n", 200'000));
   process busy(options("device", {"decode", "--read=" + patterns}));
@@ -126,6 +126,14 @@ TEST_F(Interrupt, OfABigFile) {
   const process_result result = busy.finish();
   EXPECT_TRUE(result.out.ends_with(std::string("\n") + kText)) << "the last line is whole";
   EXPECT_EQ(result.status, 1);
+  EXPECT_TRUE(closed_the_device());
+}
+
+TEST_F(Interrupt, OfAFileWithoutAnEnd) {
+  process skipping(options("device", {"decode", "--read=/dev/zero"}));
+  ASSERT_TRUE(skipping.wait_for("longer than"));
+  skipping.signal(SIGINT);
+  EXPECT_EQ(skipping.finish().out, kText);
   EXPECT_TRUE(closed_the_device());
 }
 

@@ -95,12 +95,17 @@ TEST_F(Program, ScriptsRunLineByLine) {
 
 TEST_F(Program, ScriptsSurviveAnyBytes) {
   const std::string line_1 = "[E] script_handler(#): script: an error occured with line #1\n";
-  expect({"script", "-"}, {"", kNotFound + std::string(1023, 'x') + "'\n" + line_1, 1},
+  const std::string cut =
+      "[E] script_handler(#): script: line #1 is longer than 1023 characters, the rest is a new "
+      "line\n";
+  expect({"script", "-"}, {"", cut + kNotFound + std::string(1023, 'x') + "'\n" + line_1, 1},
          std::string(10'000'000, 'x'));
   expect({"script", "-"}, {kVersionLine, "", 0}, std::string("version\0 -p\n", 12));
   expect({"script", "-"},
          {"", "[E] lib/libcmds/cmds run_cmd_line(#): command line empty\n" + line_1, 1},
          std::string("\0version\n", 9));
+  expect({"script", "-"}, {kVersionLine + kVersionLine, "", 0},
+         "\xEF\xBB\xBFversion\n#" + std::string(1022, 'x') + "\nversion\n");
   // A script that runs itself ends.
   const std::string self = file("self", "");
   file("self", "script " + self + "\n");

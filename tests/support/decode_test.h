@@ -72,6 +72,9 @@ class DecodeTest : public testing::Test {
     return decode("--read=" + path_.string()).out;
   }
 
+  /// The file that read() writes.
+  [[nodiscard]] const std::filesystem::path& path() const { return path_; }
+
  private:
   const std::filesystem::path path_ =
       std::filesystem::temp_directory_path() / ("vantrel-decode-" + std::to_string(getpid()));

@@ -23,4 +23,19 @@ TEST(Getline, LineEndsAndCuts) {
     EXPECT_EQ(lines_of(text, size), expected) << text;
 }
 
+TEST(Getline, TellsWhatACutLost) {
+  const auto lost_of = [](std::string text) {
+    FILE* const file = fmemopen(text.data(), text.size(), "r");
+    char buf[8];
+    int lost = EOF;
+    fgetline(file, buf, sizeof buf, &lost);
+    std::fclose(file);
+    return lost;
+  };
+  EXPECT_EQ(lost_of("abcdefghi\n"), 'h');
+  EXPECT_EQ(lost_of("abcdefg\r\n"), '\r');
+  EXPECT_EQ(lost_of("abcdefg"), EOF);
+  EXPECT_EQ(lost_of("abcdef\n"), EOF);
+}
+
 }  // namespace
