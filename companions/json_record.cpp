@@ -72,7 +72,7 @@ size_t pairs(const std::vector<int>& durations) {
 void describe(json& object, const pattern& from) {
   object["format"] = from.form;
   object["durations"] = signed_durations(frame_of(from));
-  if (!from.repeat.empty()) object["repeat"] = signed_durations(without_gap(from.repeat));
+  if (!from.repeat.empty()) object["repeat"] = signed_durations(repeat_of(from));
   if (from.elapsed_ms) object["elapsed_ms"] = *from.elapsed_ms;
   if (from.carrier_hz) object["carrier_hz"] = *from.carrier_hz;
   if (from.form == "pronto") {

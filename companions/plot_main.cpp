@@ -86,8 +86,7 @@ int main(int argc, char** argv) {
   const bool together = histogram || !svg_path.empty();
   bool ok = read_inputs(files, [&](const input& from) {
     if (const auto* fault = std::get_if<bad_line>(&from.read.what)) {
-      std::fprintf(stderr, "%s:%zu:%zu: %s\n", from.source.c_str(), from.read.line, fault->column,
-                   fault->what.c_str());
+      print_fault(from, *fault);
       return verdict::kFailed;
     }
     auto signal = prepare(frame_of(std::get<pattern>(from.read.what)));

@@ -34,8 +34,20 @@ void read(const text_line& line, findings& out) {
   out.add(line.number, std::move(found));
 }
 
+void write(std::ostream& out, const pattern& signal) {
+  if (signal.elapsed_ms) out << kElapsedMark << *signal.elapsed_ms << '\n';
+  out << "0,";
+  write_list(out, signal.durations, ", ");
+  out << '\n';
+}
+
 }  // namespace
 
-const form kAnalysirForm = {.name = "analysir", .begins = begins, .reader = line_by_line<read>};
+const form kAnalysirForm = {.name = "analysir",
+                            .about = "AnalysIR list, 0,9024, 4512, 564",
+                            .begins = begins,
+                            .reader = line_by_line<read>,
+                            .writer = one_by_one<write>,
+                            .holds = {.gap = true, .elapsed = true}};
 
 }  // namespace companions

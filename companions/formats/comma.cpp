@@ -30,6 +30,12 @@ void read(const text_line& line, findings& out) {
   }
 }
 
+void write(std::ostream& out, const pattern& signal) {
+  if (signal.elapsed_ms) out << *signal.elapsed_ms << kElapsedUnit << '\n';
+  write_list(out, signal.durations, ",");
+  out << (signal.durations.size() == 1 ? ",\n" : "\n");  // without a comma it is no list
+}
+
 }  // namespace
 
 std::optional<bad_line> read_comma_list(std::string_view line, std::vector<int>& durations) {
@@ -46,6 +52,11 @@ std::optional<bad_line> read_comma_list(std::string_view line, std::vector<int>&
   return {};
 }
 
-const form kCommaForm = {.name = "comma", .begins = begins, .reader = line_by_line<read>};
+const form kCommaForm = {.name = "comma",
+                         .about = "comma list, 9024,4512,564",
+                         .begins = begins,
+                         .reader = line_by_line<read>,
+                         .writer = one_by_one<write>,
+                         .holds = {.gap = true, .elapsed = true}};
 
 }  // namespace companions

@@ -1,9 +1,23 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include <algorithm>
 #include <array>
+#include <cmath>
 
 #include "companions/formats/form.h"
 
 namespace companions {
+
+namespace {
+
+/// vantrel takes a carrier period as a whole number of µs.
+std::vector<int> in_whole_periods(const pattern& whole, std::vector<int> durations) {
+  if (whole.period_us <= 0) return durations;
+  const auto period = static_cast<int>(std::lround(whole.period_us));
+  for (int& us : durations) us = static_cast<int>(std::lround(us / whole.period_us)) * period;
+  return durations;
+}
+
+}  // namespace
 
 void findings::add(size_t line, pattern found) {
   found.elapsed_ms = std::exchange(elapsed_ms_, {});
@@ -25,7 +39,18 @@ std::optional<read_result> findings::take() {
 std::vector<int> frame_of(const pattern& whole) {
   const bool as_written = whole.form == kCommaForm.name || whole.form == kAnalysirForm.name ||
                           whole.form == kRawForm.name;
-  return as_written ? whole.durations : without_gap(whole.durations);
+  return as_written ? whole.durations : without_gap(in_whole_periods(whole, whole.durations));
+}
+
+std::vector<int> repeat_of(const pattern& whole) {
+  return without_gap(in_whole_periods(whole, whole.repeat));
+}
+
+const form* find_form(std::string_view name) {
+  const auto all = forms();
+  const auto found =
+      std::find_if(all.begin(), all.end(), [name](const form* one) { return one->name == name; });
+  return found == all.end() ? nullptr : *found;
 }
 
 std::span<const form* const> forms() {

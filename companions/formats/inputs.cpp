@@ -11,9 +11,9 @@ namespace companions {
 namespace {
 
 /// False when `use` asked to stop.
-bool read_one(std::istream& text, const std::string& source, bool& ok,
+bool read_one(std::istream& text, const std::string& source, const form* from, bool& ok,
               const std::function<verdict(const input&)>& use) {
-  pattern_reader reader(text);
+  pattern_reader reader(text, from);
   while (auto found = reader.next()) {
     const verdict said = use({source, std::move(*found), reader.position()});
     if (said == verdict::kFailed) ok = false;
@@ -24,14 +24,20 @@ bool read_one(std::istream& text, const std::string& source, bool& ok,
 
 }  // namespace
 
-bool read_inputs(std::vector<std::string> names, const std::function<verdict(const input&)>& use) {
+void print_fault(const input& where, const bad_line& what) {
+  std::cerr << where.source << ':' << where.read.line << ':' << what.column << ": " << what.what
+            << '\n';
+}
+
+bool read_inputs(std::vector<std::string> names, const std::function<verdict(const input&)>& use,
+                 const form* from) {
   if (names.empty()) names.emplace_back("-");
   std::ios::sync_with_stdio(false);
 
   bool ok = true;
   for (const std::string& source : names) {
     if (source == "-") {
-      if (!read_one(std::cin, source, ok, use)) return ok;
+      if (!read_one(std::cin, source, from, ok, use)) return ok;
       continue;
     }
     errno = 0;
@@ -44,7 +50,7 @@ bool read_inputs(std::vector<std::string> names, const std::function<verdict(con
       }
       continue;
     }
-    if (!read_one(file, source, ok, use)) return ok;
+    if (!read_one(file, source, from, ok, use)) return ok;
   }
   return ok;
 }

@@ -22,6 +22,11 @@ enum class verdict { kGoOn, kFailed, kStop };
 /// Hands every pattern and fault of the named files ("-" and no name: standard input) to `use`,
 /// as their lines arrive, until it says stop. Unreadable files are named on standard error.
 /// False when `use` failed once or a file could not be read.
-bool read_inputs(std::vector<std::string> names, const std::function<verdict(const input&)>& use);
+/// All of them are of the form `from`, or of any where that is null.
+bool read_inputs(std::vector<std::string> names, const std::function<verdict(const input&)>& use,
+                 const form* from = nullptr);
+
+/// Names a fault and its place on standard error.
+void print_fault(const input& where, const bad_line& what);
 
 }  // namespace companions

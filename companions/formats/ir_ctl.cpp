@@ -52,8 +52,23 @@ void read(const text_line& line, findings& out) {
   out.add(line.number, std::move(found));
 }
 
+void write(std::ostream& out, const pattern& signal) {
+  write_signed(out, without_gap(signal.durations), "+", "-", " ");
+  const bool has_gap = signal.durations.size() % 2 == 0;
+  if (has_gap || signal.carrier_hz) out << kComment;
+  if (has_gap) out << "timeout " << signal.durations.back();
+  if (has_gap && signal.carrier_hz) out << ", ";
+  if (signal.carrier_hz) out << "carrier " << *signal.carrier_hz;
+  out << '\n';
+}
+
 }  // namespace
 
-const form kIrCtlForm = {.name = "ir-ctl", .begins = begins, .reader = line_by_line<read>};
+const form kIrCtlForm = {.name = "ir-ctl",
+                         .about = "signed list of ir-ctl, +9024 -4512 +564 # timeout 125000",
+                         .begins = begins,
+                         .reader = line_by_line<read>,
+                         .writer = one_by_one<write>,
+                         .holds = {.carrier = true, .gap = true}};
 
 }  // namespace companions

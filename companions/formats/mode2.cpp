@@ -40,7 +40,10 @@ class reader : public form_reader {
   void read(const text_line& line, findings& out) override {
     const auto tokens = split(line.text, kBlanks);
     if (tokens.empty()) return end(out);
-    if (!begins(line.text)) return;
+    if (!begins(line.text)) {
+      if (takes(line.text)) return;  // a comment
+      return fail(line.number, {1, "expected pulse, space, timeout or carrier"});
+    }
     if (tokens.size() < 2) return fail(line.number, {line.text.size() + 1, "expected a number"});
     const std::string_view keyword = tokens[0].text;
     const auto us = keyword == "carrier" ? number(tokens[1].text) : duration(tokens[1].text);
@@ -86,8 +89,19 @@ class reader : public form_reader {
   size_t first_ = 0;
 };
 
+void write(std::ostream& out, const pattern& signal) {
+  if (signal.carrier_hz) out << "carrier " << *signal.carrier_hz << '\n';
+  write_signed(out, signal.durations, "pulse ", "space ", "\n");
+  out << "\n\n";
+}
+
 }  // namespace
 
-const form kMode2Form = {.name = "mode2", .begins = begins, .reader = open<reader>};
+const form kMode2Form = {.name = "mode2",
+                         .about = "text of mode2 and ir-ctl --mode2, pulse 9024",
+                         .begins = begins,
+                         .reader = open<reader>,
+                         .writer = one_by_one<write>,
+                         .holds = {.carrier = true, .gap = true}};
 
 }  // namespace companions

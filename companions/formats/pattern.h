@@ -12,6 +12,7 @@
 namespace companions {
 
 constexpr size_t kMostPatternDurations = 1'000'000;  // of one signal; more are a fault
+constexpr int kUsualCarrierHz = 38000;               // for forms that need one where none is told
 
 /// One signal. Durations are in µs, mark and space in turn, a mark first; where the last one is a
 /// space, it is the silence behind the signal, and where it is a mark the text tells none.
@@ -24,6 +25,7 @@ struct pattern {
   bool held = false;                      // the durations themselves are sent while the key is held
   std::optional<int> elapsed_ms = {};     // since the signal before
   std::optional<int> carrier_hz = {};     // 0: the light is not modulated; nothing: not told
+  double period_us = 0;                   // of the carrier, where the text counts durations in it
   std::optional<double> duty_cycle = {};  // the part of a carrier period with light, 0 to 1
 };
 

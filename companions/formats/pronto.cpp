@@ -6,6 +6,7 @@
 #include "lib/pronto/pronto.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "companions/formats/form.h"
 #include "companions/formats/text.h"
@@ -15,6 +16,12 @@ namespace companions {
 namespace {
 
 constexpr size_t kDigits = 4;
+constexpr uint16_t kUnmodulated = 0x0100;
+constexpr double kClockHz = 4'145'146;  // the frequency word counts its periods
+
+double exact_period_us(uint16_t frequency) {
+  return frequency * 1e6 / kClockHz;
+}
 
 bool is_word(std::string_view text) {
   return text.size() == kDigits && number(text, pronto::kBase);
@@ -77,7 +84,7 @@ class reader : public form_reader {
       return out.fault(counts.line,
                        {counts.column, "the pair counts do not fit the number of Pronto words"});
     }
-    const auto period = static_cast<int>(pronto::period_us(parts.frequency));
+    const double period = exact_period_us(parts.frequency);
     for (const pronto::sequence& part : {parts.once, parts.repeat}) {
       for (const uint16_t& word : part.frame) {
         if (word * period <= kLongestDurationUs) continue;
@@ -88,7 +95,9 @@ class reader : public form_reader {
     pattern found{.form = "pronto",
                   .durations = durations(parts.once, period),
                   .repeat = durations(parts.repeat, period)};
-    found.carrier_hz = static_cast<int>(pronto::frequency_hz(parts.frequency));
+    found.period_us = period;
+    found.carrier_hz =
+        words_[0] == kUnmodulated ? 0 : static_cast<int>(pronto::frequency_hz(parts.frequency));
     if (found.durations.empty()) {
       found.durations.swap(found.repeat);
       found.held = !found.durations.empty();
@@ -97,10 +106,11 @@ class reader : public form_reader {
   }
 
   /// A final space of 0 says that the silence is not known.
-  static std::vector<int> durations(const pronto::sequence& part, int period) {
+  static std::vector<int> durations(const pronto::sequence& part, double period) {
     std::vector<int> all;
-    for (const uint16_t word : part.frame) all.push_back(word * period);
-    if (part.gap > 0) all.push_back(part.gap * period);
+    for (const uint16_t word : part.frame)
+      all.push_back(static_cast<int>(std::lround(word * period)));
+    if (part.gap > 0) all.push_back(static_cast<int>(std::lround(part.gap * period)));
     return all;
   }
 
@@ -111,8 +121,49 @@ class reader : public form_reader {
   std::vector<place> places_;  // of each word
 };
 
+void write_word(std::ostream& out, size_t word) {
+  constexpr std::string_view kHex = "0123456789ABCDEF";
+  for (const int shift : {12, 8, 4, 0}) out << kHex[word >> shift & 0xF];
+}
+
+void write_sequence(std::ostream& out, const std::vector<int>& durations, double period) {
+  for (const int us : durations) {
+    out << ' ';
+    write_word(out, static_cast<size_t>(std::clamp(std::lround(us / period), 1L, 0xFFFFL)));
+  }
+  if (durations.size() % 2 == 1) out << " 0000";  // the silence is not known
+}
+
+void write(std::ostream& out, const pattern& signal) {
+  const int told = signal.carrier_hz.value_or(kUsualCarrierHz);
+  const int carrier_hz = told > 0 ? told : kUsualCarrierHz;  // the unit of unmodulated codes, too
+  const auto frequency =
+      static_cast<uint16_t>(std::clamp(std::lround(kClockHz / carrier_hz), 1L, 0xFFFFL));
+  const std::vector<int> none;
+  const std::vector<int>& once = signal.held ? none : signal.durations;
+  const std::vector<int>& repeat = signal.held ? signal.durations : signal.repeat;
+  write_word(out, told > 0 ? 0 : kUnmodulated);
+  for (const size_t word : {size_t{frequency}, (once.size() + 1) / 2, (repeat.size() + 1) / 2}) {
+    out << ' ';
+    write_word(out, word);
+  }
+  write_sequence(out, once, exact_period_us(frequency));
+  write_sequence(out, repeat, exact_period_us(frequency));
+  out << '\n';
+}
+
 }  // namespace
 
-const form kProntoForm = {.name = "pronto", .begins = begins, .reader = open<reader>};
+const form kProntoForm = {.name = "pronto",
+                          .about = "Pronto hex, 0000 006D 0022 0002 0157 00AC",
+                          .begins = begins,
+                          .reader = open<reader>,
+                          .writer = one_by_one<write>,
+                          .holds = {.carrier = true,
+                                    .gap = true,
+                                    .repeat = true,
+                                    .needs_carrier = true,
+                                    .longest_periods = 0xFFFF,
+                                    .most_durations = size_t{2} * 0xFFFF}};
 
 }  // namespace companions

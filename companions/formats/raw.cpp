@@ -37,8 +37,19 @@ void read(const text_line& line, findings& out) {
   out.add(line.number, std::move(found));
 }
 
+void write(std::ostream& out, const pattern& signal) {
+  if (signal.elapsed_ms) out << '+' << int64_t{*signal.elapsed_ms} * 1000 << '\n';
+  write_signed(out, signal.durations, "+", "-", " ");
+  out << " \n";
+}
+
 }  // namespace
 
-const form kRawForm = {.name = "raw", .begins = begins, .reader = line_by_line<read>};
+const form kRawForm = {.name = "raw",
+                       .about = "signed list of vantrel, +9024 -4512 +564",
+                       .begins = begins,
+                       .reader = line_by_line<read>,
+                       .writer = one_by_one<write>,
+                       .holds = {.gap = true, .elapsed = true}};
 
 }  // namespace companions

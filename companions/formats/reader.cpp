@@ -71,7 +71,7 @@ void pattern_reader::read_line(bool fits) {
     if (line_.find_first_not_of(kBlanks) == line_.npos) {
       return found_.fault(number_, {1, "a line of blanks"});
     }
-    open_ = form_of(line_).reader();
+    open_ = (from_ != nullptr ? *from_ : form_of(line_)).reader();
   }
   open_->read({line_, number_}, found_);
 }

@@ -18,7 +18,9 @@ class pattern_reader {
  public:
   static constexpr size_t kLongestLine = size_t{1} << 22;  // characters; longer ones are a fault
 
-  explicit pattern_reader(std::istream& text) : text_(text) {}
+  /// `from` is the form of the whole text; null where every line may tell its own.
+  explicit pattern_reader(std::istream& text, const form* from = nullptr)
+      : text_(text), from_(from) {}
   /// The next pattern or fault; nothing at the end of the text.
   std::optional<read_result> next();
   /// Characters read so far.
@@ -31,6 +33,7 @@ class pattern_reader {
   void end_open();
 
   std::istream& text_;
+  const form* from_;
   std::string line_;
   size_t number_ = 0;
   size_t position_ = 0;

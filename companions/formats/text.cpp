@@ -42,6 +42,18 @@ bad_line no_duration(const token& t) {
   return no(t, "duration of 0 to 16777215");
 }
 
+void write_list(std::ostream& out, const std::vector<int>& durations, std::string_view between) {
+  write_signed(out, durations, "", "", between);
+}
+
+void write_signed(std::ostream& out, const std::vector<int>& durations, std::string_view mark,
+                  std::string_view space, std::string_view between) {
+  for (size_t i = 0; i < durations.size(); ++i) {
+    if (i > 0) out << between;
+    out << (i % 2 == 0 ? mark : space) << durations[i];
+  }
+}
+
 void append(std::vector<int>& durations, bool mark, int us) {
   const bool last_is_mark = durations.size() % 2 == 1;
   if (durations.empty() || last_is_mark != mark) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <optional>
+#include <ostream>
 #include <string_view>
 #include <vector>
 
@@ -33,6 +34,13 @@ std::optional<int> duration(std::string_view text);
 /// A fault of this word, which `what` the word is not.
 bad_line no(const token& t, std::string_view what);
 bad_line no_duration(const token& t);
+
+/// The durations with this text between them.
+void write_list(std::ostream& out, const std::vector<int>& durations, std::string_view between);
+
+/// The same with a sign before each: a mark's and a space's.
+void write_signed(std::ostream& out, const std::vector<int>& durations, std::string_view mark,
+                  std::string_view space, std::string_view between);
 
 /// Adds a mark or a space behind the durations; it lengthens the last one of its own kind.
 void append(std::vector<int>& durations, bool mark, int us);

@@ -2,8 +2,18 @@
 # Completion of the companion programs for bash. A test compares the options with the programs' help.
 
 _vantrel_companion() {
-  local current=${COMP_WORDS[COMP_CWORD]} options="--help --version"
+  local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
+  local options="--help --version"
   case ${COMP_WORDS[0]##*/} in
+    vantrel-convert)
+      options+=" --from --to --split"
+      if [[ $previous == --from || $previous == --to || $previous == -[ft] ]]; then
+        local forms
+        forms=$("${COMP_WORDS[0]}" --help 2>/dev/null | sed -n '/^FORM is/,$s/^  \([a-z0-9-]*\) .*/\1/p')
+        mapfile -t COMPREPLY < <(compgen -W "$forms" -- "$current")
+        return
+      fi
+      ;;
     vantrel-json) options+=" --first" ;;
     vantrel-plot) options+=" --svg --histogram" ;;
   esac
@@ -14,4 +24,4 @@ _vantrel_companion() {
     mapfile -t COMPREPLY < <(compgen -f -- "$current")
   fi
 }
-complete -F _vantrel_companion vantrel-json vantrel-plot
+complete -F _vantrel_companion vantrel-convert vantrel-json vantrel-plot

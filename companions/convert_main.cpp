@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// vantrel-convert: infrared signals from one text form into another.
+#include <cstdio>
+#include <cstdlib>
+#include <iomanip>
+#include <iostream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "companions/convert.h"
+#include "companions/formats/inputs.h"
+#include "companions/options.h"
+
+namespace {
+
+using namespace companions;
+
+std::vector<std::string> form_names() {
+  std::vector<std::string> names;
+  for (const form* const one : forms()) names.emplace_back(one->name);
+  return names;
+}
+
+std::string list_of_forms() {
+  constexpr int kNameColumns = 12;
+  std::ostringstream text;
+  text << "FORM is one of:\n" << std::left;
+  for (const form* const one : forms()) {
+    text << "  " << std::setw(kNameColumns) << one->name << one->about << '\n';
+  }
+  return text.str();
+}
+
+/// Writes what was read, as it comes.
+class conversion {
+ public:
+  conversion(const form& to, bool split)
+      : fitting_(to, std::cerr), writer_(to.writer()), split_(split) {}
+
+  verdict take(const input& from) {
+    if (const auto* fault = std::get_if<bad_line>(&from.read.what)) {
+      print_fault(from, *fault);
+      return verdict::kFailed;
+    }
+    const auto& signal = std::get<pattern>(from.read.what);
+    const std::string place = from.source + ':' + std::to_string(from.read.line);
+    bool ok = true;
+    for (pattern& part : split_ ? split_at_gaps(signal) : std::vector<pattern>{signal}) {
+      if (const auto fit = fitting_.fit(std::move(part), place)) {
+        writer_->write(std::cout, *fit);
+      } else {
+        ok = false;
+      }
+    }
+    std::cout.flush();
+    if (!std::cout) return verdict::kStop;
+    return ok ? verdict::kGoOn : verdict::kFailed;
+  }
+
+  void end() {
+    writer_->end(std::cout);
+    std::cout.flush();
+    fitting_.report();
+  }
+
+ private:
+  fitting fitting_;
+  std::unique_ptr<form_writer> writer_;
+  bool split_;
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  std::string from;
+  std::string to = "raw";
+  bool split = false;
+  std::vector<std::string> files;
+  options line("vantrel-convert", "Converts infrared signals from one text form into another.");
+  line.add_option("-f,--from", from, "The form of the files; told by their text without it")
+      ->type_name("FORM")
+      ->check(CLI::IsMember(form_names()).description(""));
+  line.add_option("-t,--to", to, "The form to write; raw without it")
+      ->type_name("FORM")
+      ->check(CLI::IsMember(form_names()).description(""));
+  line.add_flag("-s,--split", split, "Make a signal of every part between spaces of over 14 ms");
+  line.add_files(files);
+  line.footer(list_of_forms());
+  if (const auto status = line.read(argc, argv)) return *status;
+
+  conversion all(*find_form(to), split);
+  const bool ok = read_inputs(
+      files, [&](const input& found) { return all.take(found); },
+      from.empty() ? nullptr : find_form(from));
+  all.end();
+  if (!std::cout) std::fputs("vantrel-convert: could not write to standard output\n", stderr);
+  return ok && std::cout ? EXIT_SUCCESS : EXIT_FAILURE;
+}
