@@ -7,6 +7,7 @@
 #include <array>
 #include <cstdio>
 #include <cstring>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -69,34 +70,35 @@ inline step from_row(step s, int row) {
   return s;
 }
 
-class ScriptedSignal : public Signal {
- public:
-  using Signal::Signal;
-  std::vector<step> script;
+/// What the recognisers play.
+inline std::vector<step> script;
 
-  void play() {
-    for (const step& s : script) {
-      if (s.start != frameStart_ || s.length != frameLength_ || s.row != recogniserIndex_) continue;
-      remark("%s", s.remark);
-      nameVariant_ = s.variant;
-      dittos_ = s.dittos;
-      std::strcpy(error_, s.error);
-      repeatKind_ = s.kind;
-      repeatKind2_ = s.kind2;
-      if (s.xmp) xmpFlag_ = true;
-      if (s.preempt > 0) setPreempt(s.preempt);
-      std::snprintf(suffix_.data(), suffix_.size(), "%s", s.suffix);
-      claim(s.name, s.device, s.subDevice, s.obc, s.hex0);
-      return;
+template <size_t kRow>
+std::optional<analysis::answer> play(const analysis::frame& seen) {
+  for (const step& s : script) {
+    if (s.start != seen.before || s.length != seen.length || s.row != static_cast<int>(kRow)) {
+      continue;
     }
+    analysis::answer found{s.name, s.device, s.subDevice, s.obc, {s.hex0}};
+    found.remark = s.remark;
+    found.suffix = s.suffix;
+    found.error = s.error;
+    found.variant = s.variant;
+    found.dittos = s.dittos;
+    found.repeat_kind = s.kind;
+    found.repeat_kind2 = s.kind2;
+    found.level = s.preempt;
+    if (s.xmp) found.xmp_repeat = true;
+    return found;
   }
-};
-
-inline std::array<recogniser, 32> scriptedTable() {
-  std::array<recogniser, 32> table;
-  table.fill({"scripted", static_cast<void (Signal::*)()>(&ScriptedSignal::play), {}});
-  return table;
+  return {};
 }
+
+template <size_t... kRows>
+constexpr std::array<analysis::recogniser, 32> scriptedTable(std::index_sequence<kRows...>) {
+  return {{{static_cast<int>(kRows), "scripted", {}, play<kRows>}...}};
+}
+inline constexpr auto kScriptedTable = scriptedTable(std::make_index_sequence<32>());
 
 /// Twelve bursts of which every one may start a frame; the caller's parameters can be changed.
 class ScriptedCall : public testing::Test {
@@ -115,15 +117,14 @@ class ScriptedCall : public testing::Test {
   char protocol_[64] = "", misc_[255] = "", error_[255] = "";
 
   /// One call: the name, the numbers it gives, and the remark: "RC5 D1 F2 [T=0]".
-  std::string press(std::vector<step> script, int device = -1, int subDevice = -1) {
-    static const auto table = scriptedTable();
+  std::string press(std::vector<step> played, int device = -1, int subDevice = -1) {
+    script = std::move(played);
     device_ = device;
     subDevice_ = subDevice;
     std::strcpy(error_, "before");
-    ScriptedSignal signal(context_.data(), bursts_.data(), 38000, single_, repeat_, protocol_,
-                          &device_, &subDevice_, &obc_, hex_.data(), misc_, error_, table);
-    signal.script = std::move(script);
-    signal.decode2();
+    Signal(context_.data(), bursts_.data(), 38000, single_, repeat_, protocol_, &device_,
+           &subDevice_, &obc_, hex_.data(), misc_, error_, kScriptedTable)
+        .decode2();
     std::string text = protocol_;
     const std::pair<const char*, int> numbers[] = {
         {" D", device_}, {" S", subDevice_}, {" F", obc_}, {" H", hex_[0]}};
@@ -134,11 +135,11 @@ class ScriptedCall : public testing::Test {
   }
 
   /// The carrier that one call leaves in the context, which holds the bursts' cycle counts.
-  unsigned carrierOf(const std::vector<uint32_t>& cycles, std::vector<step> script,
+  unsigned carrierOf(const std::vector<uint32_t>& cycles, std::vector<step> played,
                      int device = -1) {
     const auto* data = cycles.data();
     std::memcpy(&context_[6], &data, sizeof data);
-    press(std::move(script), device, -8);
+    press(std::move(played), device, -8);
     return context_[6];
   }
 };
@@ -149,37 +150,39 @@ struct offers {
   std::string details;  // what a recogniser knows of the last one
 };
 
-class OfferedFrames : public Signal, public offers {
- public:
-  using Signal::Signal;
-  void look() {
-    seen += std::to_string(frameStart_) + '+' + std::to_string(frameLength_) + ' ';
-    char text[255];
-    std::snprintf(
-        text, sizeof text,
-        "gaps %g %g framing %g total %g largest %g carrier %d marks %g %g %g spaces %g %g "
-        "bursts %g %g middle %g %g",
-        gapBefore_, trailingGap_, framingGap_, totalDuration_, largestDuration_, frameFreq_,
-        setOn_.smallest, setOn_.second, setOn_.largest, setOff_.smallest, setOff_.largest,
-        setBurst_.smallest, setBurst_.largest, setBurst_.mid_low, setBurst_.mid_high);
-    details = text;
-  }
-};
+inline offers offer;
+
+/// Notes the frame and finds nothing.
+inline std::optional<analysis::answer> look(const analysis::frame& seen) {
+  offer.seen += std::to_string(seen.before) + '+' + std::to_string(seen.length) + ' ';
+  char text[255];
+  std::snprintf(text, sizeof text,
+                "gaps %g %g framing %g total %g largest %g carrier %d marks %g %g %g spaces %g %g "
+                "bursts %g %g middle %g %g",
+                seen.gap_before, seen.trailing_gap, seen.framing_gap, seen.total_us,
+                seen.largest_us, seen.carrier_hz, seen.on_times.smallest, seen.on_times.second,
+                seen.on_times.largest, seen.off_times.smallest, seen.off_times.largest,
+                seen.burst_lengths.smallest, seen.burst_lengths.largest, seen.burst_lengths.mid_low,
+                seen.burst_lengths.mid_high);
+  offer.details = text;
+  return {};
+}
 
 /// What the search offers of a signal to a recogniser with these bounds.
 inline offers offered(const std::vector<int>& bursts, int single, int repeat,
-                      const frame_bounds& bounds = {}) {
-  std::array<recogniser, 32> table;
-  table.fill({"none", static_cast<void (Signal::*)()>(&OfferedFrames::look), {.min_bursts = 101}});
+                      const analysis::frame_bounds& bounds = {}) {
+  std::array<analysis::recogniser, 32> table;
+  table.fill({0, "none", {.min_bursts = 101}, look});
   table[5].bounds = bounds;
+  offer = {};
   unsigned context[2] = {0, 0};
   char text[3][255] = {"", "", ""};
   int numbers[3] = {-1, -1, -1};
   int hex[4];
-  OfferedFrames signal(context, bursts.data(), 38000, single, repeat, text[0], &numbers[0],
-                       &numbers[1], &numbers[2], hex, text[1], text[2], table);
-  signal.decode2();
-  return signal;
+  Signal(context, bursts.data(), 38000, single, repeat, text[0], &numbers[0], &numbers[1],
+         &numbers[2], hex, text[1], text[2], table)
+      .decode2();
+  return offer;
 }
 
 }  // namespace scripted

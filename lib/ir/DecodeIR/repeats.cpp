@@ -3,12 +3,12 @@
 // that follow it. Some results between the copies are by-products of the same frames and are
 // absorbed; anything else ends the press and is left to the next call.
 #include <array>
-#include <cstdio>
-#include <cstring>
-#include <string>
 #include <string_view>
 
+#include "lib/ir/DecodeIR/bit_buffer.h"
 #include "lib/ir/DecodeIR/signal.h"
+
+using analysis::answer;
 
 namespace {
 
@@ -24,12 +24,17 @@ constexpr int kKindX10 = 4;
 constexpr int kKindUnknown = 8;
 constexpr int kKindRcaOld = 11;
 
-/// "%02X" of a byte.
-std::string hexByte(unsigned value) {
-  std::array<char, 3> text{};
-  std::snprintf(text.data(), text.size(), "%02X", value & 0xFF);
-  return text.data();
-}
+constexpr size_t kMostMiscChars = 254;  // the repeat description and the remark
+
+/// The low byte in two digits.
+class hex_byte {
+ public:
+  explicit hex_byte(unsigned value) { text_.print("%02X", value & 0xFF); }
+  [[nodiscard]] std::string_view view() const { return text_.view(); }
+
+ private:
+  analysis::short_text<2> text_;
+};
 
 bool isSolidtekFrame(std::string_view name) {
   return name == "Solidtek16" || name == "Solidtek20";
@@ -39,39 +44,41 @@ bool isGap(std::string_view name) {
   return name.starts_with("Gap-");
 }
 
+/// Whether the remark of an asynchronous reading shows the two pulse widths of a Sony frame.
+bool isSonyByProduct(std::string_view remark) {
+  if (!remark.starts_with("80")) return false;
+  for (const size_t at : {3U, 6U, 9U}) {
+    if (remark.size() < at + 2) return false;
+    const std::string_view byte = remark.substr(at, 2);
+    if (byte != "98" && byte != "E6") return false;
+  }
+  return true;
+}
+
 }  // namespace
 
 /// Where a result was found.
 struct Signal::place {
   std::array<unsigned, 2> context;  // as setzContext left it
-  int dittos;
-  bool byDittoRecogniser;
+  float trailing_gap;               // µs
+  bool has_dittos;
+  bool by_ditto_recogniser;
 
   [[nodiscard]] int start() const { return static_cast<int>(context[0] & kStartMask); }
   [[nodiscard]] int end() const { return start() + static_cast<int>(context[1] >> 16) + 2; }
+  /// Whether no frame behind it is a copy.
+  [[nodiscard]] bool ends_press() const { return has_dittos || trailing_gap > kLongestPauseUs; }
 };
 
 /// A result of the search.
-struct Signal::result : place {
-  std::string name, remark, suffix;
-  int device, subDevice, obc;
-  std::array<int, 4> hex;
-  int repeatKind, repeatKind2;
-  bool nameVariant;
-};
+struct Signal::result : place, answer {};
 
 Signal::result Signal::currentResult() const {
-  return {{{context_[0], context_[1]}, dittos_, matchedRecogniser_ == kDittoRecogniser},
-          protocol_,
-          misc_,
-          suffix_.data(),
-          *device_,
-          *subDevice_,
-          *obc_,
-          {hex_[0], hex_[1], hex_[2], hex_[3]},
-          repeatKind_,
-          repeatKind2_,
-          nameVariant_};
+  return {{{context_[0], context_[1]},
+           frame_.trailing_gap,
+           found_->dittos > 0,
+           recogniserIndex_ == kDittoRecogniser},
+          *found_};
 }
 
 void Signal::decode2() {
@@ -84,7 +91,7 @@ void Signal::decode2() {
   bool endMarker = false;
   bool absorbed = false;
   for (;;) {
-    if (!absorbed) endMarker |= last.dittos > 0 || trailingGap_ > kLongestPauseUs;
+    if (!absorbed) endMarker |= last.ends_press();
     decode();
     if (*protocol_ == '\0') break;
     const result next = currentResult();
@@ -99,50 +106,55 @@ void Signal::decode2() {
     } else {
       ++frames;
     }
-    if (judged == verdict::kX10Copy && kept.nameVariant) {
-      kept.nameVariant = false;
-      kept.repeatKind = kKindX10;
-      kept.repeatKind2 = -1;
+    if (judged == verdict::kX10Copy && kept.variant) {
+      kept.variant = false;
+      kept.repeat_kind = kKindX10;
+      kept.repeat_kind2 = -1;
       kept.remark.clear();
     }
   }
-  restore(kept, last);
+  writeResults(kept);
+  context_[0] = last.context[0];
+  context_[1] = last.context[1];
   finish(kept, last, frames);
 }
 
 Signal::verdict Signal::judge(const result& kept, const place& last, const result& next,
                               bool endMarker) const {
-  const std::string_view name = next.name;
+  const std::string_view name = next.name.view();
+  const std::string_view keptName = kept.name.view();
   // Counted dittos leave the recorded length one burst short.
   const bool startsAtEnd =
       last.end() == next.start() ||
-      (last.byDittoRecogniser && last.dittos > 0 && last.end() == next.start() - 1);
-  const bool sameNumbers = next.device == kept.device && next.subDevice == kept.subDevice &&
-                           next.obc == kept.obc && next.remark == kept.remark;
+      (last.by_ditto_recogniser && last.has_dittos && last.end() == next.start() - 1);
+  const bool sameNumbers = next.device == kept.device && next.subdevice == kept.subdevice &&
+                           next.function == kept.function &&
+                           next.remark.view() == kept.remark.view();
 
-  if (name == kept.name && sameNumbers && next.dittos == 0 && !next.nameVariant && startsAtEnd &&
+  if (name == keptName && sameNumbers && !next.has_dittos && !next.variant && startsAtEnd &&
       !endMarker) {
     return verdict::kCopy;
   }
   const int after = next.start() - last.start();  // bursts
-  if (isGap(kept.name) && !isGap(name) && after == 1) return verdict::kSupersedes;
+  if (isGap(keptName) && !isGap(name) && after == 1) return verdict::kSupersedes;
   if (isGap(name) && (after == 0 || after == 1)) return verdict::kAbsorbed;
 
   const bool piece =
       name.starts_with("S:") || (name.starts_with("Solidtek") && !isSolidtekFrame(name));
   if (piece && next.end() <= last.end()) return verdict::kAbsorbed;
-  if (isSolidtekFrame(kept.name) && (name.starts_with("S:") || name == "Blaupunkt{prefix}" ||
-                                     name == "XX" || name == "DirecTV")) {
+  if (isSolidtekFrame(keptName) && (name.starts_with("S:") || name == "Blaupunkt{prefix}" ||
+                                    name == "XX" || name == "DirecTV")) {
     return belongsToSolidtek(kept, next) ? verdict::kAbsorbed : verdict::kEnd;
   }
-  if (kept.name.starts_with("Sony") && name.starts_with("Async") && isSonyByProduct(next.remark)) {
+  if (keptName.starts_with("Sony") && name.starts_with("Async") &&
+      isSonyByProduct(next.remark.view())) {
     return verdict::kAbsorbed;
   }
-  if (name == "X10" && kept.name.starts_with("X10") && next.obc == kept.obc &&
-      next.hex[0] == kept.hex[0]) {
+  if (name == "X10" && keptName.starts_with("X10") && next.function == kept.function &&
+      next.hex.first == kept.hex.first) {
     return verdict::kX10Copy;
   }
-  if ((kept.name == "XMP" || kept.name.starts_with("XMP-")) && xmpFlag_) {
+  if ((keptName == "XMP" || keptName.starts_with("XMP-")) && xmpFlag_) {
     if (name.starts_with("XMP") && startsAtEnd && hasRepeatInfo_) return verdict::kCopy;
     if (name == "Mitsubishi" && after == 0) return verdict::kAbsorbed;
   }
@@ -151,64 +163,45 @@ Signal::verdict Signal::judge(const result& kept, const place& last, const resul
 
 /// Whether a result inside a Solidtek frame is a reading of that frame's own bits.
 bool Signal::belongsToSolidtek(const result& kept, const result& next) {
-  const int low = kept.name == "Solidtek16" ? kept.obc : kept.subDevice;
-  const unsigned check =
-      msb(static_cast<unsigned>(kept.device), 4) * 8 + msb(static_cast<unsigned>(low), 3);
-  const std::string text = hexByte(check);
-  if (text == "00" && next.name == "Blaupunkt{prefix}") return true;
-  if (text == "00" && next.name == "DirecTV" && next.device == 0 && next.obc == 0) return true;
-  if (next.name.starts_with("S:") && next.name.size() > 6 && next.name.substr(5, 2) == text) {
+  const int low = kept.name.view() == "Solidtek16" ? kept.function : kept.subdevice;
+  const unsigned check = analysis::msb(static_cast<unsigned>(kept.device), 4) * 8 +
+                         analysis::msb(static_cast<unsigned>(low), 3);
+  const hex_byte text(check);
+  const std::string_view name = next.name.view();
+  if (text.view() == "00" && name == "Blaupunkt{prefix}") return true;
+  if (text.view() == "00" && name == "DirecTV" && next.device == 0 && next.function == 0) {
     return true;
   }
-  return next.name == "XX" && next.remark.starts_with(hexByte(255 - (check & 0xFF)));
-}
-
-/// Whether the remark of an asynchronous reading shows the two pulse widths of a Sony frame.
-bool Signal::isSonyByProduct(std::string_view remark) {
-  if (!remark.starts_with("80")) return false;
-  for (const size_t at : {3U, 6U, 9U}) {
-    if (remark.size() < at + 2) return false;
-    const std::string_view byte = remark.substr(at, 2);
-    if (byte != "98" && byte != "E6") return false;
-  }
-  return true;
-}
-
-void Signal::restore(const result& kept, const place& last) {
-  std::snprintf(protocol_, kMostNameChars + 1, "%s", kept.name.c_str());
-  *device_ = kept.device;
-  *subDevice_ = kept.subDevice;
-  *obc_ = kept.obc;
-  std::copy(kept.hex.begin(), kept.hex.end(), hex_);
-  context_[0] = last.context[0];
-  context_[1] = last.context[1];
+  if (name.starts_with("S:") && name.size() > 6 && name.substr(5, 2) == text.view()) return true;
+  return name == "XX" && next.remark.view().starts_with(hex_byte(255 - (check & 0xFF)).view());
 }
 
 /// Names the press by its repeats and writes what the interface level asks for.
 void Signal::finish(const result& kept, const place& last, int frames) {
-  std::string name = kept.name;
-  int kind = kept.repeatKind;
+  auto name = kept.name;
+  const std::string_view found = kept.name.view();
+  int kind = kept.repeat_kind;
   int count = frames;
-  if (name == "NEC" || name == "NECx" || name == "48-NEC") {
-    if (frames >= 2 || (kept.dittos == 0 && nRepeat_ >= kFewestFullRepeatBursts)) name += "2";
-    name += kept.suffix;
-  } else if (name == "JVC" && !kept.nameVariant) {
-    name += "{2}";
+  if (found == "NEC" || found == "NECx" || found == "48-NEC") {
+    if (frames >= 2 || (!kept.has_dittos && nRepeat_ >= kFewestFullRepeatBursts)) name.add("2");
+    name.add(kept.suffix);
+  } else if (found == "JVC" && !kept.variant) {
+    name.add("{2}");
     kind = kKindCopies;
-  } else if (name.starts_with("RCA") && kept.nameVariant) {
-    name += "(Old)";
+  } else if (found.starts_with("RCA") && kept.variant) {
+    name.add("(Old)");
     kind = kKindRcaOld;
-  } else if (isGap(name) || name.starts_with("??")) {
+  } else if (isGap(found) || found.starts_with("??")) {
     kind = kKindUnknown;
   }
-  std::snprintf(protocol_, kMostNameChars + 1, "%s", name.c_str());
+  name.copy_to(protocol_);
   if (kind == -1) {
-    kind = kept.dittos > 0 ? kKindDittos : kKindCopies;
-    if (kept.dittos > 0) count = kept.dittos;
+    kind = kept.has_dittos ? kKindDittos : kKindCopies;
+    if (kept.has_dittos) count = kept.dittos;
   }
   if (extraStart_ > 0 && last.end() > extraStart_) context_[0] = kStartMask;
 
-  writeLevels(kept, last, (kept.repeatKind2 + 1) << 24 | (kind + 1) << 16 | count);
+  writeLevels(kept, last, (kept.repeat_kind2 + 1) << 24 | (kind + 1) << 16 | count);
   describeRepeats(kept, frames);
   *error_ = '\0';
 }
@@ -218,7 +211,7 @@ void Signal::writeLevels(const result& kept, const place& last, int repeatWord) 
   int band = 0;  // the highest band of words that was written
   if (interfaceLevel_ > 2) {
     int first = kept.start();
-    if (kept.byDittoRecogniser && first > 0) --first;
+    if (kept.by_ditto_recogniser && first > 0) --first;
     context_[2] = static_cast<unsigned>(first) | (context_[0] & ~kStartMask);
     context_[0] &= kStartMask;
     band = 3;
@@ -245,22 +238,20 @@ void Signal::writeLevels(const result& kept, const place& last, int repeatWord) 
 
 /// Puts "no repeat", "+ 2 copies" and so on in front of the remark.
 void Signal::describeRepeats(const result& kept, int frames) {
-  std::string text;
+  analysis::short_text<kMostMiscChars> text;
   if (!hasRepeatInfo_) {
-    const auto number = [](int n, const char* one, const char* many) {
-      return "+ " + std::to_string(n) + (n == 1 ? one : many);
-    };
-    if (kept.dittos > 0) {
-      text = number(kept.dittos, " ditto", " dittos");
-      if (frames > 1) {
-        text = "+ " + std::to_string(kept.dittos) + " dittos, " + std::to_string(frames - 1) +
-               " copies";
-      }
+    const int copies = frames - 1;
+    if (kept.has_dittos && copies > 0) {
+      text.print("+ %d dittos, %d copies", kept.dittos, copies);
+    } else if (kept.has_dittos) {
+      text.print("+ %d ditto%s", kept.dittos, kept.dittos == 1 ? "" : "s");
+    } else if (copies > 0) {
+      text.print("+ %d cop%s", copies, copies == 1 ? "y" : "ies");
     } else {
-      text = frames == 1 ? "no repeat" : number(frames - 1, " copy", " copies");
+      text.add("no repeat");
     }
-    if (!kept.remark.empty()) text += ": ";
+    if (!kept.remark.empty()) text.add(": ");
   }
-  text += kept.remark;
-  std::snprintf(misc_, kMostMiscChars + 1, "%s", text.c_str());
+  text.add(kept.remark.view());
+  text.copy_to(misc_);
 }

@@ -4,8 +4,6 @@
 
 #include <algorithm>
 #include <climits>
-#include <cstdarg>
-#include <cstdio>
 #include <cstring>
 
 namespace {
@@ -17,7 +15,7 @@ constexpr int kStartBits = 20;
 
 Signal::Signal(unsigned int* context, const int* bursts, int freq, int singleCount, int repeatCount,
                char* protocol, int* device, int* subDevice, int* obc, int* hex, char* misc,
-               char* error, std::span<const recogniser, 32> recognisers)
+               char* error, std::span<const analysis::recogniser, 32> recognisers)
     : context_(context),
       protocol_(protocol),
       misc_(misc),
@@ -34,7 +32,7 @@ Signal::Signal(unsigned int* context, const int* bursts, int freq, int singleCou
       hasRepeatInfo_(repeatCount > 0 || *device < -1),
       recognisers_(recognisers),
       shortestGap_(std::min_element(recognisers.begin(), recognisers.end(),
-                                    [](const recogniser& a, const recogniser& b) {
+                                    [](const auto& a, const auto& b) {
                                       return a.bounds.min_gap < b.bounds.min_gap;
                                     })
                        ->bounds.min_gap) {
@@ -72,48 +70,27 @@ Signal::Signal(unsigned int* context, const int* bursts, int freq, int singleCou
 }
 
 void Signal::setPreempt(int level) {
-  if (level > preemptLevel_ || (level == preemptLevel_ && frameLength_ > preemptCountdown_)) {
+  if (level > preemptLevel_ || (level == preemptLevel_ && frame_.length > preemptCountdown_)) {
     preemptLevel_ = level;
-    preemptCountdown_ = frameLength_;
+    preemptCountdown_ = frame_.length;
   }
 }
 
 void Signal::setzContext() {
-  context_[0] =
-      static_cast<unsigned>(frameStart_) + (static_cast<unsigned>(preemptCountdown_) << kStartBits);
+  context_[0] = static_cast<unsigned>(frame_.before) +
+                (static_cast<unsigned>(preemptCountdown_) << kStartBits);
   context_[1] = static_cast<unsigned>(recogniserIndex_ + 1) +
                 (static_cast<unsigned>(preemptLevel_) << 8) +
-                (static_cast<unsigned>(frameLength_ - 2) << 16);
-}
-
-void Signal::claim(const char* name, int device, int subDevice, int obc, int hex0) {
-  std::snprintf(protocol_, kMostNameChars + 1, "%s", name);
-  *device_ = device;
-  *subDevice_ = subDevice;
-  *obc_ = obc;
-  hex_[0] = hex0;
-  setzContext();
-}
-
-void Signal::remark(const char* fmt, ...) {
-  va_list args;
-  va_start(args, fmt);
-  std::vsnprintf(misc_, kMostRemarkChars + 1, fmt, args);
-  va_end(args);
+                (static_cast<unsigned>(frame_.length - 2) << 16);
 }
 
 void Signal::decode() {
-  *protocol_ = *misc_ = *error_ = '\0';
-  *device_ = *subDevice_ = *obc_ = -1;
-  std::fill_n(hex_, 4, -1);
-  dittos_ = 0;
-  nameVariant_ = false;
-  repeatKind_ = repeatKind2_ = -1;
-  suffix_.fill('\0');
-  matchedRecogniser_ = -1;
+  found_.reset();
+  writeResults({});
+  *misc_ = *error_ = '\0';
 
   preemptCountdown_ = static_cast<int>(context_[0] >> kStartBits);
-  frameLength_ = static_cast<int>(context_[1] >> 16) + 2;
+  frame_.length = static_cast<int>(context_[1] >> 16) + 2;
   recogniserIndex_ = static_cast<int>(context_[1] & 0xFF);
   preemptLevel_ = static_cast<int>(context_[1] >> 8 & 0xFF);
   searchFrom(static_cast<int>(context_[0] & kStartMask));
@@ -121,70 +98,80 @@ void Signal::decode() {
 
 void Signal::searchFrom(int start) {
   const int lastStart = nRepeat_ < 2 ? nSingle_ + 2 * nRepeat_ - 1 : nSingle_ + nRepeat_;
-  for (frameStart_ = start; frameStart_ < lastStart; ++frameStart_) {
-    frame_ = bursts_.get() + 2 * static_cast<ptrdiff_t>(frameStart_);
-    gapBefore_ = frameStart_ == 0 ? 1e9F : frame_[-1];
-    if (frameStart_ == nSingle_ && nRepeat_ > 0) {
-      gapBefore_ =
-          std::max(gapBefore_, bursts_[static_cast<size_t>(2 * (nSingle_ + nRepeat_) - 1)]);
+  for (frame_.before = start; frame_.before < lastStart; ++frame_.before) {
+    const float* const at = bursts_.get() + 2 * static_cast<ptrdiff_t>(frame_.before);
+    frame_.gap_before = frame_.before == 0 ? analysis::frame::kSilenceUs : at[-1];
+    if (frame_.before == nSingle_ && nRepeat_ > 0) {
+      frame_.gap_before =
+          std::max(frame_.gap_before, bursts_[static_cast<size_t>(2 * (nSingle_ + nRepeat_) - 1)]);
     }
-    const bool startsHere = frameStart_ == 0 || frameStart_ == nSingle_ ||
-                            frame_[-1] + 0.5F * frame_[-2] > frame_[0] + frame_[1] ||
-                            frame_[0] > kLongestInsideUs;
-    if (startsHere && tryFrame()) return;
-    setOn_.clear();
-    setOff_.clear();
-    setBurst_.clear();
-    frameLength_ = 2;
+    const bool startsHere = frame_.before == 0 || frame_.before == nSingle_ ||
+                            at[-1] + 0.5F * at[-2] > at[0] + at[1] ||
+                            at[0] > analysis::frame::kLongestInsideUs;
+    if (startsHere && tryFrame(at)) return;
+    frame_.length = 2;
     recogniserIndex_ = 0;
     if (--preemptCountdown_ < 1) preemptCountdown_ = preemptLevel_ = 0;
   }
 }
 
-/// Lets the frame at the current start grow until a recogniser names it.
-bool Signal::tryFrame() {
-  const int longest = std::min(kMostBursts, burstsFromFrame());
-  if (frameLength_ > longest) return false;
-  totalDuration_ = 0;
-  for (int i = 0; i < frameLength_ - 1; ++i) {
-    setOn_.insert(frame_ + 2 * i);
-    setOff_.insert(frame_ + 2 * i + 1);
-    setBurst_.insert1(frame_ + 2 * i);
-    totalDuration_ += burst(i);
-  }
-  setBurst_.findMid();
-
-  for (; frameLength_ <= longest; ++frameLength_) {
-    const float* const last = frame_ + 2 * (frameLength_ - 1);
-    setOn_.insert(last);
-    totalDuration_ += last[0];
-    trailingGap_ = last[1];
-    largestDuration_ = std::max(setOn_.largest, setOff_.largest);
-    framingGap_ = std::min(trailingGap_, gapBefore_);
-    frameFreq_ = interfaceLevel_ > 4 && cycles_ != nullptr
-                     ? getFreq(frameStart_, frameStart_ + frameLength_)
-                     : freq_;
-    if (trailingGap_ >= shortestGap_ && callRecognisers()) return true;
+/// Lets the frame that starts at `at` grow until a recogniser names it.
+bool Signal::tryFrame(const float* at) {
+  frame_.reach = lastBurst_ - frame_.before;
+  frame_.sent = nSingle_ + nRepeat_ - frame_.before;
+  frame_.preempt_level = preemptLevel_;
+  const int longest = std::min(analysis::frame::kMostBursts, frame_.reach);
+  if (frame_.length > longest) return false;
+  for (frame_.begin(at, frame_.length); frame_.length <= longest; frame_.grow()) {
+    frame_.close();
+    frame_.carrier_hz = interfaceLevel_ > 4 && cycles_ != nullptr
+                            ? getFreq(frame_.before, frame_.before + frame_.length)
+                            : freq_;
+    if (frame_.trailing_gap >= shortestGap_ && callRecognisers()) return true;
     recogniserIndex_ = 0;
-    totalDuration_ += trailingGap_;
-    setOff_.insert(last + 1);
-    setBurst_.insert(last);
   }
   return false;
 }
 
-/// Runs the recognisers from the current one on; whether one of them named the frame.
+/// Asks the recognisers from the current one on; whether one of them named the frame.
 bool Signal::callRecognisers() {
   for (; recogniserIndex_ < static_cast<int>(recognisers_.size()); ++recogniserIndex_) {
-    const recogniser& row = recognisers_[static_cast<size_t>(recogniserIndex_)];
-    if (!within(row.bounds)) continue;
-    (this->*row.member)();
-    if (*protocol_ != '\0') {
-      matchedRecogniser_ = recogniserIndex_;
-      return true;
-    }
+    const analysis::recogniser& row = recognisers_[static_cast<size_t>(recogniserIndex_)];
+    if (row.bounds.hold(frame_) && recognise(recogniserIndex_)) return true;
   }
   return false;
+}
+
+bool Signal::recognise(int index) {
+  recogniserIndex_ = index;
+  const auto found = recognisers_[static_cast<size_t>(index)].ask(frame_);
+  if (found) claim(*found);
+  return found.has_value();
+}
+
+void Signal::claim(const analysis::answer& found) {
+  found_ = found;
+  if (found.length > 0) {
+    frame_.length = found.length;
+    frame_.trailing_gap = frame_.off(found.length - 1);
+  }
+  if (found.level > 0) setPreempt(found.level);
+  if (found.xmp_repeat) xmpFlag_ = *found.xmp_repeat;
+  writeResults(found);
+  found.remark.copy_to(misc_);
+  analysis::short_text<analysis::answer::kMostErrorChars>(found.error).copy_to(error_);
+  setzContext();
+}
+
+void Signal::writeResults(const analysis::answer& found) {
+  found.name.copy_to(protocol_);
+  *device_ = found.device;
+  *subDevice_ = found.subdevice;
+  *obc_ = found.function;
+  hex_[0] = found.hex.first;
+  hex_[1] = found.hex.second;
+  hex_[2] = found.hex.third;
+  hex_[3] = found.hex.fourth;
 }
 
 int Signal::getFreq(int first, int end) const {
@@ -200,13 +187,4 @@ int Signal::getFreq(int first, int end) const {
   if (cycles == end - first || onTime <= 0) return 0;  // one cycle a burst: not modulated
   const double hz = 1e6 * static_cast<double>(cycles) / onTime;
   return hz < INT_MAX ? static_cast<int>(hz) : INT_MAX;
-}
-
-bool Signal::lead_in(float minTotal, float maxTotal, float maxOn, float minOff, float extra) const {
-  return std::any_of(leadIns_.begin(), leadIns_.end(), [&](const leadIn& lead) {
-    if (lead.burst == nullptr) return false;
-    const float total = lead.burst[0] + lead.burst[1];
-    return lead.burst[1] >= minOff && lead.burst[0] <= maxOn && minTotal <= total &&
-           total <= maxTotal && lead.recorded >= total + extra;
-  });
 }

@@ -3,31 +3,6 @@
 
 #include <algorithm>
 
-void setOn::clear() {
-  smallest = 1e9F;
-  largest = second = 0;
-}
-
-void setOn::insert(const float* on) {
-  smallest = std::min(smallest, *on);
-  if (*on > largest) {
-    second = largest;
-    largest = *on;
-  } else if (*on > second) {
-    second = *on;
-  }
-}
-
-void setOff::clear() {
-  smallest = 1e9F;
-  largest = 0;
-}
-
-void setOff::insert(const float* off) {
-  smallest = std::min(smallest, *off);
-  largest = std::max(largest, *off);
-}
-
 void setBurst::clear() {
   count_ = 0;
   clearF();

@@ -3,6 +3,7 @@
 // so each set is kept by insertion and never recomputed.
 #pragma once
 
+#include <algorithm>
 #include <array>
 
 /// The on-times (marks) of the frame.
@@ -10,8 +11,15 @@ struct setOn {
   float smallest, largest, second;  // second: the second largest
 
   setOn() { clear(); }
-  void clear();
-  void insert(const float* on);
+  void clear() {
+    smallest = 1e9F;
+    largest = second = 0;
+  }
+  void insert(const float* on) {
+    smallest = std::min(smallest, *on);
+    second = std::max(second, std::min(largest, *on));
+    largest = std::max(largest, *on);
+  }
 };
 
 /// The off-times (spaces) of the frame, without the trailing gap.
@@ -19,8 +27,14 @@ struct setOff {
   float smallest, largest;
 
   setOff() { clear(); }
-  void clear();
-  void insert(const float* off);
+  void clear() {
+    smallest = 1e9F;
+    largest = 0;
+  }
+  void insert(const float* off) {
+    smallest = std::min(smallest, *off);
+    largest = std::max(largest, *off);
+  }
 };
 
 /// The burst lengths (on + off) of the frame: an ordered set of the distinct lengths, the three

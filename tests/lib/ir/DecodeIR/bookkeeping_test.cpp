@@ -365,7 +365,7 @@ TEST(Search, FramesStartAfterAGapAndGrowToTheEnd) {
     std::vector<int> bursts;
     int single, repeat;
     const char* seen;
-    frame_bounds bounds = {};
+    analysis::frame_bounds bounds = {};
   } cases[] = {
       {"two bursts", {500, 500, 500, 500}, 2, 0, "0+2 "},
       {"after a long space", {500, 500, 500, 5000, 500, 600, 500, 500}, 4, 0, "0+2 0+3 0+4 2+2 "},

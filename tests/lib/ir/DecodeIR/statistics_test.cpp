@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "lib/ir/DecodeIR/signal.h"
+#include "lib/ir/DecodeIR/frame.h"
 
 namespace {
 
@@ -63,83 +63,32 @@ TEST(Statistics, ClearedSetStartsOver) {
   EXPECT_EQ(state(set), fresh);
 }
 
-TEST(Bits, ReversalAndParity) {
-  EXPECT_EQ(msb(1, 4), 8U);
-  EXPECT_EQ(msb(1, 1), 1U);
-  EXPECT_EQ(msb(0xF3, 4), 0xCU);
-  EXPECT_EQ(parity(0x80000001), 0);
-  EXPECT_EQ(parity(7), 1);
-}
-
-/// What a signal's constructor takes besides its bursts.
-struct Arguments {
-  unsigned context[2] = {0, 0};
-  std::vector<int> bursts;
-  char text[255] = "";
-  int number = -1, hex[4] = {};
-};
-
-/// The bit buffer and the gap tests over bursts of 500/500 and 1500/500 in turn.
-class FrameView : Arguments, public Signal {
- public:
-  static constexpr int kBursts = 130;
-  FrameView()
-      : Arguments{.bursts = list()},
-        Signal(context, bursts.data(), 38000, kBursts, 0, text, &number, &number, &number, hex,
-               text, text) {
-    frame_ = bursts_.get();
-    gapBefore_ = 20000;
-    framingGap_ = 9000;
-    frameFreq_ = 38000;
-    threshold_ = 1000;
-    cleanup();
-  }
-  using Signal::appendBit, Signal::cleanup, Signal::decodeX, Signal::decodeX2, Signal::framed,
-      Signal::framedLeft, Signal::getLsb, Signal::getMsb, Signal::makeMsb, Signal::threshold_,
-      Signal::unmodulated;
-
- private:
-  static std::vector<int> list() {
-    std::vector<int> durations;
-    for (int i = 0; i < kBursts; ++i) {
-      durations.insert(durations.end(), {i % 2 == 0 ? 500 : 1500, 500});
-    }
-    return durations;
-  }
-};
-
-TEST(Bits, AreReadInBothOrders) {
-  FrameView view;
-  view.decodeX(4);  // 0101 by the marks
-  EXPECT_EQ(view.getLsb(0, 4), 0b1010U);
-  view.threshold_ = 2500;
-  view.decodeX2(4);  // none of the bursts is as long
-  EXPECT_EQ(view.getLsb(0, 8), 0b1010U);
-  view.makeMsb();
-  EXPECT_EQ(view.getMsb(0, 8), 0b01010000U);
-  EXPECT_EQ(view.getMsb(1, 3), 0b101U);
-}
-
-TEST(Bits, BufferIsFilledToItsEndAndNoFurther) {
-  FrameView view;
-  view.decodeX(128);
-  EXPECT_EQ(view.getLsb(96, 32), 0xAAAAAAAAU);
-  const std::string text = "nBit\\+nCount <= sizeof\\(cBits\\)\\*8";
-  EXPECT_DEATH(view.decodeX(1), "lib/ir/DecodeIR: decodeX: .*" + text);
-  EXPECT_DEATH(view.decodeX2(1), "lib/ir/DecodeIR: decodeX2: .*" + text);
-  EXPECT_DEATH(view.appendBit(true), "nBit");
-  view.cleanup();
-  EXPECT_EQ(view.getLsb(0, 32), 0U);
-}
-
 TEST(Frame, GapsAndCarrierAreHeldAgainstTheirLimits) {
-  const FrameView view;
-  EXPECT_TRUE(view.framedLeft(20000));
-  EXPECT_FALSE(view.framedLeft(20001));
-  EXPECT_TRUE(view.framed(9000));
-  EXPECT_FALSE(view.framed(9001));
-  EXPECT_TRUE(view.unmodulated(13));  // 13.16 us are half a cycle
-  EXPECT_FALSE(view.unmodulated(14));
+  const std::vector<float> bursts = {500, 500, 1500, 9000};
+  analysis::frame seen(bursts, 38000);
+  EXPECT_EQ(seen.total_us, 2500);
+  EXPECT_EQ(seen.largest_us, 1500);
+  EXPECT_TRUE(seen.framed(9000));
+  EXPECT_FALSE(seen.framed(9001));
+  seen.gap_before = 20000;
+  EXPECT_TRUE(seen.framedLeft(20000));
+  EXPECT_FALSE(seen.framedLeft(20001));
+  EXPECT_TRUE(seen.unmodulated(13));  // 13.16 us are half a cycle
+  EXPECT_FALSE(seen.unmodulated(14));
+}
+
+TEST(Frame, ALeadInIsABurstInLimitsWithEnoughBehindIt) {
+  const std::vector<float> bursts = {9000, 4500, 600, 600, 600, 20000};
+  const analysis::frame seen(bursts);  // 15300 us
+  const struct {
+    float min_total, max_total, max_on, min_off, extra;
+    bool fits;
+  } cases[] = {{13000, 14000, 9500, 4000, 1800, true},  {13600, 14000, 9500, 4000, 1800, false},
+               {13000, 13400, 9500, 4000, 1800, false}, {13000, 14000, 8900, 4000, 1800, false},
+               {13000, 14000, 9500, 4600, 1800, false}, {13000, 14000, 9500, 4000, 1900, false}};
+  for (const auto& c : cases) {
+    EXPECT_EQ(seen.lead_in(c.min_total, c.max_total, c.max_on, c.min_off, c.extra), c.fits);
+  }
 }
 
 }  // namespace

@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What a recogniser sees of a signal: a candidate frame, and what stands around it.
+//
+// A signal is a list of bursts; a burst is a mark (on-time) and the space (off-time) after it, both
+// in µs. A candidate frame is a run of 2 to 100 bursts; the space of its last burst is the gap
+// behind it.
+#pragma once
+
+#include <span>
+
+#include "lib/ir/DecodeIR/statistics.h"
+
+namespace analysis {
+
+struct frame {
+  static constexpr int kMostBursts = 100;
+  static constexpr float kLongestInsideUs = 14000;  // a longer mark begins a frame
+  static constexpr float kSilenceUs = 1e9F;         // the gap before the signal
+
+  const float* first = nullptr;  // the on-time of its first burst; the bursts are the caller's
+  int length = 2;                // bursts
+  int before = 0;                // bursts of the signal before it
+  int reach = 0;                 // bursts from its first one to the last of the signal
+  int sent = 0;                  // the same without the second copy of a repeat part
+  float gap_before = 0;          // µs, kSilenceUs before the first burst
+  float trailing_gap = 0;        // µs
+  float framing_gap = 0;         // µs, the smaller of the two gaps
+  float total_us = 0;            // without the trailing gap
+  float largest_us = 0;          // its longest mark or space, the trailing gap excluded
+  int carrier_hz = 0;            // 0: not known, or not modulated
+  int preempt_level = 0;         // of a claim that this frame begins inside of
+  setOn on_times;
+  setOff off_times;  // without the trailing gap
+  setBurst burst_lengths;
+
+  frame() = default;
+  /// All of a signal as one frame between silences: durations in µs, mark first, an even number of
+  /// at most 2 * kMostBursts, which have to outlive the frame.
+  explicit frame(std::span<const float> signal, int carrier = 0);
+
+  /// Durations of the i-th burst, 0 the first. REQUIRES: -before <= i < reach.
+  [[nodiscard]] float on(int i) const { return first[2 * i]; }
+  [[nodiscard]] float off(int i) const { return first[2 * i + 1]; }
+  [[nodiscard]] float burst(int i) const { return on(i) + off(i); }
+  /// Durations without the trailing gap.
+  [[nodiscard]] int durations() const { return 2 * length - 1; }
+
+  /// Whether a pulse of t µs spans less than half a carrier cycle.
+  [[nodiscard]] bool unmodulated(float t) const {
+    return static_cast<float>(carrier_hz) * t < 500000.0F;
+  }
+  [[nodiscard]] bool framedLeft(float t) const { return gap_before >= t; }
+  [[nodiscard]] bool framed(float t) const { return framing_gap >= t; }
+  /// Whether the frame's first burst may be a lead-in: its length, its mark and its space lie in
+  /// these limits, and at least `extra` µs of the frame follow it.
+  [[nodiscard]] bool lead_in(float minTotal, float maxTotal, float maxOn, float minOff,
+                             float extra) const;
+
+  /// How the search lets a frame grow: from `bursts` bursts at `at`, whose last one `close` takes
+  /// in; `grow` puts its gap inside and makes the next burst the last one.
+  void begin(const float* at, int bursts);
+  void close();
+  void grow();
+};
+
+/// What a frame must at least be before a recogniser looks closer. Cheap to test, so most
+/// candidates end here.
+struct frame_bounds {
+  int min_bursts = 2;
+  int max_bursts = frame::kMostBursts;
+  float min_gap = 0;         // µs of trailing gap
+  float min_gap_before = 0;  // µs of gap before the frame
+
+  [[nodiscard]] bool hold(const frame& seen) const {
+    return seen.length >= min_bursts && seen.length <= max_bursts && seen.trailing_gap >= min_gap &&
+           seen.gap_before >= min_gap_before;
+  }
+};
+
+}  // namespace analysis

@@ -1,0 +1,188 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Check sums, parities and the names that depend on the data. Bit numbers count from the first
+// bit sent; the definitions are the public IRP ones.
+#include "lib/ir/DecodeIR/protocols/distance_rules.h"
+
+#include <bit>
+
+namespace analysis {
+namespace {
+
+unsigned byteAt(const reading& read, int first) {
+  return read.get({first, 8});
+}
+
+unsigned nibbleAt(const reading& read, int first) {
+  return read.get({first, 4});
+}
+
+/// The exclusive-or of `count` nibbles from `first` on.
+unsigned nibbleXor(const reading& read, int first, int count) {
+  unsigned value = 0;
+  for (int i = 0; i < count; ++i) value ^= nibbleAt(read, first + 4 * i);
+  return value;
+}
+
+unsigned nibbleSum(const reading& read, int first, int count) {
+  unsigned value = 0;
+  for (int i = 0; i < count; ++i) value += nibbleAt(read, first + 4 * i);
+  return value & 0xF;
+}
+
+/// The two bytes that name a maker in the 48-bit and 56-bit codes.
+struct maker {
+  unsigned m, n;
+};
+constexpr maker kMakers[] = {{2, 32}, {3, 1}, {20, 99}, {35, 203}, {67, 83}, {84, 50}, {170, 90}};
+
+}  // namespace
+
+// C = ~(D + S + F) of three bytes. The definition adds the unit as the high bits of F; remotes
+// add the byte that is sent, in which the unit holds the low bits.
+bool anthemSum(const reading& read) {
+  const unsigned unit = read.get({16, 2});
+  const unsigned function = read.get({18, 6});
+  const unsigned sum = byteAt(read, 0) + byteAt(read, 8) + 255;
+  const unsigned check = byteAt(read, 24);
+  return check == (~(sum + (unit << 6) + function) & 0xFF) ||
+         check == (~(sum + byteAt(read, 16)) & 0xFF);
+}
+
+bool denonKXor(const reading& read) {
+  const unsigned device = nibbleAt(read, 20);
+  const unsigned sub = nibbleAt(read, 24);
+  const unsigned function = read.get({28, 12});
+  return byteAt(read, 40) == ((device << 4 ^ sub ^ function << 4 ^ function >> 4) & 0xFF);
+}
+
+namespace {
+
+/// The four parity bits without D's third bit, which reverses all of them.
+unsigned gi4dtvDifference(const reading& read) {
+  const unsigned f = read.get({0, 6});
+  const unsigned d = read.get({6, 2});
+  const auto ones = [](unsigned value) { return static_cast<unsigned>(std::popcount(value)); };
+  const unsigned expected =
+      ((ones(f & 25) + ones(d & 1)) & 1) | ((ones(f & 43) + ones(d & 3)) & 1) << 1 |
+      ((ones(f & 22) + ones(d & 3)) & 1) << 2 | ((ones(f & 44) + ones(d & 2)) & 1) << 3;
+  return expected ^ nibbleAt(read, 8);
+}
+
+}  // namespace
+
+bool gi4dtvParity(const reading& read) {
+  const unsigned difference = gi4dtvDifference(read);
+  return difference == 0 || difference == 0xF;
+}
+
+bool readGi4dtv(const reading& read, answer* out) {
+  if (gi4dtvDifference(read) != 0) out->device |= 4;
+  return true;
+}
+
+bool giCableSum(const reading& read) {
+  return nibbleSum(read, 0, 4) == 0;
+}
+
+// X of M and N, and C of the 24 bits after it.
+bool kaseikyoXor(const reading& read) {
+  return nibbleXor(read, 0, 5) == 0 && nibbleXor(read, 20, 7) == 0;
+}
+
+bool makerParity(const reading& read) {
+  return nibbleXor(read, 0, 5) == 0;
+}
+
+bool legoXor(const reading& read) {
+  return nibbleXor(read, 0, 4) == 0xF;
+}
+
+bool lgSum(const reading& read) {
+  return nibbleSum(read, 8, 4) == nibbleAt(read, 24);
+}
+
+bool lumagenParity(const reading& read) {
+  return (std::popcount(read.get({4, 8})) & 1) == 1;
+}
+
+bool mitsubishiKSum(const reading& read) {
+  return ((nibbleSum(read, 28, 4) + nibbleAt(read, 44)) & 0xF) == 0xF;
+}
+
+bool sharpDvdXor(const reading& read) {
+  return nibbleXor(read, 20, 7) == 0;
+}
+
+bool teacKSum(const reading& read) {
+  unsigned sum = 0;
+  for (int first = 20; first < 40; first += 4) sum += nibbleAt(read, first);
+  return byteAt(read, 40) == sum;
+}
+
+bool xorOfThree(const reading& read) {
+  return (byteAt(read, 16) ^ byteAt(read, 24) ^ byteAt(read, 32)) == byteAt(read, 40);
+}
+
+bool xorOfFour(const reading& read) {
+  return (byteAt(read, 16) ^ byteAt(read, 24) ^ byteAt(read, 32) ^ byteAt(read, 40)) ==
+         byteAt(read, 48);
+}
+
+/// Each bit is sent as two symbols, the second the opposite of the first.
+bool pairsDiffer(const reading& read) {
+  for (int i = 0; i < read.from->wire.distance->bits; i += 2) {
+    if (read.get({i, 1}) == read.get({i + 1, 1})) return false;
+  }
+  return true;
+}
+
+bool readPid0083(const reading& read, answer* out) {
+  out->function = 0;
+  for (int i = 0; i < read.from->wire.distance->bits / 2; ++i) {
+    out->function |= static_cast<int>(read.get({2 * i, 1})) << i;
+  }
+  return true;
+}
+
+// A Matsui frame's long symbol is exactly twice the short one, an Akai frame's a little more.
+bool readAkai(const reading& read, answer*) {
+  constexpr float kHalfway = 0.007F;
+  const pulse_distance& wire = *read.from->wire.distance;
+  const float mark = wire.mark * wire.unit * read.fit.scale + read.fit.bias;
+  return mark < kMatsuiShortestMarkUs || read.fit.skew < kHalfway;
+}
+
+bool readAnthem(const reading& read, answer* out) {
+  out->remark.print("Unit=%u", read.get({16, 2}));
+  return true;
+}
+
+bool readComplemented(const reading& read, answer* out) {
+  const unsigned mask = (1U << read.from->function.width) - 1;
+  out->function ^= static_cast<int>(mask);
+  out->hex.first ^= static_cast<int>(mask);
+  return true;
+}
+
+// The name ends in n, which the last nibble completes. Nothing else is checked, so keep away from
+// the first 40 bits of an Aiwa frame.
+bool readIodata(const reading& read, answer* out) {
+  constexpr unsigned kAiwaAddress = (1U << 13) - 1;
+  if ((read.get({0, 13}) ^ read.get({13, 13})) == kAiwaAddress) return false;
+  const unsigned x = read.get({0, 7});
+  const unsigned y = read.get({21, 7});
+  out->name.print("%u", nibbleXor(read, 28, 3));
+  if (x != 0 || y != 0) out->remark.print("x=%u, y=%u", x, y);
+  return true;
+}
+
+// A maker with a row of its own sent a damaged frame if it comes here.
+bool readKaseikyo(const reading& read, answer* out) {
+  for (const maker& known : kMakers) {
+    if (byteAt(read, 0) == known.m && byteAt(read, 8) == known.n) return false;
+  }
+  out->name.print("-%u-%u", byteAt(read, 0), byteAt(read, 8));
+  return true;
+}
+
+}  // namespace analysis

@@ -1,0 +1,124 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Protocols as data: a row says how the frames of a protocol look on the wire (its coding, which a
+// reader of readers/ reads) and what the bits mean.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <span>
+
+#include "lib/ir/DecodeIR/answer.h"
+#include "lib/ir/DecodeIR/bit_buffer.h"
+#include "lib/ir/DecodeIR/frame.h"
+#include "lib/ir/DecodeIR/readers/levels.h"
+#include "lib/ir/DecodeIR/readers/pulse_distance.h"
+#include "lib/ir/DecodeIR/readers/pulse_width.h"
+
+namespace analysis {
+
+/// A run of bits. width 0: there is none.
+struct field {
+  int first = 0;
+  int width = 0;
+  bool reversed = false;  // against the bit order of the row
+};
+
+/// Bits that are always the same.
+struct constant {
+  int first = 0;
+  int width = 0;
+  uint32_t value = 0;
+};
+
+/// Bits sent twice, the second time complemented unless `plain`.
+struct mirror {
+  int first = 0;
+  int second = 0;
+  int width = 0;
+  bool plain = false;
+};
+
+/// A field that goes into the remark: the label ("T="), then the value.
+struct extra {
+  const char* label = nullptr;
+  field where = {};
+};
+
+/// How the frames of a row look on the wire: one of the codings.
+class coding {
+ public:
+  constexpr coding(const pulse_distance* wire) : distance(wire) {}
+  constexpr coding(const pulse_width* wire) : width(wire) {}
+  constexpr coding(const bi_phase_code* wire) : phase(wire) {}
+
+  [[nodiscard]] constexpr int bits() const {
+    return distance != nullptr ? distance->bits : width != nullptr ? width->bits : phase->bits;
+  }
+
+  const pulse_distance* distance = nullptr;
+  const pulse_width* width = nullptr;
+  const bi_phase_code* phase = nullptr;
+};
+
+struct row;
+
+/// A frame that fits the coding of its row.
+struct reading {
+  const frame& seen;
+  const row* from = nullptr;
+  bit_buffer bits;
+  distance_fit fit;  // of pulse distance
+
+  /// A field as a number, in the bit order of the row.
+  [[nodiscard]] unsigned get(const field& where) const;
+  /// The code byte as remote code tables write it: in the order sent; of pulse distance
+  /// complemented if the least significant bit comes first. -1 for no field.
+  [[nodiscard]] int code_byte(const field& where) const;
+  /// Whether a check of the row would notice that this bit is wrong.
+  [[nodiscard]] bool checks(int bit) const;
+  /// Whether the constants, mirrors and check of the row hold.
+  [[nodiscard]] bool checks_hold() const;
+  /// The answer from the fields of the row; nothing when the row refuses the frame after all.
+  [[nodiscard]] std::optional<answer> read() const;
+};
+
+/// What the bits of a coding mean.
+struct row {
+  const char* name;
+  coding wire;
+  bool msb = false;            // fields send their most significant bit first
+  bool variant = false;        // sets the name-variant flag
+  bool finish_checks = false;  // finish refuses an unsure bit that nothing checks
+  field device = {}, subdevice = {}, function = {};
+  field second = {};  // a second function byte
+  constant constants[3] = {};
+  mirror mirrors[3] = {};
+  int check_bits = 0;    // how many bits `check` proves
+  field unchecked = {};  // bits that `check` does not look at
+  bool (*check)(const reading&) = nullptr;
+  /// Completes the answer where a row cannot say it; false refuses the frame.
+  bool (*finish)(const reading&, answer*) = nullptr;
+  extra extras[2] = {};
+  const ditto* repeat = nullptr;
+
+  /// Bits of a frame that say nothing new, and so prove that it is what it seems.
+  [[nodiscard]] constexpr int redundancy() const {
+    int sum = check_bits;
+    for (const constant& fixed : constants) sum += fixed.width;
+    for (const mirror& twice : mirrors) sum += twice.width;
+    return sum;
+  }
+};
+
+/// What the first of the rows (of pulse width or bi-phase) that fits says of the frame.
+std::optional<answer> read_rows(std::span<const row> rows, const frame& seen);
+
+/// The pulse-distance rows whose frames have this many bursts, the most telling first.
+std::span<const row* const> distance_rows(int bursts);
+
+/// Counts the dittos of this form behind the frame and takes them into what is claimed, all but
+/// their last burst.
+void count_dittos(const frame& seen, const pulse_distance& wire, const ditto& form, float scale,
+                  float bias, answer* found);
+
+}  // namespace analysis

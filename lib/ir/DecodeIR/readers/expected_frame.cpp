@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "lib/ir/DecodeIR/readers/expected_frame.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace analysis {
+namespace {
+
+// Long durations vary a little more than the clock explains.
+constexpr float kRelativeError = 0.02F;
+
+}  // namespace
+
+void expected_frame::add(float us, int kind) {
+  if (count_ == 0 && kind == 1) return;
+  if (count_ > 0 && (count_ - 1) % 2 == kind) {
+    us_[static_cast<size_t>(count_ - 1)] += us;
+  } else if (count_ < kMostDurations) {
+    us_[static_cast<size_t>(count_++)] = us;
+  }
+}
+
+bool expected_frame::fits(const float* frame, const fit_rule& rule) const {
+  int odd = -1;
+  for (int pass = 0; pass < 2; ++pass) {
+    const estimate found = estimateWithout(frame, odd);
+    int worst = -1;
+    float worstBy = 0;
+    for (int i = 0; i < bursts(); ++i) {
+      const float by = error(frame, i, found) - rule.tolerance_us;
+      if (i == odd || by <= 0) continue;
+      if (by > worstBy) {
+        worst = i;
+        worstBy = by;
+      }
+    }
+    if (worst < 0) {
+      return std::abs(found.clock - 1) <= rule.clock_error &&
+             std::abs(found.bias) <= rule.most_bias_us;
+    }
+    if (!rule.checked && worst != 0 && worst != bursts() - 1) return false;
+    odd = worst;
+  }
+  return false;
+}
+
+/// The clock by the bursts (they do not feel the bias), then the bias by the marks.
+expected_frame::estimate expected_frame::estimateWithout(const float* frame, int odd) const {
+  float gotBursts = 0;
+  float wantBursts = 0;
+  float gotMarks = 0;
+  float wantMarks = 0;
+  int marks = 0;
+  for (int i = 0; i < bursts(); ++i) {
+    if (i == odd) continue;
+    gotMarks += frame[2 * i];
+    wantMarks += us(2 * i);
+    ++marks;
+    if (i == bursts() - 1) continue;
+    gotBursts += frame[2 * i] + frame[2 * i + 1];
+    wantBursts += us(2 * i) + us(2 * i + 1);
+  }
+  const float clock = wantBursts > 0 ? gotBursts / wantBursts : 1.0F;
+  return {clock, marks > 0 ? (gotMarks - clock * wantMarks) / static_cast<float>(marks) : 0.0F};
+}
+
+/// How far burst i is from what is expected, beyond what its length excuses.
+float expected_frame::error(const float* frame, int burst, const estimate& found) const {
+  const float on = frame[2 * burst];
+  const float wantOn = us(2 * burst) * found.clock;
+  const float onError = std::abs(on - wantOn - found.bias) - kRelativeError * wantOn;
+  if (burst == bursts() - 1) return onError;
+  const float want = wantOn + us(2 * burst + 1) * found.clock;
+  const float burstError = std::abs(on + frame[2 * burst + 1] - want) - kRelativeError * want;
+  return std::max(onError, burstError);
+}
+
+}  // namespace analysis

@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Pulse distance: every symbol is a mark of fixed length and a space whose length carries one bit.
+//
+// A receiver lengthens marks at the cost of the spaces, so a bit is read from mark + space. The
+// remote's clock is estimated from the burst lengths and the receiver's bias from the marks, and
+// then every duration is held to narrow bounds; one duration of a frame may be damaged.
+#pragma once
+
+#include "lib/ir/DecodeIR/bit_buffer.h"
+
+namespace analysis {
+
+/// A mark and the space after it, in units of a coding.
+struct burst_units {
+  float on = 0;
+  float off = 0;
+};
+
+/// A burst among the data bursts that is no symbol: the gap between two halves, a second lead-in.
+struct split_burst {
+  int at = -1;  // symbols before it, -1 for none
+  burst_units burst;
+};
+
+constexpr float kGapUs = 9000;
+constexpr float kGapBeforeUs = 5000;
+constexpr float kAnyUs = 2e9F;
+
+/// How a frame looks on the wire: [lead-in] symbols, with at most one split, and a stop mark.
+struct pulse_distance {
+  float unit;             // µs
+  burst_units lead = {};  // {0, 0}: no lead-in
+  float mark;             // units, of every symbol
+  float zero, one;        // units, the spaces of the two symbols
+  int bits;               // symbols
+  split_burst split = {};
+  float stop = 0;                   // units of the stop mark, 0 for `mark`
+  float min_gap = kGapUs;           // µs of space after the frame
+  float min_before = kGapBeforeUs;  // µs of space before it
+  float max_before = kAnyUs;
+  float fastest = 0.9F;  // range of the remote's clock against `unit`
+  float slowest = 1.1F;
+  float shortest_mark = 0;  // µs, range of the mean mark, where only that tells two codes apart
+  float longest_mark = kAnyUs;
+
+  [[nodiscard]] constexpr pulse_distance gaps(float after, float before,
+                                              float most_before = kAnyUs) const {
+    pulse_distance changed = *this;
+    changed.min_gap = after;
+    changed.min_before = before;
+    changed.max_before = most_before;
+    return changed;
+  }
+  [[nodiscard]] constexpr pulse_distance clock(float from, float to) const {
+    pulse_distance changed = *this;
+    changed.fastest = from;
+    changed.slowest = to;
+    return changed;
+  }
+  [[nodiscard]] constexpr pulse_distance marks(float shortest, float longest) const {
+    pulse_distance changed = *this;
+    changed.shortest_mark = shortest;
+    changed.longest_mark = longest;
+    return changed;
+  }
+
+  [[nodiscard]] constexpr bool has_lead() const { return lead.on > 0; }
+  /// Bursts of a frame, lead-in and stop mark included.
+  [[nodiscard]] constexpr int bursts() const {
+    return bits + 1 + static_cast<int>(has_lead()) + static_cast<int>(split.at >= 0);
+  }
+};
+
+/// How a frame fits a coding.
+struct distance_fit {
+  float scale = 1;       // the remote's clock, as a fraction of the coding's unit
+  float bias = 0;        // µs that the receiver adds to a mark
+  float skew = 0;        // the clock by the zeros less that by the ones; 0 without both
+  int loose = 0;         // symbols beyond the bounds for frames without checks
+  bool damaged = false;  // the lead-in or a symbol is out of line
+  int unsure_bit = -1;   // of a symbol so far out of line that it may be the other; -1: none
+};
+
+/// Reads the bursts of `frame`, which number wire.bursts(), into empty bits. False when they don't
+/// fit.
+bool read_pulse_distance(const pulse_distance& wire, const float* frame, bit_buffer* bits,
+                         distance_fit* fit);
+
+/// A short frame that says "the key is still held": a lead-in, some symbols, a stop mark.
+struct ditto {
+  burst_units lead;
+  int bits = 0;
+
+  [[nodiscard]] constexpr int bursts() const { return 2 + bits; }
+};
+
+/// Whether the bursts at `at`, which reach to `end`, begin with this ditto.
+bool is_ditto(const pulse_distance& wire, const ditto& form, const float* at, const float* end,
+              float scale, float bias);
+
+}  // namespace analysis

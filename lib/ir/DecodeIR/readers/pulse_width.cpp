@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "lib/ir/DecodeIR/readers/pulse_width.h"
+
+namespace analysis {
+namespace {
+
+constexpr float kSameUnits = 0.5F;  // of durations that are whole numbers of units
+
+}  // namespace
+
+bool read_pulse_width(const frame& seen, const pulse_width& wire, bit_buffer* bits) {
+  slicer frame;
+  if (!frame.slice(seen, wire.units)) return false;
+  if (wire.whole_lead && frame.units(0) != wire.units.lead) return false;
+  if (wire.stop && frame.units(frame.count() - 1) != 1) return false;
+  return read_pairs(frame, wire.lead, wire.bits, wire.pair, bits);
+}
+
+bool read_pairs(const slicer& frame, int first, int count, const pulse_pair& pair,
+                bit_buffer* bits) {
+  if (frame.last_damaged() && 2 * (first + count) > frame.count()) return false;
+  const bool by_mark = pair.zero_mark != pair.one_mark;
+  const auto zero = static_cast<float>(by_mark ? pair.zero_mark : pair.zero_space);
+  const auto one = static_cast<float>(by_mark ? pair.one_mark : pair.one_space);
+  bit_buffer read = frame.bits();
+  read.skipTo(2 * first);
+  if (!read.checkDecodeX(by_mark ? 0 : 1, count, zero, one, kSameUnits)) return false;
+  for (int i = 0; i < count; ++i) {
+    const int other = 2 * (first + i) + (by_mark ? 1 : 0);
+    if (other >= frame.count()) break;
+    const int space = read.getBit(i) != 0 ? pair.one_space : pair.zero_space;
+    if (frame.units(other) != (by_mark ? space : pair.zero_mark)) return false;
+  }
+  bits->append(read);
+  return true;
+}
+
+}  // namespace analysis

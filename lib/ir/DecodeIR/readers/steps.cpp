@@ -1,0 +1,85 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "lib/ir/DecodeIR/readers/steps.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace analysis {
+namespace {
+
+constexpr int kRounds = 2;               // of reading the digits and estimating the line
+constexpr float kMostBaseError = 0.35F;  // in steps
+constexpr float kMostStepError = 0.08F;  // +-, as a part
+constexpr float kMostScatter = 0.23F;    // in steps, root of the mean square; by chance 0.29
+constexpr float kFarOff = 0.3F;          // in steps ...
+constexpr float kFarApart = 3.5F;        // ... and in terms of what the others scatter
+
+float burstAt(const float* bursts, int i) {
+  return bursts[2 * i] + bursts[2 * i + 1];
+}
+
+/// The line through (digit, burst) by least squares, its step kept near the rule's: a few digits
+/// of a jittery remote say little about it, and equal ones nothing.
+step_line lineThrough(const float* bursts, int count, const uint8_t* digits, float nominalStep) {
+  float step = nominalStep;
+  float sum = 0;
+  float sumDigits = 0;
+  float sumSquares = 0;
+  float sumProducts = 0;
+  for (int i = 0; i < count; ++i) {
+    const auto digit = static_cast<float>(digits[i]);
+    sum += burstAt(bursts, i);
+    sumDigits += digit;
+    sumSquares += digit * digit;
+    sumProducts += digit * burstAt(bursts, i);
+  }
+  const auto n = static_cast<float>(count);
+  const float determinant = n * sumSquares - sumDigits * sumDigits;
+  if (determinant >= 1) {
+    step = std::clamp((n * sumProducts - sumDigits * sum) / determinant,
+                      (1 - kMostStepError) * nominalStep, (1 + kMostStepError) * nominalStep);
+  }
+  return {(sum - step * sumDigits) / n, step};
+}
+
+bool readDigits(const float* bursts, int count, const step_rule& rule, const step_line& line,
+                uint8_t* digits) {
+  for (int i = 0; i < count; ++i) {
+    const float digit = std::floor((burstAt(bursts, i) - line.base) / line.step + 0.5F);
+    if (digit < 0 || digit > static_cast<float>(rule.most)) return false;
+    digits[i] = static_cast<uint8_t>(digit);
+  }
+  return true;
+}
+
+/// Whether the bursts lie close to their digits on the line, and, where the rule says so, none of
+/// them far off among quiet ones: that one is damaged, and which digit it was cannot be told.
+bool lieClose(const float* bursts, int count, const step_rule& rule, const step_line& line,
+              const uint8_t* digits) {
+  float squares = 0;
+  float largest = 0;
+  for (int i = 0; i < count; ++i) {
+    const float off = (burstAt(bursts, i) - line.base) / line.step - static_cast<float>(digits[i]);
+    squares += off * off;
+    largest = std::max(largest, off * off);
+  }
+  const auto n = static_cast<float>(count);
+  if (squares > kMostScatter * kMostScatter * n) return false;
+  const float others = (squares - largest) / (n - 1);
+  return rule.checked || largest <= kFarOff * kFarOff || largest <= kFarApart * kFarApart * others;
+}
+
+}  // namespace
+
+bool readSteps(const float* bursts, int count, const step_rule& rule, step_line* line,
+               uint8_t* digits) {
+  for (int round = 0; round < kRounds; ++round) {
+    if (!readDigits(bursts, count, rule, *line, digits)) return false;
+    *line = lineThrough(bursts, count, digits, rule.step_us);
+    if (std::abs(line->base - rule.base_us) > kMostBaseError * rule.step_us) return false;
+    if (lieClose(bursts, count, rule, *line, digits)) return true;
+  }
+  return false;
+}
+
+}  // namespace analysis

@@ -1,0 +1,158 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "lib/ir/DecodeIR/readers/units.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace analysis {
+namespace {
+
+constexpr int kRounds = 3;          // of estimating and counting anew
+constexpr int kFewest = 3;          // durations that an estimate needs
+constexpr float kLargeBias = 0.5F;  // of a unit
+constexpr float kMostClockError = 0.08F;
+constexpr float kMostTooLong = 0.75F;  // units by which an end may be too long
+constexpr float kSettledUs = 1.0F;     // the estimate moves no more
+constexpr float kTooAlike = 1e-3F;     // relative determinant: bias and clock cannot be told apart
+
+constexpr float kSettlingMark = 0.3F;    // of the first mark that may be added to it ...
+constexpr float kSettlingSpace = 0.33F;  // ... and of the space behind it that this may take
+
+bool is_mark(int i) {
+  return i % 2 == 0;
+}
+
+}  // namespace
+
+bool slicer::slice(const frame& seen, const slice_rule& rule) {
+  const auto longest = static_cast<float>(rule.longest);
+  const float settling = kSettlingMark * static_cast<float>(rule.lead);
+  const float most = rule.unit_us * (longest + settling + 0.5F) + rule.most_bias();
+  if (seen.largest_us > most || seen.off_times.smallest < 0.5F * rule.unit_us - rule.most_bias()) {
+    return false;
+  }
+  return slice(seen.first, seen.durations(), rule);
+}
+
+bool slicer::slice(const float* durations, int count, const slice_rule& rule) {
+  if (count < kFewest || count > kMostDurations) return false;
+  return fits_as_it_is(durations, count, rule) || settles(durations, count, rule);
+}
+
+bool slicer::fits_as_it_is(const float* durations, int count, const slice_rule& rule) {
+  count_ = count;
+  // A bias of half a unit makes the nearest number of units the wrong one; so it is assumed where
+  // the frame does not fit without.
+  return (fits(durations, rule, rule.bias * rule.unit_us) ||
+          fits(durations, rule, kLargeBias * rule.unit_us)) &&
+         lead_fits(rule);
+}
+
+/// Whether the frame begins with the lead-in of the rule.
+bool slicer::lead_fits(const slice_rule& rule) const {
+  return (rule.lead == 0 || units(0) == rule.lead || first_damaged_) &&
+         (rule.lead_space == 0 || units(1) == rule.lead_space);
+}
+
+/// Whether the frame fits once the edge behind its first mark is put where it belongs: that mark
+/// and the space after it hold their sum.
+bool slicer::settles(const float* durations, int count, const slice_rule& rule) {
+  slice_rule body = rule;
+  body.lead = body.lead_space = 0;
+  if (count < 2 + kFewest || !fits_as_it_is(durations + 2, count - 2, body)) return false;
+  const float unit = rule.unit_us * scale_;
+  const float mark = (durations[0] - bias_) / unit;
+  const float total = (durations[0] + durations[1]) / unit;
+  const float lead = rule.lead > 0 ? static_cast<float>(rule.lead) : std::round(mark);
+  const float space = std::round(total) - lead;
+  const float later = mark - lead;
+  const auto may_grow = [&](float by, float units) {
+    return by >= -rule.tolerance &&
+           by <= std::min(kSettlingMark * units, kSettlingSpace * (total - units)) + rule.tolerance;
+  };
+  if (lead < 1 || space < 1 || !may_grow(later, lead)) return false;
+  // Where the code does not say which, the edge must not have two places.
+  if (rule.lead == 0 && may_grow(later + 1, lead - 1)) return false;
+  std::array<float, kMostDurations> settled;
+  std::copy_n(durations, count, settled.begin());
+  settled[0] = lead * unit + bias_;
+  settled[1] = durations[0] + durations[1] - settled[0];
+  return fits_as_it_is(settled.data(), count, rule) && !last_damaged_;
+}
+
+bool slicer::fits(const float* durations, const slice_rule& rule, float assumed_bias) {
+  bias_ = assumed_bias;
+  scale_ = 1;
+  // The ends may be odd, so the estimate rests on what lies between them where that is enough.
+  const fit_range inner = count_ >= 2 * kFewest ? fit_range{1, count_ - 1} : fit_range{0, count_};
+  for (int round = 0; round < kRounds; ++round) {
+    count_units(durations, rule);
+    const float before = bias_;
+    if (!estimate(durations, rule, inner)) return false;
+    if (std::abs(bias_ - before) < kSettledUs) break;
+  }
+  count_units(durations, rule);
+
+  const float tolerance = rule.tolerance * rule.unit_us;
+  const float spread = rule.spread * rule.unit_us;
+  float squares = 0;
+  float total = 0;
+  int total_units = 0;
+  for (int i = 1; i < count_ - 1; ++i) {
+    const float off = deviation(durations, i, rule);
+    if (std::abs(off) > tolerance) return false;
+    squares += off * off;
+    total += durations[i];
+    total_units += units(i);
+  }
+  // The biases cancel out but for one space, so the sum tells the clock whatever the estimate says.
+  const float nominal = static_cast<float>(total_units) * rule.unit_us;
+  if (std::abs(total + bias_ - nominal) > kMostClockError * nominal) return false;
+  if (squares > static_cast<float>(count_ - 2) * spread * spread) return false;
+  const float first = deviation(durations, 0, rule);
+  const float last = deviation(durations, count_ - 1, rule);
+  first_damaged_ = std::abs(first) > tolerance;
+  last_damaged_ = std::abs(last) > tolerance;
+  return std::max(first, last) <= kMostTooLong * rule.unit_us && !(first_damaged_ && last_damaged_);
+}
+
+/// The nearest number of units of every duration, by the bias and clock known so far.
+void slicer::count_units(const float* durations, const slice_rule& rule) {
+  const float per_unit = 1.0F / (rule.unit_us * scale_);
+  const auto most = static_cast<float>(rule.longest);
+  float shift = -bias_;  // of a mark; that of a space is the opposite
+  for (int i = 0; i < count_; ++i, shift = -shift) {
+    const float exact = std::clamp((durations[i] + shift) * per_unit + 0.5F, 1.0F, most);
+    units_[static_cast<size_t>(i)] = static_cast<float>(static_cast<int>(exact));
+  }
+}
+
+/// The bias and the clock by least squares over duration = units x unit x scale +- bias.
+bool slicer::estimate(const float* durations, const slice_rule& rule, fit_range range) {
+  float kk = 0;
+  float ks = 0;
+  float dk = 0;
+  float ds = 0;
+  for (int i = range.first; i < range.end; ++i) {
+    const auto k = static_cast<float>(units(i)) * rule.unit_us;
+    const float sign = is_mark(i) ? 1.0F : -1.0F;
+    kk += k * k;
+    ks += k * sign;
+    dk += k * durations[i];
+    ds += sign * durations[i];
+  }
+  const auto n = static_cast<float>(range.end - range.first);
+  const float determinant = kk * n - ks * ks;
+  if (determinant <= kTooAlike * kk * n) return false;
+  scale_ = (dk * n - ds * ks) / determinant;
+  scale_ = std::clamp(scale_, 1.0F - rule.clock_error, 1.0F + rule.clock_error);
+  bias_ = (ds - ks * scale_) / n;
+  return std::abs(bias_) <= rule.most_bias();
+}
+
+float slicer::deviation(const float* durations, int i, const slice_rule& rule) const {
+  const float nominal = static_cast<float>(units(i)) * rule.unit_us * scale_;
+  return durations[i] - nominal - (is_mark(i) ? bias_ : -bias_);
+}
+
+}  // namespace analysis
