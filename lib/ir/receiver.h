@@ -40,8 +40,8 @@ constexpr bool within(double off, double tolerance) {
 /// codes of the same burst with another mark are read (a 16-bit code of 560 µs marks as one of 264
 /// µs from 260 on); tighter, and remotes with short marks, far away, are lost. Captured frames
 /// reach -158 and +161, and receivers add up to 80 on either side.
-constexpr double kMostShorterUs = 170;
-constexpr double kMostLongerUs = 220;
+constexpr int kMostShorterUs = 170;
+constexpr int kMostLongerUs = 220;
 constexpr bool bias_is_plausible(double bias_us) {
   return bias_us >= -kMostShorterUs && bias_us <= kMostLongerUs;
 }
@@ -61,10 +61,11 @@ constexpr double jitter_us(double sent_us) {
 /// by up to 10 % or grows by up to 25 %, clock, bias and jitter aside. Wider, and a lead-in of
 /// another length is taken; tighter, and a first key press is lost. Captured frames reach -8 and +9
 /// %.
-constexpr bool first_mark_is_plausible(double us, double sent_us) {
-  constexpr double kShortest = 0.80;
-  constexpr double kLongest = 1.30;
-  return us >= kShortest * sent_us - kMostShorterUs && us <= kLongest * sent_us + kMostLongerUs;
+constexpr bool first_mark_is_plausible(int us, int sent_us) {
+  constexpr int kShortestPercent = 80;
+  constexpr int kLongestPercent = 130;
+  return 100 * (us + kMostShorterUs) >= kShortestPercent * sent_us &&
+         100 * (us - kMostLongerUs) <= kLongestPercent * sent_us;
 }
 
 /// Whether the space behind a first mark fits: it pays for what the mark gained or lost, in full,
@@ -81,7 +82,7 @@ constexpr bool first_space_is_plausible(const distortion& found, double mark_off
 /// tighter, and frames whose end was cut or stretched are lost. Captured ones reach -23 and +51 %,
 /// a few more.
 constexpr bool last_mark_is_plausible(double us, double sent_us, bool proven) {
-  constexpr double kShortest = 0.4;
+  constexpr double kShortest = 0.375;
   constexpr double kLongest = 1.8;
   constexpr double kLongestProven = 3.2;
   return us >= kShortest * sent_us && us <= (proven ? kLongestProven : kLongest) * sent_us;
