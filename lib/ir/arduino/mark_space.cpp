@@ -61,14 +61,19 @@ unsigned most_odd(const mark_space& row, bool proven) {
   return proven ? kProven : row.bits / kSymbolsForOne;
 }
 
-// Whether the bursts behind the first one of a lead-in fit. A mark that carries no bit may be off
-// by half where its burst holds.
+// Whether the bursts behind the first one of a lead-in fit, each and, as a root mean square, all of
+// them: trains of other lengths hold no single tolerance as a clock that is not theirs, or lengths
+// that lie on both sides of a symbol's. Captured frames reach a spread of 0.39 times jitter. A mark
+// that carries no bit may be off by half where its burst holds.
 bool bursts_fit(const mark_space& row, std::span<const uint16_t> durations, const reading& r,
                 bool proven) {
   constexpr double kOddBurst = 1.5;  // times jitter
+  constexpr double kSpread = 0.42;   // times jitter
   constexpr double kOddMark = 0.5;   // of the mark
   const bool marks_carry = row.zero.mark_us != row.one.mark_us;
   unsigned odd = 0;
+  unsigned bursts = 0;
+  double squares = 0;
   for (size_t i = row.lead.count > 0 ? 2 : 0; i + 1 < durations.size(); i += 2) {
     const double sent_us = r.sent[i] + r.sent[i + 1];
     const double tolerance = jitter_us(sent_us);
@@ -78,8 +83,10 @@ bool bursts_fit(const mark_space& row, std::span<const uint16_t> durations, cons
     if (!within(burst_off, kOddBurst * tolerance) || !within(mark_off, mark_tolerance))
       return false;
     if (!within(burst_off, tolerance)) odd++;
+    squares += burst_off * burst_off / (tolerance * tolerance);
+    bursts++;
   }
-  return odd <= most_odd(row, proven);
+  return odd <= most_odd(row, proven) && squares <= kSpread * kSpread * bursts;
 }
 
 // The last mark has no space to be measured with, and is the one that receivers cut or stretch
