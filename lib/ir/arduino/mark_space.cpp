@@ -11,9 +11,6 @@ using receiver::first_mark_is_plausible;
 using receiver::jitter_us;
 using receiver::within;
 
-// Bits determined by others that prove a frame whatever its last mark and odd symbols.
-constexpr int kProof = 8;
-
 // A frame as read, and what the receiver made of it.
 struct reading {
   uint64_t bits = 0;
@@ -41,14 +38,6 @@ void read_symbols(const mark_space& row, std::span<const uint16_t> durations, re
     const double middle_mark = (row.zero.mark_us + row.one.mark_us) / 2.0;
     r.add_bit(r.found.mark_off(durations.back(), middle_mark) > 0);
   }
-}
-
-// A proven frame has its name whatever the remote's clock: bursts as far off as this still read as
-// themselves.
-bool clock_is_plausible(const mark_space& row, double clock, bool proven) {
-  constexpr clocks kProven = {0.87, 1.13};
-  const clocks& allowed = proven ? kProven : row.seen;
-  return clock >= allowed.low && clock <= allowed.high;
 }
 
 // How many symbols may be odd: their burst is off by more than jitter, though not by so much that
@@ -108,10 +97,11 @@ bool match_row(const mark_space& row, const frame& f, arduino_result& result) {
   if (has_lead && !first_mark_is_plausible(f.durations[0], row.lead.sent[0].mark_us)) return false;
   reading r;
   read_symbols(row, f.durations, r);
-  const int proof = row.check != nullptr ? row.check(r.bits) : 0;
-  if (proof < 0) return false;
-  const bool proven = proof >= kProof;
-  if (!clock_is_plausible(row, r.found.clock, proven)) return false;
+  const proof found = row.check != nullptr ? row.check(r.bits) : proof::weak;
+  if (found == proof::refuted) return false;
+  const bool proven = found == proof::strong;
+  const clocks& allowed = proven ? kProvenClocks : row.seen;
+  if (r.found.clock < allowed.low || r.found.clock > allowed.high) return false;
   if (!receiver::bias_is_plausible(r.found.bias_us)) return false;
   if (!last_mark_fits(row, f.durations.back(), r, proven)) return false;
   if (has_lead && !lead_space_fits(f.durations, row.lead.sent[0], r.found)) return false;

@@ -12,9 +12,15 @@
 
 namespace arduino {
 
-/// Looks at all data bits of a frame, the first bit sent highest. Returns how many of them the
-/// protocol determines through the others, or -1 when they contradict each other.
-using redundancy = int (*)(uint64_t bits);
+/// What the bits of a frame say about each other.
+enum class proof : uint8_t {
+  refuted,  // they contradict each other
+  weak,     // they could be by chance
+  strong,   // eight of them at least are determined by others: the frame is one of its protocol
+};
+
+/// Looks at all data bits of a frame, the first bit sent highest.
+using redundancy = proof (*)(uint64_t bits);
 
 /// The bursts before the first bit.
 struct lead_in {
@@ -30,6 +36,10 @@ struct clocks {
   double low, high;
 };
 
+/// A frame that its bits prove has its name whatever its clock: bursts as far off as this still
+/// read as themselves.
+constexpr clocks kProvenClocks = {0.87, 1.13};
+
 /// A protocol: lead-in, `bits` symbols, an end. Durations as sent.
 struct mark_space {
   const char* type;
@@ -37,7 +47,7 @@ struct mark_space {
   symbol zero, one;
   ending end;
   unsigned bits;
-  clocks seen;
+  clocks seen;       // of frames that their bits do not prove
   redundancy check;  // null: nothing to check
 
   /// Durations from the first mark to the last.

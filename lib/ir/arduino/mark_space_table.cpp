@@ -25,21 +25,20 @@ constexpr unsigned kCustomBits = 13;
 constexpr unsigned kKeyBits = 8;
 constexpr uint64_t kAiwaCustom = 0b1000100111111;
 
-int check_sanyo(uint64_t bits) {
+proof check_sanyo(uint64_t bits) {
   const uint64_t custom = field(bits, kSanyoBits, 0, kCustomBits);
   const uint64_t custom_inverse = field(bits, kSanyoBits, kCustomBits, kCustomBits);
   const uint64_t key = field(bits, kSanyoBits, 2 * kCustomBits, kKeyBits);
   const uint64_t key_inverse = field(bits, kSanyoBits, 2 * kCustomBits + kKeyBits, kKeyBits);
   return complementary(custom, custom_inverse, kCustomBits) &&
                  complementary(key, key_inverse, kKeyBits)
-             ? int(kCustomBits + kKeyBits)
-             : -1;
+             ? proof::strong
+             : proof::refuted;
 }
 
-int check_aiwa(uint64_t bits) {
-  const int proof = check_sanyo(bits);
-  if (proof < 0 || field(bits, kSanyoBits, 0, kCustomBits) != kAiwaCustom) return -1;
-  return proof + int(kCustomBits);
+proof check_aiwa(uint64_t bits) {
+  return field(bits, kSanyoBits, 0, kCustomBits) == kAiwaCustom ? check_sanyo(bits)
+                                                                : proof::refuted;
 }
 
 // mmmmmmmmmmmmmmmm dddddddd ssssssss ffffffff xxxxxxxx: maker, device, subdevice, function, and
@@ -47,58 +46,57 @@ int check_aiwa(uint64_t bits) {
 constexpr unsigned kPanasonicBits = 48;
 constexpr uint64_t kPanasonicMaker = 0x4004;
 
-int check_panasonic(uint64_t bits) {
-  constexpr unsigned kMakerBits = 16;
+proof check_panasonic(uint64_t bits) {
   const auto byte = [bits](unsigned number) { return field(bits, kPanasonicBits, 8 * number, 8); };
-  if (field(bits, kPanasonicBits, 0, kMakerBits) != kPanasonicMaker) return -1;
-  return (byte(2) ^ byte(3) ^ byte(4)) == byte(5) ? int(kMakerBits) + 8 : -1;
+  const bool holds = field(bits, kPanasonicBits, 0, 16) == kPanasonicMaker &&
+                     (byte(2) ^ byte(3) ^ byte(4)) == byte(5);
+  return holds ? proof::strong : proof::refuted;
 }
 
 // aaaaaaaa cccccccccccccccc ssss: address, command, and s = the sum of the command's nibbles.
 constexpr unsigned kLgBits = 28;
 
-int check_lg(uint64_t bits) {
+proof check_lg(uint64_t bits) {
   uint64_t sum = 0;
   for (unsigned nibble = 2; nibble < 6; nibble++) sum += field(bits, kLgBits, 4 * nibble, 4);
-  return (sum & 0xF) == (bits & 0xF) ? 4 : -1;
+  return (sum & 0xF) == (bits & 0xF) ? proof::weak : proof::refuted;
 }
 
 // dddddddd ssssssss ffffffff xxxxxxxx: device, subdevice, function, and its complement, which
 // proves the frame. Many remotes send something else instead, so a complement that does not hold
 // refutes nothing; one that fails in a single bit does, as that is what a damaged frame looks like.
 constexpr unsigned kNecBits = 32;
-constexpr unsigned kComplementBits = 8;
 
 // The bits in which the last byte is not the complement of the function.
 unsigned wrong_bits(uint64_t bits) {
-  const uint64_t function = field(bits, kNecBits, 16, kComplementBits);
-  const uint64_t last = field(bits, kNecBits, 24, kComplementBits);
+  const uint64_t function = field(bits, kNecBits, 16, 8);
+  const uint64_t last = field(bits, kNecBits, 24, 8);
   return unsigned(function ^ last ^ 0xFF);
 }
 
-int check_samsung(uint64_t bits) {
+proof check_samsung(uint64_t bits) {
   const unsigned wrong = wrong_bits(bits);
-  if (wrong == 0) return int(kComplementBits);
-  return std::has_single_bit(wrong) ? -1 : 0;
+  if (wrong == 0) return proof::strong;
+  return std::has_single_bit(wrong) ? proof::refuted : proof::weak;
 }
 
 // Remotes whose subdevice is not the complement of the device use the last byte freely, and some
 // give its first or last bit another meaning.
-int check_nec(uint64_t bits) {
+proof check_nec(uint64_t bits) {
   constexpr unsigned kFreeBits = 0x81;
   const bool plain = complementary(field(bits, kNecBits, 0, 8), field(bits, kNecBits, 8, 8), 8);
   const unsigned wrong = wrong_bits(bits);
-  if (wrong == 0) return int(kComplementBits);
-  return plain && std::has_single_bit(wrong & ~kFreeBits) ? -1 : 0;
+  if (wrong == 0) return proof::strong;
+  return plain && std::has_single_bit(wrong & ~kFreeBits) ? proof::refuted : proof::weak;
 }
 
 // The last two bits, expansion and check, differ in Sharp frames and are alike in Denon's.
-int check_sharp(uint64_t bits) {
-  return (bits >> 1 & 1U) != (bits & 1U) ? 1 : -1;
+proof check_sharp(uint64_t bits) {
+  return (bits >> 1 & 1U) != (bits & 1U) ? proof::weak : proof::refuted;
 }
 
-int check_denon(uint64_t bits) {
-  return (bits >> 1 & 1U) == (bits & 1U) ? 1 : -1;
+proof check_denon(uint64_t bits) {
+  return (bits >> 1 & 1U) == (bits & 1U) ? proof::weak : proof::refuted;
 }
 
 constexpr lead_in kNoLead = {};
@@ -117,16 +115,16 @@ constexpr auto kStop = ending::stop_mark;
 // Frames that a check of their own vouches for, the strongest first. NEC and Samsung stand among
 // them for their complement, though some remotes do without.
 constexpr mark_space kChecked[] = {
-    {"AIWA_RC_T501", kNecLead, kNecZero, kNecOne, kStop, kSanyoBits, kNecSeen, check_aiwa},
+    {"AIWA_RC_T501", kNecLead, kNecZero, kNecOne, kStop, kSanyoBits, kProvenClocks, check_aiwa},
     {"PANASONIC",
      {1, {{{3456, 1728}}}},
      {432, 432},
      {432, 1296},
      kStop,
      kPanasonicBits,
-     {0.91, 1.09},
+     kProvenClocks,
      check_panasonic},
-    {"SANYO", kNecLead, kNecZero, kNecOne, kStop, kSanyoBits, kNecSeen, check_sanyo},
+    {"SANYO", kNecLead, kNecZero, kNecOne, kStop, kSanyoBits, kProvenClocks, check_sanyo},
     {"NEC", kNecLead, kNecZero, kNecOne, kStop, kNecBits, kNecSeen, check_nec},
     {"SAMSUNG", {1, {{{4500, 4500}}}}, kNecZero, kNecOne, kStop, kNecBits, kNecSeen, check_samsung},
     {"LG", kLgLead, kNecZero, kNecOne, kStop, kLgBits, {0.88, 1.05}, check_lg},
