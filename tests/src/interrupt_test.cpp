@@ -106,26 +106,34 @@ TEST_F(Interrupt, AfterTheCommands) {
 
 // From here on real pipes and terminals, and so real time.
 
-TEST_F(Interrupt, OfAScriptFromAPipe) {
-  process waiting(options("device", {"script", "-"}));
-  waiting.send("help version\n#");
-  ASSERT_TRUE(waiting.wait_for("show the SCM branch\n"));
-  for (int i = 0; i < 3; i++) waiting.signal(SIGINT);
-  const process_result result = waiting.finish();
-  EXPECT_TRUE(result.out.ends_with(std::string("show the SCM branch\n") + kText)) << result.out;
-  EXPECT_EQ(result.status, 1);
-  EXPECT_TRUE(closed_the_device());
+TEST_F(Interrupt, OfCommandsFromAPipe) {
+  for (const words& arguments : {words{"script", "-"}, words{"shell"}}) {
+    SCOPED_TRACE(arguments.front());
+    process waiting(options("device", arguments));
+    waiting.send("help version\n#");
+    ASSERT_TRUE(waiting.wait_for("show the SCM branch\n"));
+    for (int i = 0; i < 3; i++) waiting.signal(SIGINT);
+    const process_result result = waiting.finish();
+    EXPECT_TRUE(result.out.ends_with(kText)) << result.out;
+    EXPECT_EQ(result.status, 1);
+    EXPECT_TRUE(closed_the_device());
+  }
 }
 
-// Nothing here waits.
+// Nothing here waits; a bad line tells how far the program is.
 TEST_F(Interrupt, OfABigFile) {
-  const std::string patterns = file("patterns", repeated("9000,2250,560\n", 200'000));
-  process busy(options("device", {"decode", "--read=" + patterns}));
-  ASSERT_TRUE(busy.wait_for("++++\n\n+"));
+  const std::string pattern = "9000,2250,560\n";
+  const std::string patterns =
+      file("patterns", pattern + "no pattern\n" + repeated(pattern, 1'000'000));
+  process_options decode = options("device", {"decode", "--read=" + patterns});
+  decode.stdout_file = folder_ / "out";
+  process busy(decode);
+  ASSERT_TRUE(busy.wait_for("not a single comma\n"));
   busy.signal(SIGINT);
-  const process_result result = busy.finish();
-  EXPECT_TRUE(result.out.ends_with(std::string("\n") + kText)) << "the last line is whole";
-  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(busy.finish().status, 1);
+  std::ifstream out(decode.stdout_file);
+  const std::string text{std::istreambuf_iterator<char>(out), {}};
+  EXPECT_TRUE(text.ends_with(std::string("\n") + kText)) << "the last line is whole";
   EXPECT_TRUE(closed_the_device());
 }
 
