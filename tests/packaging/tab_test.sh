@@ -1,9 +1,10 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# tab_test.sh SHELL PREFIX: types command lines into an interactive bash, zsh or fish, presses Tab and reads
-# what the terminal shows. The shell finds the completions in PREFIX as it finds those of a system.
+# tab_test.sh SHELL PREFIX COMPANION...: types command lines into an interactive bash, zsh or fish, presses
+# Tab and reads what the terminal shows. The shell finds the completions in PREFIX as it finds those of a
+# system.
 set -euo pipefail
-shell=$1 prefix=$2
+shell=$1 prefix=$2 companions=("${@:3}")
 for program in tmux "$shell"; do
   command -v "$program" >/dev/null || { echo "skipped: no $program"; exit 77; }
 done
@@ -66,8 +67,9 @@ completes "vantrel lis" '^ready> vantrel listen'
 completes "vantrel decode --ela" '^ready> vantrel decode --elapsed'
 completes "vantrel decode --read=cap" '^ready> vantrel decode --read=captures.csv'
 completes "vantrel script cap" '^ready> vantrel script captures.csv'
-completes "vantrel-json --fir" '^ready> vantrel-json --first'
+for companion in "${companions[@]}"; do
+  completes "$companion --hel" "^ready> $companion --help"
+done
 completes "vantrel-json cap" '^ready> vantrel-json captures.csv'
-completes "vantrel-plot --his" '^ready> vantrel-plot --histogram'
 completes "vantrel sendir --" 'repeat'
 exit $((failures > 0))
