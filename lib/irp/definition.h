@@ -25,7 +25,8 @@ namespace irp {
 struct Parameter {
   std::string name;
   int64_t low = 0, high = 0;
-  ExpressionPtr preset;  // null: the parameter must be given
+  ExpressionPtr preset;     // null: the parameter must be given
+  std::string preset_text;  // as it is written, without blanks
 };
 
 struct Duration {

@@ -89,10 +89,13 @@ class Reading {
     bits_ += at;
   }
 
+  /// Bits that what the others say decides.
+  size_t check_bits() const { return bits_ - learnt_bits_; }
+
   /// Nothing when a constant differs, a parameter stays unknown or out of its range, or fewer than
   /// `wanted` bits are left to check.
   std::optional<Message> message(size_t wanted) const {
-    if (bits_ - learnt_bits_ < wanted) return {};
+    if (check_bits() < wanted) return {};
     Parameters given;
     for (const auto& [name, bits] : learnt_) given[name] = bits.value;
     try {
@@ -203,11 +206,21 @@ MessageReader::MessageReader(const Protocols& protocols) {
   for (const auto& protocol : protocols.all()) {
     if (protocols.is_decoded(*protocol)) continue;
     auto found = layout(*protocol);
-    if (found && !found->empty()) layouts_.push_back({protocol.get(), std::move(*found)});
+    if (!found) continue;
+    Reading any(*protocol);
+    for (const LayoutSection& section : *found) {
+      any.add({.lead_in = {}, .bits = std::vector<bool>(section.bits)}, section);
+    }
+    if (any.check_bits() < kFewestCheckBits) continue;
+    layouts_.push_back({protocol.get(), std::move(*found)});
   }
 }
 
 MessageReader::~MessageReader() = default;
+
+bool MessageReader::reads(const Protocol& protocol) const {
+  return std::ranges::find(layouts_, &protocol, &Layout::protocol) != layouts_.end();
+}
 
 std::optional<Message> MessageReader::read(std::span<const Section> signal) const {
   const std::vector<Piece> pieces = joined(signal);

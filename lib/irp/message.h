@@ -50,6 +50,9 @@ class MessageReader {
   /// last.
   std::optional<Message> read(std::span<const Section> signal) const;
 
+  /// Whether messages of this definition can be named.
+  bool reads(const Protocol& protocol) const;
+
  private:
   struct Layout;
   std::vector<Layout> layouts_;

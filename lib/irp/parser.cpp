@@ -284,7 +284,11 @@ class Parser {
       expect({".."});
       found.high = evaluate(*expression(), constant);
       if (found.high < found.low) throw Error("a range that ends before it begins");
-      if (accept("=")) found.preset = expression();
+      if (accept("=")) {
+        const size_t begin = at_;
+        found.preset = expression();
+        for (size_t at = begin; at < at_; ++at) found.preset_text += tokens_[at].text;
+      }
       definition.parameters.push_back(std::move(found));
       accept(",");
     }

@@ -8,39 +8,32 @@
 namespace irp {
 namespace {
 
-/// Reads a line without its end; false at the end of the text. Of a line that is too long only the
-/// head is kept, `whole` is false then.
-bool next_line(std::istream& text, std::string& line, bool& whole) {
-  line.clear();
-  whole = true;
-  for (char c = 0; text.get(c);) {
-    if (c == '\n') return true;
-    if (line.size() == Protocols::kLongestLine) {
-      whole = false;
-    } else {
-      line += c;
-    }
-  }
-  return !line.empty();
-}
-
 bool same_letters(const std::string& a, const std::string& b) {
   return strcasecmp(a.c_str(), b.c_str()) == 0;
 }
 
 }  // namespace
 
+bool next_line(std::istream& text, std::string& line, size_t longest) {
+  line.clear();
+  for (char c = 0; text.get(c);) {
+    if (c == '\n') return true;
+    if (line.size() <= longest) line += c;
+  }
+  return !line.empty();
+}
+
 std::vector<BadDefinition> Protocols::add(std::istream& text) {
   std::vector<BadDefinition> faults;
   std::string line;
-  bool whole = true, decoded = false;
-  for (size_t number = 1; next_line(text, line, whole); ++number) {
+  bool decoded = false;
+  for (size_t number = 1; next_line(text, line, kLongestLine); ++number) {
     if (line.ends_with('\r')) line.pop_back();
     if (line == "#!decoded") decoded = true;
     if (line == "#!messages") decoded = false;
     if (line.empty() || line.starts_with('#')) continue;
     const size_t tab = line.find('\t');
-    if (!whole) {
+    if (line.size() > kLongestLine) {
       faults.push_back({number, kLongestLine + 1, "the line is too long"});
     } else if (tab == std::string::npos || tab == 0) {
       faults.push_back({number, 1, "expected a name, a tab and a definition"});

@@ -24,6 +24,10 @@ struct BadDefinition {
   std::string what;
 };
 
+/// Reads a line without its end; false at the end of the text. Of a longer line than `longest`
+/// characters one more is kept.
+bool next_line(std::istream& text, std::string& line, size_t longest);
+
 class Protocols {
  public:
   static constexpr size_t kLongestLine = size_t{1} << 14;  // characters; longer ones are a fault

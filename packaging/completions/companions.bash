@@ -14,6 +14,20 @@ _vantrel_companion() {
         return
       fi
       ;;
+    vantrel-encode)
+      options+=" --repeats --to --send --from-json --list --json --definitions"
+      if [[ $previous == --to || $previous == -t ]]; then
+        mapfile -t COMPREPLY < <(compgen -W "raw csv pronto" -- "$current")
+        return
+      fi
+      if [[ $COMP_CWORD -eq 1 && $current != -* ]]; then  # names hold blanks and brackets
+        local IFS=$'\n'
+        compopt -o filenames 2>/dev/null
+        mapfile -t COMPREPLY < <(compgen -W "$("${COMP_WORDS[0]}" --list 2>/dev/null |
+          cut -f1 | sed 's/[][ {}()&]/\\&/g')" -- "$current")
+        return
+      fi
+      ;;
     vantrel-json) options+=" --first" ;;
     vantrel-plot) options+=" --svg --histogram" ;;
   esac
@@ -24,4 +38,4 @@ _vantrel_companion() {
     mapfile -t COMPREPLY < <(compgen -f -- "$current")
   fi
 }
-complete -F _vantrel_companion vantrel-convert vantrel-json vantrel-plot
+complete -F _vantrel_companion vantrel-convert vantrel-encode vantrel-json vantrel-plot
