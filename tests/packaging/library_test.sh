@@ -15,11 +15,11 @@ eval "flags=($(pkg-config --cflags --libs DecodeIR))"
 
 "$cc" "$examples/decode_signal.c" "${flags[@]}" -Wl,-rpath,"$libraries" -o "$work/in_c"
 "$cxx" -std=c++20 "$examples/decode_signal.cpp" "${flags[@]}" -Wl,-rpath,"$libraries" -o "$work/in_cpp"
-says() {  # says COMMAND...
+says() {  # says COMMAND...: beginning with the first press, however much it tells of it
   local said
   said=$("$@")
   echo "${*##*/}: $said"
-  [[ $said == "Sony12: device 1, function 18 (no repeat)" ]]
+  [[ $said == "Sony12: device 1, function 18 (no repeat)"* ]]
 }
 says "$work/in_c"
 says "$work/in_cpp"

@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
+#include <cstring>
 #include <initializer_list>
 #include <optional>
 #include <string>
@@ -30,14 +32,15 @@ struct Result {
 };
 
 /// The first result for a signal of single and repeat part (counts in bursts). `context` holds the
-/// resume state of successive calls.
+/// resume state of successive calls, `level` is that of the interface.
 inline Result call(std::vector<int> durations, int carrier, int singleCount, int repeatCount,
-                   std::array<unsigned, 16>* context = nullptr) {
+                   std::array<unsigned, 16>* context = nullptr, int level = 1) {
   std::array<unsigned, 16> fresh{};
   std::array<char, 256> protocol{};
   std::array<char, 256> misc{};
   std::array<char, 256> error{};
   Result result;
+  result.subDevice = -level;
   _DecodeIR((context != nullptr ? *context : fresh).data(), durations.data(), carrier, singleCount,
             repeatCount, protocol.data(), &result.device, &result.subDevice, &result.obc,
             result.hex.data(), misc.data(), error.data());
@@ -61,18 +64,38 @@ inline Result call(const contract::Sample& sample) {
   return call(std::move(durations), sample.carrier, sample.singleCount, sample.repeatCount);
 }
 
-/// The successive results for a signal of frames with their gaps.
+/// The successive results for a signal of frames with their gaps. Between the calls it puts back
+/// what DecodeIR.h asks for.
 class Press {
  public:
-  /// REQUIRES: an even number of durations.
-  explicit Press(std::vector<int> durations) : durations_(std::move(durations)) {}
+  /// The last `repeatCount` bursts are the repeat part; `cycles` counts the carrier's for each
+  /// burst. REQUIRES: an even number of durations.
+  explicit Press(std::vector<int> durations, int level = 1, int repeatCount = 0,
+                 std::vector<uint32_t> cycles = {})
+      : durations_(std::move(durations)),
+        level_(level),
+        repeatCount_(repeatCount),
+        cycles_(std::move(cycles)) {}
 
   Result next() {
-    return call(durations_, kCarrier, static_cast<int>(durations_.size() / 2), 0, &context_);
+    if (level_ > 2) context_[0] = (context_[0] & kStart) | (context_[2] & ~kStart);
+    const uint32_t* const table = cycles_.empty() ? nullptr : cycles_.data();
+    if (level_ >= 8) std::memcpy(&context_[6], &table, sizeof table);
+    const int bursts = static_cast<int>(durations_.size() / 2);
+    return call(durations_, kCarrier, bursts - repeatCount_, repeatCount_, &context_, level_);
   }
 
+  /// Where the last call stopped: it grows from call to call, so that they end.
+  [[nodiscard]] std::array<unsigned, 3> place() const {
+    return {context_[0] & kStart, context_[1] >> 16, context_[1] & 0xFF};
+  }
+  [[nodiscard]] const std::array<unsigned, 16>& context() const { return context_; }
+
  private:
+  static constexpr unsigned kStart = 0xFFFFF;
   std::vector<int> durations_;
+  int level_, repeatCount_;
+  std::vector<uint32_t> cycles_;
   std::array<unsigned, 16> context_{};
 };
 

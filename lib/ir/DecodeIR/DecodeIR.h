@@ -44,6 +44,9 @@ struct ir_packet; /* ir_packet.h: a captured pattern of up to 255 durations */
  *                  9  context[8]: (second repeat kind + 1) << 24 | (repeat kind + 1) << 16 |
  *                     count
  *                The high 12 bits of context[0] then say which of these were written.
+ *                Before the next call of a sequence the caller puts back what a call has replaced:
+ *                device and subDevice; above level 2 the high 12 bits of context[0], which stand
+ *                in those of context[2]; from level 8 on the pointer in context[6], [7].
  *   obc          Out: function number, -1 for none.
  *   hex          Out: four ints: the code bytes as universal-remote code tables write them, -1
  *                for none.

@@ -10,6 +10,10 @@ namespace {
 
 constexpr unsigned kStartMask = 0xFFFFF;  // context[0] holds the start burst in its low 20 bits
 constexpr int kStartBits = 20;
+// What else the resume state has room for. A key held for minutes sends more dittos.
+constexpr int kMostCountdown = 0xFFF;
+constexpr int kMostLength = 0xFFFF + 2;
+constexpr int kHighestLevel = 9;
 
 }  // namespace
 
@@ -38,7 +42,7 @@ Signal::Signal(unsigned int* context, const int* bursts, int freq, int singleCou
                        ->bounds.min_gap) {
   if (nRepeat_ > 0 && *device < -1)
     nExtra_ = *device > -(1 << kStartBits) ? -*device : 1 << kStartBits;
-  if (*subDevice < -1) interfaceLevel_ = *subDevice > -1000 ? -*subDevice : 1000;
+  if (*subDevice < -1) interfaceLevel_ = -std::max(*subDevice, -kHighestLevel);
   if (interfaceLevel_ >= 8) std::memcpy(&cycles_, &context[6], sizeof cycles_);
 
   // The resume state addresses 2^20 bursts; a longer signal is not searched at all.
@@ -72,7 +76,7 @@ Signal::Signal(unsigned int* context, const int* bursts, int freq, int singleCou
 void Signal::setPreempt(int level) {
   if (level > preemptLevel_ || (level == preemptLevel_ && frame_.length > preemptCountdown_)) {
     preemptLevel_ = level;
-    preemptCountdown_ = frame_.length;
+    preemptCountdown_ = std::min(frame_.length, kMostCountdown);
   }
 }
 
@@ -81,7 +85,7 @@ void Signal::setzContext() {
                 (static_cast<unsigned>(preemptCountdown_) << kStartBits);
   context_[1] = static_cast<unsigned>(recogniserIndex_ + 1) +
                 (static_cast<unsigned>(preemptLevel_) << 8) +
-                (static_cast<unsigned>(frame_.length - 2) << 16);
+                (static_cast<unsigned>(std::min(frame_.length, kMostLength) - 2) << 16);
 }
 
 void Signal::decode() {
@@ -124,9 +128,8 @@ bool Signal::tryFrame(const float* at) {
   if (frame_.length > longest) return false;
   for (frame_.begin(at, frame_.length); frame_.length <= longest; frame_.grow()) {
     frame_.close();
-    frame_.carrier_hz = interfaceLevel_ > 4 && cycles_ != nullptr
-                            ? getFreq(frame_.before, frame_.before + frame_.length)
-                            : freq_;
+    frame_.carrier_hz =
+        cycles_ != nullptr ? getFreq(frame_.before, frame_.before + frame_.length) : freq_;
     if (frame_.trailing_gap >= shortestGap_ && callRecognisers()) return true;
     recogniserIndex_ = 0;
   }

@@ -325,12 +325,23 @@ TEST_F(Bookkeeping, SureClaimsHoldForAsManyStartsAsTheyAreLong) {
 TEST_F(Bookkeeping, CycleCountsGiveTheCarrier) {
   const std::pair<uint32_t, unsigned> cases[] = {
       {0xABCD0000U | 570, 38000},  // the high half is not the count
+      {2, 133},                    // of the lowest that counts as one
       {1, 0},                      // not modulated
   };
   for (const auto& [cycles, carrier] : cases) {
     context_.fill(0);
     EXPECT_EQ(carrierOf(std::vector<uint32_t>(16, cycles), {{0, 4, "RC5"}}), carrier);
   }
+  // Only the frame's bursts count, whose marks differ.
+  context_.fill(0);
+  bursts_[2] = 2 * kMarkUs;
+  EXPECT_EQ(carrierOf({570, 1140, 570, 570, 9999, 9999}, {{1, 3, "RC5"}}), 38000U);
+  for (int& duration : bursts_) duration = 1;
+  context_.fill(0);
+  EXPECT_EQ(carrierOf(std::vector<uint32_t>(16, 65535), {{0, 4, "RC5"}}), unsigned{INT_MAX});
+  for (int& duration : bursts_) duration = 0;
+  context_.fill(0);
+  EXPECT_EQ(carrierOf(std::vector<uint32_t>(16, 570), {{0, 4, "RC5"}}), 0U) << "no marks at all";
 }
 
 TEST_F(Bookkeeping, ExtraPartFollowsBothRepeats) {
