@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -76,11 +77,14 @@ TEST(Csv, StopsAtTheBuffersEnd) {
   std::string line;
   for (int i = 1; i <= 51; i++) line += std::to_string(i) + ",";
   std::array<uint16_t, 51> buf;
-  buf.back() = 7;
+  buf.fill(0x7777);
   const printed full = capture([&] { EXPECT_EQ(csv_to_buf(line.c_str(), buf.data(), 101), 50); });
   EXPECT_EQ(full.err, "[E] csv_to_buf(#): more than 50 entries, the rest is cut\n");
   EXPECT_EQ(buf[49], 50);
-  EXPECT_EQ(buf[50] & 0xFF00, 0);  // the odd byte of the capacity holds no entry
+  unsigned char last[2];
+  std::memcpy(last, &buf[50], sizeof last);
+  EXPECT_EQ(last[0], 0) << "the odd byte of the capacity holds no entry";
+  EXPECT_EQ(last[1], 0x77) << "and is the last one";
 
   line = line.substr(0, line.find(",51") + 1);
   EXPECT_EQ(capture([&] { EXPECT_EQ(csv_to_buf(line.c_str(), buf.data(), 100), 50); }).err, "");

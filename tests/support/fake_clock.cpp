@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The system's sleeping and clock functions on virtual time, once a script is played.
+#include "tests/support/fake_clock.h"
+
 #include <sys/syscall.h>
 #include <sys/time.h>
 #include <unistd.h>
@@ -10,6 +12,8 @@
 #include "tests/support/fake_world.h"
 
 namespace {
+
+const timeval* stopped_at = nullptr;
 
 constexpr long kNsPerUs = 1000;
 constexpr uint64_t kUsPerSecond = 1'000'000;
@@ -24,6 +28,10 @@ uint64_t to_us(const timeval& time) {
 }
 
 }  // namespace
+
+void stop_clock_at(const timeval* time) {
+  stopped_at = time;
+}
 
 extern "C" {
 
@@ -46,8 +54,12 @@ int nanosleep(const timespec* requested, timespec* remaining) {
   return -1;
 }
 
-/// The real time, moved on by what the program believes to have slept.
+/// The real time, moved on by what the program believes to have slept, unless it is stopped.
 int gettimeofday(timeval* now, void* /*zone*/) noexcept {
+  if (stopped_at != nullptr) {
+    *now = *stopped_at;
+    return 0;
+  }
   timespec real{};
   clock_gettime(CLOCK_REALTIME, &real);
   const uint64_t us = to_us(real) + fake_usb::the_world().now;

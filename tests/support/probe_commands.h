@@ -48,6 +48,7 @@ inline int probe(int argc, const char** argv, const cmd* cmd, void* appdata, dic
 
 inline int run_itself(int /*argc*/, const char** /*argv*/, const cmd* cmd, void* appdata,
                       dictionary* /*opts*/) {
+  calls += '.';
   return run_cmd_line(cmd->name, appdata) != 0 ? -1 : 0;
 }
 

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
+#include <cstdint>
 #include <cstring>
 #include <vector>
 
@@ -30,6 +32,7 @@ TEST(Dict, KeepsCopiesUnderKeys) {
   EXPECT_EQ(dict_has_key(dict.get(), "empty"), 1);
   EXPECT_EQ(dict_has_key(dict.get(), "ke"), 0);
   EXPECT_EQ(dict_value_for_key(dict.get(), "Key", nullptr), nullptr);
+  delete_dict(nullptr);
 }
 
 TEST(Dict, KeysHashIntoTheirBuckets) {
@@ -121,6 +124,19 @@ TEST(Dict, RecordsThatAreNotWholeAreRefused) {
   }
 }
 
+// The lengths of a record have 32 bits.
+TEST(Dict, RefusesWhatItsRecordsCannotHold) {
+  const auto message_of = [](size_t size) {
+    return capture([&] { EXPECT_EQ(new_kvpair("key", nullptr, size), nullptr); }).err;
+  };
+  const std::string message =
+      "[E] lib/libdict/dict new_kvpair(#): could not allocate new key/value : ";
+  EXPECT_EQ(message_of(UINT32_MAX - 3U), message + std::strerror(EOVERFLOW) + "\n");
+  fail_allocation_after(0);
+  EXPECT_EQ(message_of(UINT32_MAX - 4U), message + std::strerror(ENOMEM) + "\n");
+  EXPECT_TRUE(stop_failing_allocations()) << "it was asked for";
+}
+
 TEST(Dict, SurvivesEveryFailedAllocation) {
   const std::string no_memory = std::strerror(ENOMEM);
   const std::string prefix = "[E] lib/libdict/dict ";
@@ -143,6 +159,12 @@ TEST(Dict, SurvivesEveryFailedAllocation) {
   fails(0, "dict_serialize(#): could not allocate serialized buffer : ", [&] {
     return dict_serialize(dict.get(), nullptr);
   });
+  const auto view = [&, bytes = before]() mutable {
+    return dict_for_buf(bytes.data(), bytes.size(), nullptr);
+  };
+  fails(0, "new_dict(#): could not allocate new dictionary : ", read);
+  fails(0, "new_dict(#): could not allocate new dictionary : ", view);
+  fails(1, no_manager, view);
   fails(1, no_pair, read);
   fails(2, no_manager, read);
   EXPECT_EQ(serialized(dict.get()), before);
