@@ -3,7 +3,7 @@
 PREFIX ?= /usr/local
 
 .PHONY: all tools setup demo test sanitize clang valgrind coverage lint cppcheck bench fuzz install \
-  dist package package-test reproducible distributions soak clean
+  dist package package-test reproducible distributions soak mutants clean
 all: tools
 	cmake --preset release
 	cmake --build --preset release
@@ -79,6 +79,10 @@ soak:
 	packaging/install-dependencies test
 	$(MAKE) all
 	bench/soak build
+
+mutants:
+	packaging/install-dependencies test
+	packaging/mutants
 
 install:
 	packaging/install-dependencies build
