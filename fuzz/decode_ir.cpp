@@ -24,7 +24,10 @@ constexpr size_t kHeaderBytes = 8;
 constexpr size_t kContextWords = 16;
 constexpr size_t kFrequencyWord = 6;
 constexpr int kFrequencyLevel = 8;
+constexpr int kLastPlainLevel = 2;
+constexpr unsigned kStartMask = 0xFFFFF;
 constexpr int kLevels = 10;
+constexpr int kPressBursts = 40;
 constexpr int kMostBursts = 110;  // some more than a frame may have
 constexpr int kMostCalls = 24;
 constexpr size_t kProtocolChars = 64;
@@ -61,8 +64,11 @@ class Input {
   std::span<const uint8_t> rest_;
 };
 
+/// Most parts are no longer than a press, as longer ones take much longer; the highest bytes stand
+/// for as many bursts as a frame may have.
 int bursts_of(uint8_t byte) {
-  return byte % (kMostBursts + 1);
+  constexpr uint8_t kFirstLong = 0xF0;
+  return byte < kFirstLong ? byte % (kPressBursts + 1) : kMostBursts - (UINT8_MAX - byte);
 }
 
 struct Call {
@@ -109,6 +115,11 @@ struct Call {
     std::memcpy(&context[kFrequencyWord], &table, sizeof table);
   }
 
+  // Where the search stopped: first burst, length, recogniser.
+  [[nodiscard]] std::array<unsigned, 3> place() const {
+    return {context[0] & kStartMask, context[1] >> 16, context[1] & 0xFF};
+  }
+
   // True when there may be more to find.
   bool ask() {
     int device_io = device;
@@ -129,9 +140,16 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (size < kHeaderBytes) return 0;
   Call call(Input({data, size}));
   std::array<unsigned, 2> table = {call.context[kFrequencyWord], call.context[kFrequencyWord + 1]};
+  auto before = call.place();
   for (int i = 0; i < kMostCalls && call.ask(); ++i) {
-    // The table's place also returns the carrier; a caller puts the pointer back.
+    // As the header asks: the pointer, whose place also returns the carrier, and what the call has
+    // replaced in word 0.
     std::copy(table.begin(), table.end(), call.context.begin() + kFrequencyWord);
+    if (call.level > kLastPlainLevel) {
+      call.context[0] = (call.context[0] & kStartMask) | (call.context[2] & ~kStartMask);
+    }
+    require(call.place() > before);  // so that the calls end
+    before = call.place();
   }
   return 0;
 }
