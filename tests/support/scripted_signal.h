@@ -172,7 +172,7 @@ inline std::optional<analysis::answer> look(const analysis::frame& seen) {
 inline offers offered(const std::vector<int>& bursts, int single, int repeat,
                       const analysis::frame_bounds& bounds = {}) {
   std::array<analysis::recogniser, 32> table;
-  table.fill({0, "none", {.min_bursts = 101}, look});
+  table.fill({0, "none", {.min_bursts = 101, .min_gap = bounds.min_gap}, look});
   table[5].bounds = bounds;
   offer = {};
   unsigned context[2] = {0, 0};

@@ -34,6 +34,11 @@ const step kX10Copy = {4, 4, "X10", -1, -1, 5, "", 20};
 const step kPrefix = {1, 6, "Blaupunkt{prefix}"}, kZeros = {2, 5, "DirecTV", 0, -1, 0};
 const step kPiece = {1, 3, "S:11-00"};
 const step kCheck = {2, 5, "XX", -1, -1, -1, "BD 00"};
+// What is longer than a name or a remark may be.
+const std::string kLetters(300, 'x');
+const char* const kLongText = kLetters.c_str();
+const std::string kLongName = kLetters.substr(0, 63) + " [no repeat]";
+const std::string kLongRemark = "RC5 [no repeat: " + kLetters.substr(0, 199) + "]";
 step async(const char* bytes) {
   return {1, 5, "Async8-", -1, -1, -1, bytes};
 }
@@ -42,7 +47,7 @@ TEST_F(Bookkeeping, CopiesAbsorbedResultsAndEnds) {
   const struct {
     const char* what;
     std::vector<step> script;
-    const char* answer;
+    std::string answer;
   } cases[] = {
       {"nothing", {}, " []"},
       {"one frame", {kToggled}, "RC5 D1 F2 [no repeat: T=1]"},
@@ -163,6 +168,11 @@ TEST_F(Bookkeeping, CopiesAbsorbedResultsAndEnds) {
       {"Mitsubishi after another code",
        {as_xmp(kRc5), {0, 5, "Mitsubishi"}, kRc5Copy},
        "RC5 D1 [no repeat]"},
+      {"a suffix of what is superseded",
+       {with_suffix({0, 4, "Gap-4-500"}, "-f16"), {1, 3, "NEC"}},
+       "NEC [no repeat]"},
+      {"a long name", {{0, 4, kLongText}}, kLongName},
+      {"a long remark", {{0, 4, "RC5", -1, -1, -1, kLongText}}, kLongRemark},
       {"a name that only begins like XMP",
        {as_xmp({0, 4, "XMPx"}), {0, 5, "Mitsubishi"}, {4, 4, "XMPx"}},
        "XMPx [no repeat]"},
@@ -194,6 +204,7 @@ TEST_F(Bookkeeping, LongPauseEndsThePress) {
 
 TEST_F(Bookkeeping, RepeatPartIsRepeatInformation) {
   const step carried = as_xmp({0, 4, "XMP-1", -1, -1, -1, "R"});
+  const step dittos = as_xmp(with_dittos({0, 4, "XMP-1"}, 1));
   const struct {
     const char* what;
     int single, repeat, device;
@@ -211,6 +222,11 @@ TEST_F(Bookkeeping, RepeatPartIsRepeatInformation) {
       {"of a plain name, too", 4, 7, -1, {kXmp, {4, 4, "XMP-2"}}, "XMP []", 4},
       {"not apart from the frame", 4, 7, -1, {carried, {5, 4, "XMP-2"}}, "XMP-1 [R]", 0},
       {"not of another code", 4, 7, -1, {carried, {4, 4, "RC5"}}, "XMP-1 [R]", 0},
+      {"counted dittos leave a burst out", 4, 7, -1, {dittos, {5, 4, "XMP-2"}}, "XMP-1 []", 5},
+      {"or none", 4, 7, -1, {dittos, {4, 4, "XMP-2"}}, "XMP-1 []", 4},
+      {"not two", 4, 7, -1, {dittos, {6, 4, "XMP-2"}}, "XMP-1 []", 0},
+      {"nor without dittos", 4, 7, -1, {from_row(carried, 10), {5, 4, "XMP-2"}}, "XMP-1 [R]", 0},
+      {"nor by another", 4, 7, -1, {from_row(dittos, 9), {5, 4, "XMP-2"}}, "XMP-1 []", 0},
       {"not without its flag", 4, 7, -1, {kXmpPlain, {4, 4, "XMP-2"}}, "XMP []", 0},
   };
   for (const auto& c : cases) {
@@ -286,6 +302,11 @@ TEST_F(Bookkeeping, RepeatsHaveAKindAndACount) {
       {"old RCA", {with_variant(kRca)}, -1, 11, 1},
       {"new RCA", {kRca}, -1, 1, 1},
       {"JVC by its repeats", {with_kinds(kJvc, 6, 7)}, 7, 1, 1},
+      {"not as one said of what is superseded",
+       {with_kinds({0, 4, "Gap-4-500"}, 6, 7), {1, 3, "RC5"}},
+       -1,
+       1,
+       1},
       {"as a recogniser says", {with_kinds(kRc5, 6, 7), kRc5Copy}, 7, 6, 2},
   };
   for (const auto& c : cases) {
@@ -367,6 +388,8 @@ TEST_F(Bookkeeping, CycleCountsKnowTheRepeatPartOnce) {
   std::vector<uint32_t> cycles(12, 570);
   std::fill(cycles.begin() + 7, cycles.end(), 285);  // the extra part's
   EXPECT_EQ(carrierOf(cycles, {{11, 5, "RC6"}}, -5), 19000U);
+  context_.fill(0);
+  EXPECT_EQ(carrierOf(cycles, {{6, 3, "RC6"}}), 38000U) << "across both copies";
 }
 
 // Marks, and spaces between them, that start no frame; a mark of 20000 starts one.
@@ -433,6 +456,17 @@ TEST(Search, FramesStartAfterAGapAndGrowToTheEnd) {
     to_the_hundredth += "0+" + std::to_string(length) + ' ';
   }
   EXPECT_EQ(offered(std::vector<int>(204, 500), 102, 0).seen, to_the_hundredth);
+}
+
+// The resume state has room for the place of every burst.
+TEST_F(Bookkeeping, SignalsOfMoreThanTwentyBitsAreNotSearched) {
+  bursts_.assign(size_t{2} << 20, kMarkUs);
+  const std::pair<int, const char*> cases[] = {{0xFFFFF, "RC5 [no repeat]"}, {0x100000, " []"}};
+  for (const auto& [bursts, answer] : cases) {
+    single_ = bursts;
+    context_ = {0xFFFF0};
+    EXPECT_EQ(press({{0xFFFFC, 3, "RC5"}}), answer) << bursts;
+  }
 }
 
 TEST(Search, TellsTheRecognisersOfTheFrame) {

@@ -41,6 +41,7 @@ TEST(Statistics, BurstsKeepTheirEndsAndTheWidestDifference) {
       {"equal lengths count in the ends", {500, 500, 500}, {}, "500 500 500 500 500 500 500 500 "},
       {"a length inside splits", {500, 1700}, {1000}, "500 1000 1700 1000 1700 500 1000 1700 "},
       {"a far end takes over", {500, 600}, {900}, "500 600 900 600 900 500 600 900 "},
+      {"an end as far does not", {500, 900}, {100}, "100 500 900 500 900 100 500 900 "},
       {"a near end does not", {500, 900}, {1200}, "500 900 1200 500 900 500 900 1200 "},
   };
   for (const auto& c : cases) {
