@@ -82,8 +82,14 @@ struct expectation {
   std::string messages = {};
 };
 
+/// Shows warnings only where some are expected, so that an error must come as one.
+inline void show_levels_of(const std::string& messages) {
+  set_loglevel(messages.find("[W]") == std::string::npos ? 1 : 2);
+}
+
 inline void expect_words(std::vector<const char*> words, const expectation& expected) {
   SCOPED_TRACE(testing::PrintToString(words));
+  show_levels_of(expected.messages);
   calls.clear();
   const printed text = capture([&] {
     EXPECT_EQ(run_cmds(static_cast<int>(words.size()), words.data(), &calls), expected.result);
@@ -93,6 +99,7 @@ inline void expect_words(std::vector<const char*> words, const expectation& expe
 }
 
 inline void expect_line(const std::string& line, const expectation& expected) {
+  show_levels_of(expected.messages);
   calls.clear();
   const printed text =
       capture([&] { EXPECT_EQ(run_cmd_line(line.c_str(), &calls), expected.result) << line; });

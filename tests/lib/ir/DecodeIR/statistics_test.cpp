@@ -54,6 +54,18 @@ TEST(Statistics, BurstsKeepTheirEndsAndTheWidestDifference) {
   }
 }
 
+TEST(Statistics, AFullSetKeepsItsLengths) {
+  setBurst set;
+  for (int i = 1; i <= setBurst::kMostLengths; ++i) {
+    const float burst[] = {0, 10.0F * static_cast<float>(i)};
+    set.insert1(burst);
+  }
+  const float beyond[] = {0, 5000};
+  set.insert1(beyond);
+  set.findMid();
+  EXPECT_EQ(state(set), "10 20 30 10 20 990 1000 5000 ");
+}
+
 TEST(Statistics, ClearedSetStartsOver) {
   setBurst set;
   const std::string fresh = state(set);
