@@ -6,6 +6,7 @@
 #include <array>
 #include <climits>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -379,6 +380,8 @@ TEST_F(Bookkeeping, ExtraPartFollowsBothRepeats) {
   EXPECT_EQ(press({{8, 4, "RC5"}}, -5), "RC5 []");
   EXPECT_EQ(context_[0], 0xFFFFFU) << "by one burst";
   context_.fill(0);
+  EXPECT_EQ(press({{11, 2, "RC5"}}, -2), "RC5 []") << "the shortest";
+  context_.fill(0);
   EXPECT_EQ(press(script, INT_MIN), " []") << "more than any signal has";
 }
 
@@ -461,11 +464,17 @@ TEST(Search, FramesStartAfterAGapAndGrowToTheEnd) {
 // The resume state has room for the place of every burst.
 TEST_F(Bookkeeping, SignalsOfMoreThanTwentyBitsAreNotSearched) {
   bursts_.assign(size_t{2} << 20, kMarkUs);
-  const std::pair<int, const char*> cases[] = {{0xFFFFF, "RC5 [no repeat]"}, {0x100000, " []"}};
-  for (const auto& [bursts, answer] : cases) {
-    single_ = bursts;
-    context_ = {0xFFFF0};
-    EXPECT_EQ(press({{0xFFFFC, 3, "RC5"}}), answer) << bursts;
+  const std::tuple<int, int, const char*> cases[] = {
+      {0xFFFFF, 0, "RC5 [no repeat]"},
+      {0x100000, 0, " []"},
+      {0xFFFF3, 6, "RC5 []"},  // which stands twice
+      {0xFFFF4, 6, " []"},
+  };
+  for (const auto& [single, repeat, answer] : cases) {
+    single_ = single;
+    repeat_ = repeat;
+    context_ = {0xFFFE0};
+    EXPECT_EQ(press({{0xFFFF0, 3, "RC5"}}), answer) << single;
   }
 }
 
