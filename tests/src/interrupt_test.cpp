@@ -104,6 +104,13 @@ TEST_F(Interrupt, AfterTheCommands) {
   expect_ends("after a command that failed", "device\nsigint write 2", {"sendir"}, "");
 }
 
+// The waits of the close last as long as ever, whatever comes.
+TEST_F(Interrupt, DrainsTheDeviceAsEver) {
+  run("device\nat 1000 sigint\nat 1050 sigint\nat 1150 sigint", {"listen"});
+  EXPECT_TRUE(ended_with({"read 64 id 1 100 -> 0", "read 64 id 3 100 -> 0", "read 64 id 5 100 -> 0",
+                          "close", "exit"}));
+}
+
 // From here on real pipes and terminals, and so real time.
 
 TEST_F(Interrupt, OfCommandsFromAPipe) {

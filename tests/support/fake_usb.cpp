@@ -77,10 +77,17 @@ void unplug(device& target) {
   target.input.clear();
 }
 
-/// The handler may end the program; when it returns, the wait it came in is cut short.
+/// The handler may end the program; when it returns, the wait it came in is cut short. A blocked
+/// signal leaves the wait alone.
+void come(int signal) {
+  sigset_t blocked;
+  sigprocmask(SIG_BLOCK, nullptr, &blocked);
+  the_world().interrupted = sigismember(&blocked, signal) == 0;
+  std::raise(signal);
+}
+
 void interrupt_program() {
-  the_world().interrupted = true;
-  std::raise(SIGINT);
+  come(SIGINT);
 }
 
 void wait_for_signal() {
@@ -264,9 +271,9 @@ bool world::advance(uint64_t until, const std::function<bool()>& ready) {
     if (tick_at < event_at) {
       now = tick_at;
       next_tick = now + tick_period;
-      std::raise(SIGALRM);
-      interrupted = true;
-      return false;
+      come(SIGALRM);
+      if (interrupted) return false;
+      continue;
     }
     const auto event = events.extract(events.begin());
     now = std::max(now, event.key());

@@ -75,11 +75,15 @@ class DeviceProgramTest : public ProgramTest {
     return std::count(all.begin(), all.end(), call);
   }
 
-  /// Whether closing the device was the last thing that the run did.
-  [[nodiscard]] bool closed_the_device() const {
+  /// Whether these were the last library calls of the run.
+  [[nodiscard]] bool ended_with(const words& expected) const {
     const words all = calls();
-    return all.size() > 2 && all[all.size() - 2] == "close" && all.back() == "exit";
+    return all.size() >= expected.size() &&
+           std::equal(expected.rbegin(), expected.rend(), all.rbegin());
   }
+
+  /// Whether closing the device was the last thing that the run did.
+  [[nodiscard]] bool closed_the_device() const { return ended_with({"close", "exit"}); }
 
  private:
   [[nodiscard]] words calls() const {
