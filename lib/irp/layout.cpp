@@ -7,7 +7,7 @@
 namespace irp {
 namespace {
 
-constexpr int64_t kMostPasses = 8;  // of a part that is sent a fixed number of times
+constexpr int kMostItems = 5000;  // of one pass; parts within parts could repeat for ever
 
 /// Why a definition cannot be read.
 struct Unreadable {};
@@ -31,12 +31,15 @@ class Walk {
     }
     const bool first = stream.endless && sections_.empty() && now_.bits == 0;
     const int64_t passes = first ? std::max<int64_t>(stream.least, 1) : stream.least;
-    if (passes > kMostPasses) throw Unreadable();
-    for (int64_t i = 0; i < passes; ++i) walk(stream.body, has_symbols);
+    for (int64_t i = 0; i < passes; ++i) {
+      count();
+      walk(stream.body, has_symbols);
+    }
   }
 
   void walk(const Stream::Items& items, bool has_symbols) {
     for (const auto& item : items) {
+      count();
       if (const auto* field = std::get_if<Field>(&item)) {
         if (!has_symbols) throw Unreadable();
         note(*field);
@@ -48,6 +51,10 @@ class Walk {
         throw Unreadable();  // what follows differs from frame to frame
       }
     }
+  }
+
+  void count() {
+    if (++items_ > kMostItems) throw Unreadable();
   }
 
   /// Each symbol is a mark and a space, and longer than the one before it.
@@ -115,6 +122,7 @@ class Walk {
   const Definition& definition_;
   std::vector<LayoutSection> sections_;
   LayoutSection now_;
+  int items_ = 0;
   bool stopped_ = false;  // the mark behind the last bit has come
 };
 

@@ -19,7 +19,7 @@ constexpr double kLeadInShare = 0.15;
 constexpr int kEdgeUs = 150;
 // Gaps vary more: 11 to 17 ms for one of 13, 5.5 to 7.4 for one of 7.4.
 constexpr double kGapShare = 0.4;
-// A lone mark below this, in a gap, is a spike.
+// A mark below this, where a lead-in would begin behind a gap, is a spike.
 constexpr int kSpikeUs = 300;
 // Lead-ins whose lengths differ by less than this share cannot be told apart.
 constexpr double kAlikeShare = 0.05;
@@ -41,21 +41,21 @@ struct Piece {
   size_t place;
 };
 
-/// Sections without bits lead in the next one; those behind the last bit are left out.
+/// Sections without bits lead in the next one; those behind the last bit are left out. A spike in a
+/// gap belongs to the gap.
 std::vector<Piece> joined(std::span<const Section> signal) {
   std::vector<Piece> found;
   std::vector<int> lead_in;
   for (size_t i = 0; i < signal.size(); ++i) {
     const Section& now = signal[i];
-    const bool spike = now.bits.empty() && now.lead_in.size() == 1 && now.lead_in[0] < kSpikeUs;
-    if (spike && !found.empty() && lead_in.empty()) {
-      found.back().section.gap_us += now.lead_in[0] + now.gap_us;
-      continue;
-    }
     lead_in.insert(lead_in.end(), now.lead_in.begin(), now.lead_in.end());
     if (now.bits.empty()) {
       lead_in.push_back(now.gap_us);
       continue;
+    }
+    if (!found.empty() && lead_in.size() >= 2 && lead_in[0] < kSpikeUs) {
+      found.back().section.gap_us += lead_in[0] + lead_in[1];
+      lead_in.erase(lead_in.begin(), lead_in.begin() + 2);
     }
     found.push_back({{std::move(lead_in), now.bits, now.gap_us}, i});
     lead_in.clear();

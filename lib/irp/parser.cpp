@@ -14,7 +14,8 @@ namespace {
 
 constexpr int kDefaultCarrierHz = 38000;
 constexpr int64_t kUsPerSecond = 1'000'000;
-constexpr int kDeepest = 40;  // brackets and signs within each other
+constexpr int kDeepest = 40;             // brackets and signs within each other
+constexpr int kLongestExpression = 500;  // values and operators
 
 class Parser {
  public:
@@ -103,8 +104,10 @@ class Parser {
     throw SyntaxError(tokens_[std::min(at_, tokens_.size() - 1)].column, what);
   }
 
+  /// Long expressions would make a signal of many fields take for ever.
   template <typename Node>
-  static ExpressionPtr tree(Node node) {
+  ExpressionPtr tree(Node node) {
+    if (++nodes_ > kLongestExpression) fail("an expression that is too long");
     return std::make_shared<const Expression>(Expression{std::move(node)});
   }
 
@@ -197,6 +200,7 @@ class Parser {
   }
 
   Stream::Item item(int level) {
+    nodes_ = 0;
     if (token() == "<" || (token() == "(" && !bracketed_field())) {
       return std::make_shared<const Stream>(stream());
     }
@@ -269,6 +273,7 @@ class Parser {
     while (!accept("}")) {
       std::string defined = name();
       expect({"="});
+      nodes_ = 0;
       definition.names[std::move(defined)] = expression();
       accept(",");
     }
@@ -277,6 +282,7 @@ class Parser {
   void parameters(Definition& definition) {
     while (!accept("]")) {
       Parameter found;
+      nodes_ = 0;
       found.name = name();
       accept("@");
       expect({":"});
@@ -298,6 +304,7 @@ class Parser {
   size_t at_ = 0;
   size_t column_ = 1;  // of the token taken last
   int depth_ = 0;
+  int nodes_ = 0;  // of the expression being read
 };
 
 }  // namespace

@@ -10,7 +10,7 @@ namespace irp {
 namespace {
 
 constexpr size_t kFirstLaterLast = 3;  // [first][later][last]
-constexpr int kMostSteps = 1'000'000;  // items and symbols of one signal, so that any text ends
+constexpr int kMostSteps = 300'000;    // items and symbols of one signal, so that any text ends
 
 /// The longest variation of a stream: how many kinds of passes it has.
 size_t passes(const Stream& stream) {

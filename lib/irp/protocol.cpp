@@ -8,8 +8,8 @@
 namespace irp {
 namespace {
 
-constexpr int kDeepest = 40;             // names that stand for names
-constexpr int kMostLookups = 1'000'000;  // of one signal, so that any definition ends
+constexpr int kDeepest = 40;           // names that stand for names
+constexpr int kMostLookups = 300'000;  // of one signal, so that any definition ends
 
 /// Looks names up; definitions may use others, but not for ever.
 class Names {

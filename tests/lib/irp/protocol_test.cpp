@@ -76,6 +76,8 @@ std::string faults(const std::string& text) {
 }
 
 TEST(Irp, SaysWhereANotationIsWrong) {
+  std::string many;
+  for (int i = 0; i < 1000; ++i) many += "+1";
   const std::pair<std::string, const char*> kCases[] = {
       {"no tab", "1:1: expected a name, a tab and a definition\n"},
       {"a\t{38k,500}<1|-1>(20", "1:21: expected ')', found the end\n"},
@@ -86,6 +88,8 @@ TEST(Irp, SaysWhereANotationIsWrong) {
        "1:22: not a number of at most 63 bits: 99999999999999999999\n"},
       {"a\t{38k}(1)[F:2..1]", "1:17: a range that ends before it begins\n"},
       {"a\t{38k}" + std::string(100'000, '('), "1:16385: the line is too long\n"},
+      {"a\t{38k}(1){A=" + std::string(1000, '#') + "1}", "1:54: nested too deep\n"},
+      {"a\t{38k}(1){A=1" + many + "}", "1:1015: an expression that is too long\n"},
       {"a\t{38k}" + std::string(1000, '(') + std::string(1000, ')'), "1:48: nested too deep\n"},
       {"a\t{38k}(1){C=" + std::string(1000, '-') + "1}", "1:54: nested too deep\n"},
   };
@@ -101,6 +105,7 @@ TEST(Irp, EndsWhateverADefinitionAsksFor) {
       "{38k}(A,1){A=A+1}",                 // a name that needs itself
       "{38k}(A,1){A=B+B+B+B+B+B+B+B,B=C+C+C+C+C+C+C+C,C=D+D+D+D+D+D+D+D,D=E+E+E+E+E+E+E+E,"
       "E=F+F+F+F+F+F+F+F,F=G+G+G+G+G+G+G+G,G=H+H+H+H+H+H+H+H,H=I+I+I+I+I+I+I+I,I=1}",
+      "{38k}((((((((1:1,1,-1)9)9)9)9)9)9)",
       "{38k}((2**99),1)",
       "{38k}(9999999999999,1)",
       "{38k}<1,-1|1,-3>(0:63)",
