@@ -190,6 +190,7 @@ TEST_F(Transport, ReportsDataPacketsThatAreNotAcknowledged) {
     EXPECT_EQ(text.out, out);
     EXPECT_EQ(data, result == 0 ? buffer{} : counting_up());
   };
+  acknowledgement = 0;
   accepted = -7;
   expect(-7, "dev_send_data: send packet error\n");
   accepted = 1;
