@@ -94,4 +94,28 @@ constexpr bool last_mark_is_plausible(double us, double sent_us, bool proven) {
 constexpr unsigned kLongestStrayUs = 200;
 constexpr unsigned kShortestGapUs = 5000;
 
+// --- The signal analysis -----------------------------------------------------------------------
+// Its readers hold each duration to narrower bounds than the matchers, since they look at every
+// stretch of a signal; so the limits of what a receiver does to all of a frame are its own.
+
+/// By how much the first mark may be longer while the gain settles: a fraction of the mark, and at
+/// most a fraction of the space behind it, which pays for it. Wider, and the edge between the two
+/// has more than one place; tighter, and the first frame of a press is lost. It rests on rendered
+/// frames whose first mark has grown by 15 to 25 %.
+constexpr float kSettlingMark = 0.3F;
+constexpr float kSettlingLead = 0.28F;  // of pulse distance: at 0.3 noise makes a repeat frame
+constexpr float kSettlingSpace = 0.33F;
+constexpr float settling(float mark, float space, float fraction = kSettlingMark) {
+  return std::min(fraction * mark, kSettlingSpace * space);
+}
+
+/// The bias, in µs, by what a reader knows of a code. Wider, and a code of other marks is read;
+/// tighter, and weak signals are lost. Rendered frames have -40 to 120.
+constexpr float kLeastBiasUs = -200;        // of pulse distance, which reads bits from bursts
+constexpr float kMostBiasUs = 220;          // the same
+constexpr float kMostExpectedBiasUs = 180;  // of a frame compared with what it should look like
+constexpr float kMostDittoBiasUs = 150;     // of a repeat frame, which has two marks to tell it by
+constexpr float kMostUnitBiasUs = 250;      // of durations in whole units ...
+constexpr float kMostUnitBias = 0.65F;      // ... and as a fraction of a unit: beyond it another
+                                            // number of units is as likely
 }  // namespace receiver

@@ -6,8 +6,10 @@
 // behind it.
 #pragma once
 
+#include <optional>
 #include <span>
 
+#include "lib/ir/DecodeIR/refusal.h"
 #include "lib/ir/DecodeIR/statistics.h"
 
 namespace analysis {
@@ -29,6 +31,7 @@ struct frame {
   float largest_us = 0;          // its longest mark or space, the trailing gap excluded
   int carrier_hz = 0;            // 0: not known, or not modulated
   int preempt_level = 0;         // of a claim that this frame begins inside of
+  refusal_listener* listener = nullptr;  // whom refusals are told; the caller's
   setOn on_times;
   setOff off_times;  // without the trailing gap
   setBurst burst_lengths;
@@ -55,6 +58,12 @@ struct frame {
   /// these limits, and at least `extra` µs of the frame follow it.
   [[nodiscard]] bool lead_in(float minTotal, float maxTotal, float maxOn, float minOff,
                              float extra) const;
+
+  /// For recognisers: tells the listener, if there is one, and is no answer.
+  std::nullopt_t refused(const refusal& why, const char* protocol = nullptr) const {
+    if (listener != nullptr) listener->refused(protocol, why);
+    return std::nullopt;
+  }
 
   /// How the search lets a frame grow: from `bursts` bursts at `at`, whose last one `close` takes
   /// in; `grow` puts its gap inside and makes the next burst the last one.

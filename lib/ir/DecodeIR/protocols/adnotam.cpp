@@ -43,6 +43,7 @@ constexpr row kRows[] = {
      .check_bits = 1 + 23,
      .check = sends_both_twice},
 };
+static_assert(are_sound(kRows));
 
 }  // namespace
 

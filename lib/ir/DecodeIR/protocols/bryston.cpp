@@ -26,6 +26,7 @@ constexpr pulse_width kWire{
 constexpr row kRows[] = {
     {.name = "Bryston", .wire = &kWire, .device = {0, 10}, .function = {10, 8}},
 };
+static_assert(are_sound(kRows));
 
 }  // namespace
 

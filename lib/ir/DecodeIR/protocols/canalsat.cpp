@@ -76,6 +76,7 @@ constexpr row kRows[] = {
      .mirrors = {{21, 22, 1}},
      .finish = tell_start},
 };
+static_assert(are_sound(kRows));
 
 }  // namespace
 

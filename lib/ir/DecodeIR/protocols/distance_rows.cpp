@@ -186,6 +186,7 @@ constexpr row kRows[] = {
     {.name = "pid-0001", .wire = &kPid0001, .msb = true, .function = {0, 5}},
     {.name = "pid-0004", .wire = &kPid0004, .msb = true, .function = {0, 6}},
 };
+static_assert(are_sound(kRows));
 
 // clang-format on
 
@@ -219,6 +220,10 @@ constexpr row_index kIndex;
 static_assert(kIndex.first[kMostBursts + 1] == kRowCount, "a row is longer than a frame may be");
 
 }  // namespace
+
+std::span<const row* const> distance_rows() {
+  return kIndex.rows;
+}
 
 std::span<const row* const> distance_rows(int bursts) {
   if (bursts < 0 || bursts > kMostBursts) return {};

@@ -34,7 +34,8 @@ bool complements(const bit_buffer& bits, int first) {
 
 std::optional<answer> elan(const frame& seen) {
   slicer frame;
-  if (seen.length != kBursts || !frame.slice(seen, kRule)) return {};
+  if (seen.length != kBursts) return {};
+  if (!frame.slice(seen, kRule)) return seen.refused(frame.why());
   if (frame.units(2 * kMiddle) != 2 || frame.units(2 * kMiddle + 1) != 2) return {};
   bit_buffer bits;
   if (!read_pairs(frame, 1, kHalf, kBit, &bits)) return {};

@@ -131,6 +131,7 @@ constexpr row kRows[] = {
      .function = {24, 8},
      .constants = {{0, 24, 0xF48080}}},
 };
+static_assert(are_sound(kRows));
 
 }  // namespace
 

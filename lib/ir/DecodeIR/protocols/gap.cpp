@@ -16,6 +16,7 @@
 
 #include "lib/ir/DecodeIR/protocols/protocols.h"
 #include "lib/ir/DecodeIR/protocols/rows.h"
+#include "lib/ir/receiver.h"
 
 namespace analysis {
 namespace {
@@ -34,8 +35,6 @@ struct lone_ditto {
 
 constexpr float kDittoFastest = 0.93F;
 constexpr float kDittoSlowest = 1.07F;
-constexpr float kDittoLeastBiasUs = -150;
-constexpr float kDittoLongestBiasUs = 150;
 constexpr lone_ditto kLoneDittos[] = {
     {"NEC", {564, {16, 8}, 1, 1, 3, 32}, {{16, 4}}},
     {"NECx", {564, {8, 8}, 1, 1, 3, 32}, {{8, 8}, 1}},
@@ -56,8 +55,14 @@ std::optional<answer> read_distance(const frame& seen) {
   reading fitted{seen, nullptr, {}, {}};
   for (const row* const candidate : distance_rows(seen.length)) {
     const pulse_distance& wire = *candidate->wire.distance;
-    if (seen.trailing_gap < wire.min_gap || seen.gap_before < wire.min_before ||
-        seen.gap_before > wire.max_before) {
+    if (seen.trailing_gap < wire.min_gap) {
+      seen.refused({reason::gap_behind, -1, seen.trailing_gap, wire.min_gap, kAnyUs},
+                   candidate->name);
+      continue;
+    }
+    if (seen.gap_before < wire.min_before || seen.gap_before > wire.max_before) {
+      seen.refused({reason::gap_before, -1, seen.gap_before, wire.min_before, wire.max_before},
+                   candidate->name);
       continue;
     }
     const int level = candidate->redundancy() >= kFewestCheckBits ? kCheckedLevel : kTimingLevel;
@@ -67,11 +72,18 @@ std::optional<answer> read_distance(const frame& seen) {
       fitted.bits = {};
       fits = read_pulse_distance(wire, seen.first, &fitted.bits, &fitted.fit);
     }
-    if (!fits) continue;
     fitted.from = candidate;
-    if (!is_sure(fitted) || !fitted.checks_hold()) continue;
-    std::optional<answer> found = fitted.read();
-    if (!found) continue;
+    std::optional<answer> found;
+    refusal why = fitted.fit.why;
+    if (fits) {
+      const bool sure = is_sure(fitted);
+      why.why = sure ? reason::check : reason::damage;
+      if (sure && fitted.checks_hold()) found = fitted.read();
+    }
+    if (!found) {
+      seen.refused(why, candidate->name);
+      continue;
+    }
     found->level = level;
     if (candidate->repeat != nullptr) {
       count_dittos(seen, wire, *candidate->repeat, fitted.fit.scale, fitted.fit.bias, &*found);
@@ -93,7 +105,8 @@ std::optional<answer> read_ditto(const frame& seen) {
     const float unit = lone.wire.unit * scale;
     const float first = seen.on(0) - lone.form.lead.on * unit;
     const float last = seen.on(bursts - 1) - lone.wire.mark * unit;
-    const float bias = std::clamp(std::min(first, last), kDittoLeastBiasUs, kDittoLongestBiasUs);
+    const float bias =
+        std::clamp(std::min(first, last), -receiver::kMostDittoBiasUs, receiver::kMostDittoBiasUs);
     const float* const end = seen.first + ptrdiff_t{2} * bursts;
     if (!is_ditto(lone.wire, lone.form, seen.first, end, scale, bias)) continue;
     answer found{lone.name};

@@ -16,6 +16,7 @@
 
 #include "lib/ir/DecodeIR/protocols/protocols.h"
 #include "lib/ir/DecodeIR/readers/levels.h"
+#include "lib/ir/receiver.h"
 
 namespace analysis {
 namespace {
@@ -23,7 +24,7 @@ namespace {
 constexpr slice_rule kRule{.unit_us = 578, .longest = 4};
 constexpr float kLeadUs[] = {806, 2960, 1346};
 constexpr float kLeadToleranceUs = 0.35F * 578;
-constexpr float kSettlingUs = 0.25F * 806;  // by which the first mark may be longer still
+constexpr float kSettlingUs = receiver::settling(806, 2960);  // may make the first mark longer
 constexpr int kSymbols = 8;
 constexpr four_phase kCode{6, {0b110000, 0b101000, 0b100100, 0b100010}};
 

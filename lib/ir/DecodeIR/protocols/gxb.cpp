@@ -46,6 +46,7 @@ constexpr row kRows[] = {
      .check = has_odd_parity,
      .finish = name_by_bits},
 };
+static_assert(are_sound(kRows));
 
 }  // namespace
 

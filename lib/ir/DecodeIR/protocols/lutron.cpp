@@ -41,7 +41,8 @@ std::optional<answer> lutron(const frame& seen) {
   if (seen.on(0) < (kStartLevels - 0.5F) * kUnitUs) return {};
   if (seen.off_times.largest > (kLongestRun + 0.5F) * kUnitUs) return {};
   slicer frame;
-  if (!frame.slice(seen, kRule) || frame.first_damaged() || frame.last_damaged()) return {};
+  if (!frame.slice(seen, kRule)) return seen.refused(frame.why());
+  if (frame.first_damaged() || frame.last_damaged()) return seen.refused({reason::damage});
   bit_buffer bits = frame.bits();
   bits.decodeRaw(kStartLevels + kCodeLevels);
   if (!bits.atEnd() || bits.getLsb(0, kStartLevels) != 0xFF) return {};

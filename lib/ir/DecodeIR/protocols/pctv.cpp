@@ -46,12 +46,12 @@ std::optional<answer> pctv(const frame& seen) {
   // Of ones alone: the receiver may have cut the last mark, which is all that the frame has.
   if (seen.length == 2 && seen.on(1) >= frame::kLongestInsideUs) return found;
   slicer frame;
-  if (!frame.slice(seen, kRule)) return {};
+  if (!frame.slice(seen, kRule)) return seen.refused(frame.why());
   bit_buffer bits = frame.bits();
   bits.decodeRaw(kLeadLevels + kDataBits + kStopLevels);
   if (!bits.atEnd() || msb(bits.getLsb(0, kLeadLevels), kLeadLevels) != kLead ||
       bits.getLsb(kLeadLevels + kDataBits, kStopLevels) != kStop) {
-    return {};
+    return seen.refused({reason::edge});
   }
   found.device = bits.lsb_number(kLeadLevels, 8);
   found.function = bits.lsb_number(kLeadLevels + 8, 8);

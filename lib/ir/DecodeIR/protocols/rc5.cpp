@@ -68,7 +68,8 @@ std::optional<answer> rc5(const frame& seen) {
   const bool paused = seen.off_times.largest > (kPause - 1) * kUnitUs;
   slicer frame;
   bit_buffer bits;
-  if (!slice(seen, paused, &frame) || !read_bits(frame, paused, &bits)) return {};
+  if (!slice(seen, paused, &frame)) return seen.refused(frame.why());
+  if (!read_bits(frame, paused, &bits)) return seen.refused({reason::edge});
   bits.makeMsb();
   const auto number = [&](int first, int width) {
     return static_cast<int>(bits.getMsb(first, width));

@@ -42,7 +42,10 @@ constexpr unsigned kEntoneHead[] = {0xE60396, 0xFFFFF};  // the first 24 and the
 /// The start bit and the mode, the toggle, and what follows it.
 bool read_frame(const frame& seen, bit_buffer* head, bit_buffer* data) {
   slicer frame;
-  if (!frame.slice(seen, kRule)) return false;
+  if (!frame.slice(seen, kRule)) {
+    seen.refused(frame.why());
+    return false;
+  }
   level_reader reader(frame, 2);
   return reader.bits(4, kCoding, head) && reader.bits(1, kCoding, head, kToggleWidth) &&
          head->getBit(0) == 1 && reader.rest(kMostBits, kCoding, data);

@@ -76,17 +76,18 @@ std::optional<answer> reading::read() const {
 
 std::optional<answer> read_rows(std::span<const row> rows, const frame& seen) {
   for (const row& candidate : rows) {
-    const bool fits_length = candidate.wire.width != nullptr
-                                 ? candidate.wire.width->bursts() == seen.length
-                                 : candidate.wire.phase->fewest_bursts() <= seen.length &&
-                                       seen.length <= candidate.wire.phase->most_bursts();
-    if (!fits_length) continue;
+    const coding& wire = candidate.wire;
+    refusal why{reason::bursts, -1, static_cast<float>(seen.length),
+                static_cast<float>(wire.fewest_bursts()), static_cast<float>(wire.most_bursts())};
     reading fitted{seen, &candidate, {}, {}};
-    const bool fits = candidate.wire.width != nullptr
-                          ? read_pulse_width(seen, *candidate.wire.width, &fitted.bits)
-                          : read_bi_phase(seen, *candidate.wire.phase, &fitted.bits);
-    if (!fits || !fitted.checks_hold()) continue;
-    if (auto found = fitted.read()) return found;
+    const bool fits =
+        seen.length >= wire.fewest_bursts() && seen.length <= wire.most_bursts() &&
+        (wire.width != nullptr ? read_pulse_width(seen, *wire.width, &fitted.bits, &why)
+                               : read_bi_phase(seen, *wire.phase, &fitted.bits, &why));
+    if (fits && fitted.checks_hold()) {
+      if (auto found = fitted.read()) return found;
+    }
+    seen.refused(fits ? refusal{reason::check} : why, candidate.name);
   }
   return {};
 }

@@ -54,10 +54,21 @@ class coding {
   [[nodiscard]] constexpr int bits() const {
     return distance != nullptr ? distance->bits : width != nullptr ? width->bits : phase->bits;
   }
+  [[nodiscard]] constexpr int fewest_bursts() const {
+    return phase != nullptr ? phase->fewest_bursts() : bursts();
+  }
+  [[nodiscard]] constexpr int most_bursts() const {
+    return phase != nullptr ? phase->most_bursts() : bursts();
+  }
 
   const pulse_distance* distance = nullptr;
   const pulse_width* width = nullptr;
   const bi_phase_code* phase = nullptr;
+
+ private:
+  [[nodiscard]] constexpr int bursts() const {
+    return distance != nullptr ? distance->bursts() : width->bursts();
+  }
 };
 
 struct row;
@@ -110,11 +121,45 @@ struct row {
   }
 };
 
+/// Whether a row means what it says: fields lie inside the frame and are numbers of 32 bits,
+/// complements stand beside what they repeat, and a check comes with the bits that it proves.
+constexpr bool is_sound(const row& checked) {
+  const int bits = checked.wire.bits();
+  const auto inside = [bits](int first, int width) {
+    return first >= 0 && width >= 0 && width <= 32 && first + width <= bits;
+  };
+  for (const field& where : {checked.device, checked.subdevice, checked.function, checked.second,
+                             checked.unchecked, checked.extras[0].where, checked.extras[1].where}) {
+    if (!inside(where.first, where.width)) return false;
+  }
+  for (const constant& fixed : checked.constants) {
+    if (!inside(fixed.first, fixed.width) || uint64_t{fixed.value} >> fixed.width != 0)
+      return false;
+  }
+  for (const mirror& twice : checked.mirrors) {
+    if (!inside(twice.first, twice.width) || !inside(twice.second, twice.width)) return false;
+    if (twice.width > 0 && twice.second < twice.first + twice.width) return false;
+  }
+  const bool checks = checked.check != nullptr || checked.finish_checks;
+  return bits <= bit_buffer::kMostBits && (checked.check_bits == 0 || checks) &&
+         (checked.check == nullptr || checked.check_bits > 0) &&
+         (!checked.finish_checks || checked.finish != nullptr);
+}
+
+template <size_t kCount>
+constexpr bool are_sound(const row (&rows)[kCount]) {
+  for (const row& checked : rows) {
+    if (!is_sound(checked)) return false;
+  }
+  return true;
+}
+
 /// What the first of the rows (of pulse width or bi-phase) that fits says of the frame.
 std::optional<answer> read_rows(std::span<const row> rows, const frame& seen);
 
-/// The pulse-distance rows whose frames have this many bursts, the most telling first.
+/// The pulse-distance rows whose frames have this many bursts, the most telling first; and all.
 std::span<const row* const> distance_rows(int bursts);
+std::span<const row* const> distance_rows();
 
 /// Counts the dittos of this form behind the frame and takes them into what is claimed, all but
 /// their last burst.

@@ -41,7 +41,8 @@ constexpr int k56kHz = 47000;  // between the two carriers
 std::optional<answer> sejin(const frame& seen) {
   if (seen.total_us < kShortestUs || seen.total_us > kLongestUs) return {};
   slicer frame;
-  if (!frame.slice(seen, kSlot) || !frame.has_ordinary_bias(kSlot)) return {};
+  if (!frame.slice(seen, kSlot)) return seen.refused(frame.why());
+  if (!frame.has_ordinary_bias(kSlot)) return seen.refused({reason::bias, -1, frame.bias()});
   bit_buffer levels = frame.bits();
   levels.decodeRaw(kMostUnits);
   bit_buffer bits;
@@ -52,7 +53,7 @@ std::optional<answer> sejin(const frame& seen) {
   bits.makeMsb();
   unsigned sum = 0;
   for (int nibble = 0; nibble < 28; nibble += 4) sum += bits.getMsb(nibble, 4);
-  if (sum % 16 != bits.getMsb(28, 4)) return {};
+  if (sum % 16 != bits.getMsb(28, 4)) return seen.refused({reason::check});
   const auto function = static_cast<int>(bits.getMsb(8, 8));
   answer found{seen.carrier_hz >= k56kHz ? "Sejin-1-56" : "Sejin-1-38",
                static_cast<int>(bits.getMsb(0, 8)),

@@ -29,6 +29,7 @@ constexpr row kRows[] = {
     {.name = "pid-0003", .wire = &kPid3, .function = {0, 8}, .mirrors = {{0, 8, 8}}},
     {.name = "Roomba", .wire = &kRoomba, .msb = true, .function = {0, 8}, .constants = {{0, 1, 1}}},
 };
+static_assert(are_sound(kRows));
 
 }  // namespace
 

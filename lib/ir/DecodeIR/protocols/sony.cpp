@@ -44,6 +44,7 @@ constexpr row kRows[] = {
      .subdevice = {12, 8},
      .function = {0, 7}},
 };
+static_assert(are_sound(kRows));
 
 }  // namespace
 

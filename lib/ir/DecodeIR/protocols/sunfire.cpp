@@ -31,6 +31,7 @@ constexpr row kRows[] = {
      .function = {4, 8},
      .mirrors = {{0, 12, 12}}},
 };
+static_assert(are_sound(kRows));
 
 }  // namespace
 

@@ -212,6 +212,7 @@ constexpr row kRows[] = {
      .finish = finish_zaptor,
      .extras = {{"E = ", {24, 4}}}},
 };
+static_assert(are_sound(kRows));
 
 }  // namespace
 

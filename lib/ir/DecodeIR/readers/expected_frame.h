@@ -12,14 +12,16 @@
 #include <array>
 #include <cstddef>
 
+#include "lib/ir/receiver.h"
+
 namespace analysis {
 
 /// How far a frame may be from what is expected.
 struct fit_rule {
-  float tolerance_us;         // of each mark and each burst once bias and clock are known
-  float most_bias_us = 180;   // by which marks are longer or shorter
-  float clock_error = 0.06F;  // +-, as a part
-  bool checked = false;       // the code's own checks cover all bits: any one burst may be odd
+  float tolerance_us;  // of each mark and each burst once bias and clock are known
+  float most_bias_us = receiver::kMostExpectedBiasUs;  // by which marks are longer or shorter
+  float clock_error = 0.06F;                           // +-, as a part
+  bool checked = false;  // the code's own checks cover all bits: any one burst may be odd
 };
 
 class expected_frame {

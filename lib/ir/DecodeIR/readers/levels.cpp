@@ -56,10 +56,18 @@ bool read_sliced(const slicer& frame, const bi_phase_code& wire, bit_buffer* bit
 
 }  // namespace
 
-bool read_bi_phase(const frame& seen, const bi_phase_code& wire, bit_buffer* bits) {
+bool read_bi_phase(const frame& seen, const bi_phase_code& wire, bit_buffer* bits, refusal* why) {
   slicer frame;
-  return wire.fits_length(seen.total_us) && frame.slice(seen, wire.half_bit) &&
-         read_sliced(frame, wire, bits);
+  if (!wire.fits_length(seen.total_us)) {
+    *why = {reason::clock, -1, seen.total_us};
+  } else if (!frame.slice(seen, wire.half_bit)) {
+    *why = frame.why();
+  } else if (!read_sliced(frame, wire, bits)) {
+    *why = {reason::edge};
+  } else {
+    return true;
+  }
+  return false;
 }
 
 bool read_bi_phase(const float* durations, int count, const bi_phase_code& wire, bit_buffer* bits) {

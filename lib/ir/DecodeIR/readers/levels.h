@@ -63,8 +63,8 @@ struct bi_phase_code {
   [[nodiscard]] constexpr int most_bursts() const { return bits + (lead[2] > 0 ? 2 : 1); }
 };
 
-/// Reads a frame into empty bits. False when it is not one.
-bool read_bi_phase(const frame& seen, const bi_phase_code& wire, bit_buffer* bits);
+/// Reads a frame into empty bits. False when it is not one; `why` then says what stopped it.
+bool read_bi_phase(const frame& seen, const bi_phase_code& wire, bit_buffer* bits, refusal* why);
 /// The same for `count` durations (µs, mark first).
 bool read_bi_phase(const float* durations, int count, const bi_phase_code& wire, bit_buffer* bits);
 

@@ -7,6 +7,8 @@
 #include <array>
 #include <cmath>
 
+#include "lib/ir/receiver.h"
+
 namespace analysis {
 namespace {
 
@@ -31,8 +33,6 @@ constexpr float kMarkJitterUs = 45;
 constexpr float kJitterShare = 0.25F;  // jitter of short marks, as a fraction of the mark
 constexpr float kDamagedMark = 0.6F;
 constexpr float kShortestMark = 0.35F;
-constexpr float kLongestBiasUs = 220;
-constexpr float kLeastBiasUs = -200;
 constexpr float kLongestBiasMark = 1.05F;   // of the mark
 constexpr float kLongestBiasSpace = 0.75F;  // of the shortest space
 constexpr float kLongestStop = 2.6F;        // of a mark
@@ -40,8 +40,6 @@ constexpr float kLongestStop = 2.6F;        // of a mark
 constexpr float kLeadTolerance = 0.06F;
 constexpr float kLeadMarkTolerance = 0.05F;
 constexpr float kLeadJitterUs = 110;
-constexpr float kSettlingSpace = 0.33F;  // of the lead-in's space ...
-constexpr float kSettlingMark = 0.28F;   // ... and of its mark
 constexpr float kDamagedLead = 0.3F;
 constexpr int kMostDamaged = 1;
 
@@ -57,7 +55,7 @@ float length(const float* burst) {
 /// cost of the space after it.
 bool lead_mark_fits(float found, float on, float off, float jitter) {
   const float tolerance = kLeadMarkTolerance * on + jitter;
-  const float settling = std::min(kSettlingSpace * off, kSettlingMark * on) + kMarkJitterUs;
+  const float settling = receiver::settling(on, off, receiver::kSettlingLead) + kMarkJitterUs;
   return found >= on - tolerance && found <= on + std::max(tolerance, settling);
 }
 
@@ -83,10 +81,18 @@ class distance_reader {
   }
 
  private:
+  bool refuse(const refusal& why) {
+    fit_.why = why;
+    return false;
+  }
+  /// The number of the i-th symbol's burst in the frame.
+  [[nodiscard]] int burst_of(int i) const {
+    return (wire_.has_lead() ? 1 : 0) + (i >= split_ ? i + 1 : i);
+  }
   /// The burst of the i-th symbol.
   [[nodiscard]] const float* symbol(int i) const { return data_ + 2 * (i >= split_ ? i + 1 : i); }
 
-  bool lead_is_near() const {
+  bool lead_is_near() {
     if (!wire_.has_lead()) return true;
     const float nominal = (wire_.lead.on + wire_.lead.off) * wire_.unit;
     const float slack = kLeadTolerance + kLeadJitterUs / nominal;
@@ -94,8 +100,12 @@ class distance_reader {
       const float clock = found / wanted;
       return clock > wire_.fastest - slack && clock < wire_.slowest + slack;
     };
-    return fits(length(frame_), nominal) || fits(frame_[1], wire_.lead.off * wire_.unit) ||
-           fits(frame_[0], wire_.lead.on * wire_.unit);
+    if (fits(length(frame_), nominal) || fits(frame_[1], wire_.lead.off * wire_.unit) ||
+        fits(frame_[0], wire_.lead.on * wire_.unit)) {
+      return true;
+    }
+    return refuse({reason::lead_in, 0, length(frame_), (wire_.fastest - slack) * nominal,
+                   (wire_.slowest + slack) * nominal});
   }
 
   bool read_bits() {
@@ -110,7 +120,8 @@ class distance_reader {
         nominal_sum_[kind] += nominal;
         found_sum_[kind] += found;
       } else if (++damaged_ > kMostDamaged || !near(found, nominal, kUnsureTolerance * nominal)) {
-        return false;
+        return refuse(
+            refusal::off(reason::symbol, burst_of(i), found, nominal, kSureTolerance * nominal));
       } else {
         fit_.unsure_bit = damaged_symbol_ = i;
       }
@@ -120,13 +131,16 @@ class distance_reader {
 
   bool clock() {
     const float nominal = nominal_sum_[0] + nominal_sum_[1];
-    if (nominal <= 0) return false;
+    if (nominal <= 0) return refuse({reason::clock});
     fit_.scale = (found_sum_[0] + found_sum_[1]) / nominal;
-    if (fit_.scale < wire_.fastest || fit_.scale > wire_.slowest) return false;
+    if (fit_.scale < wire_.fastest || fit_.scale > wire_.slowest) {
+      return refuse({reason::clock, -1, fit_.scale, wire_.fastest, wire_.slowest});
+    }
     if (nominal_sum_[0] <= 0 || nominal_sum_[1] <= 0) return true;
     fit_.skew = found_sum_[0] / nominal_sum_[0] - found_sum_[1] / nominal_sum_[1];
     const float jitter = std::min(kClockJitterUs, mark_) / std::min(zero_, one_);
-    return near(fit_.skew, 0, kClockTolerance + jitter);
+    const float most = kClockTolerance + jitter;
+    return near(fit_.skew, 0, most) || refuse({reason::skew, -1, fit_.skew, -most, most});
   }
 
   bool symbols_fit() {
@@ -141,7 +155,10 @@ class distance_reader {
       if (off <= tolerance) continue;
       fit_.damaged = true;
       damaged_symbol_ = i;
-      if (++damaged_ > kMostDamaged) return false;
+      if (++damaged_ > kMostDamaged) {
+        return refuse(
+            refusal::off(reason::symbol, burst_of(i), length(symbol(i)), nominal, tolerance));
+      }
     }
     return true;
   }
@@ -154,7 +171,7 @@ class distance_reader {
       sum += symbol(i)[0];
       ++count;
     }
-    if (count == 0) return false;
+    if (count == 0) return refuse({reason::mark});
     const float mean = sum / static_cast<float>(count);
     const float nominal = fit_.scale * mark_;
     fit_.bias = mean - nominal;
@@ -163,17 +180,25 @@ class distance_reader {
     for (int i = 0; i < wire_.bits; ++i) {
       const float mark = symbol(i)[0];
       if (i == damaged_symbol_ || near(mark, mean, mark_tolerance_)) continue;
-      if (++damaged_ > kMostDamaged || !near(mark, mean, kDamagedMark * nominal)) return false;
+      if (++damaged_ > kMostDamaged || !near(mark, mean, kDamagedMark * nominal)) {
+        return refuse(refusal::off(reason::mark, burst_of(i), mark, mean, mark_tolerance_));
+      }
     }
-    return damaged_symbol_ < 0 || damaged_symbol_fits(mean);
+    return damaged_symbol_ < 0 || damaged_symbol_fits(mean) ||
+           refuse(refusal::off(reason::mark, burst_of(damaged_symbol_), symbol(damaged_symbol_)[0],
+                               mean, mark_tolerance_));
   }
 
-  [[nodiscard]] bool mean_mark_fits(float mean) const {
+  [[nodiscard]] bool mean_mark_fits(float mean) {
     const float shortest_space = std::min(wire_.zero, wire_.one) * wire_.unit;
-    const float most_bias =
-        std::min({kLongestBiasUs, kLongestBiasMark * mark_, kLongestBiasSpace * shortest_space});
-    return mean >= kShortestMark * (fit_.scale * mark_) && mean >= wire_.shortest_mark &&
-           mean <= wire_.longest_mark && fit_.bias >= kLeastBiasUs && fit_.bias <= most_bias;
+    const float most_bias = std::min(
+        {receiver::kMostBiasUs, kLongestBiasMark * mark_, kLongestBiasSpace * shortest_space});
+    const float shortest = std::max(kShortestMark * (fit_.scale * mark_), wire_.shortest_mark);
+    if (mean < shortest || mean > wire_.longest_mark) {
+      return refuse({reason::mark, -1, mean, shortest, wire_.longest_mark});
+    }
+    return (fit_.bias >= receiver::kLeastBiasUs && fit_.bias <= most_bias) ||
+           refuse({reason::bias, -1, fit_.bias, receiver::kLeastBiasUs, most_bias});
   }
 
   /// Of the damaged symbol either the mark or the space is whole.
@@ -196,25 +221,33 @@ class distance_reader {
     fit_.damaged = true;
     const bool on_fits = near(frame_[0], on + fit_.bias, kLeadMarkTolerance * on + jitter);
     const bool off_fits = near(frame_[1], off - fit_.bias, kLeadTolerance * off + jitter);
-    return (total_fits || on_fits || off_fits) && near(frame_[0], on, kDamagedLead * on) &&
-           near(frame_[1], off, kDamagedLead * off) && ++damaged_ <= kMostDamaged;
+    const bool one_fits = total_fits || on_fits || off_fits;
+    return (one_fits && near(frame_[0], on, kDamagedLead * on) &&
+            near(frame_[1], off, kDamagedLead * off) && ++damaged_ <= kMostDamaged) ||
+           refuse(refusal::off(reason::lead_in, 0, length(frame_), on + off,
+                               kLeadTolerance * (on + off) + jitter));
   }
 
-  [[nodiscard]] bool split_fits() const {
+  [[nodiscard]] bool split_fits() {
     if (wire_.split.at < 0) return true;
     const float on = wire_.split.burst.on * wire_.unit * fit_.scale;
     const float total = on + wire_.split.burst.off * wire_.unit * fit_.scale;
     const float jitter = std::min(kLeadJitterUs, on);
     const float* const burst = data_ + 2 * wire_.split.at;
-    return near(length(burst), total, kLeadTolerance * total + jitter) &&
-           near(burst[0], on + fit_.bias, kLeadMarkTolerance * on + jitter);
+    const float tolerance = kLeadTolerance * total + jitter;
+    return (near(length(burst), total, tolerance) &&
+            near(burst[0], on + fit_.bias, kLeadMarkTolerance * on + jitter)) ||
+           refuse(
+               refusal::off(reason::split, burst_of(split_) - 1, length(burst), total, tolerance));
   }
 
   bool stop_fits() {
     const float nominal = (wire_.stop > 0 ? wire_.stop * wire_.unit : mark_) * fit_.scale;
     const float found = frame_[2 * (wire_.bursts() - 1)];
     if (near(found, nominal + fit_.bias, mark_tolerance_)) return true;
-    return found < kLongestStop * nominal && ++damaged_ <= kMostDamaged;
+    return (found < kLongestStop * nominal && ++damaged_ <= kMostDamaged) ||
+           refuse(refusal::off(reason::stop, wire_.bursts() - 1, found, nominal + fit_.bias,
+                               mark_tolerance_));
   }
 
   const pulse_distance& wire_;

@@ -7,6 +7,7 @@
 #pragma once
 
 #include "lib/ir/DecodeIR/bit_buffer.h"
+#include "lib/ir/DecodeIR/refusal.h"
 
 namespace analysis {
 
@@ -78,6 +79,7 @@ struct distance_fit {
   float skew = 0;        // the clock by the zeros less that by the ones; 0 without both
   int loose = 0;         // symbols beyond the bounds for frames without checks
   bool damaged = false;  // the lead-in or a symbol is out of line
+  refusal why = {};      // it does not fit
   int unsure_bit = -1;   // of a symbol so far out of line that it may be the other; -1: none
 };
 

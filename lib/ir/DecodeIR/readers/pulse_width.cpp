@@ -8,12 +8,22 @@ constexpr float kSameUnits = 0.5F;  // of durations that are whole numbers of un
 
 }  // namespace
 
-bool read_pulse_width(const frame& seen, const pulse_width& wire, bit_buffer* bits) {
+bool read_pulse_width(const frame& seen, const pulse_width& wire, bit_buffer* bits, refusal* why) {
   slicer frame;
-  if (!frame.slice(seen, wire.units)) return false;
-  if (wire.whole_lead && frame.units(0) != wire.units.lead) return false;
-  if (wire.stop && frame.units(frame.count() - 1) != 1) return false;
-  return read_pairs(frame, wire.lead, wire.bits, wire.pair, bits);
+  const bool fits = frame.slice(seen, wire.units);
+  const int last = wire.bursts() - 1;
+  if (!fits) {
+    *why = frame.why();
+  } else if (wire.whole_lead && frame.units(0) != wire.units.lead) {
+    *why = {reason::lead_in, 0, seen.on(0)};
+  } else if (wire.stop && frame.units(frame.count() - 1) != 1) {
+    *why = {reason::stop, last, seen.on(last)};
+  } else if (!read_pairs(frame, wire.lead, wire.bits, wire.pair, bits)) {
+    *why = {reason::symbol};
+  } else {
+    return true;
+  }
+  return false;
 }
 
 bool read_pairs(const slicer& frame, int first, int count, const pulse_pair& pair,

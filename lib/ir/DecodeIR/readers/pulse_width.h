@@ -27,8 +27,9 @@ struct pulse_width {
   [[nodiscard]] constexpr int bursts() const { return lead + bits + (stop ? 1 : 0); }
 };
 
-/// Reads a frame of wire.bursts() bursts into empty bits. False when it does not fit.
-bool read_pulse_width(const frame& seen, const pulse_width& wire, bit_buffer* bits);
+/// Reads a frame of wire.bursts() bursts into empty bits. False when it does not fit; `why` then
+/// says what stopped it.
+bool read_pulse_width(const frame& seen, const pulse_width& wire, bit_buffer* bits, refusal* why);
 
 /// Appends `count` bits from the mark of the burst `first` on. False where a pair is neither, or
 /// where the last mark is too damaged to say which.

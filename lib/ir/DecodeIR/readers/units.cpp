@@ -15,9 +15,6 @@ constexpr float kMostTooLong = 0.75F;  // units by which an end may be too long
 constexpr float kSettledUs = 1.0F;     // the estimate moves no more
 constexpr float kTooAlike = 1e-3F;     // relative determinant: bias and clock cannot be told apart
 
-constexpr float kSettlingMark = 0.3F;    // of the first mark that may be added to it ...
-constexpr float kSettlingSpace = 0.33F;  // ... and of the space behind it that this may take
-
 bool is_mark(int i) {
   return i % 2 == 0;
 }
@@ -26,16 +23,18 @@ bool is_mark(int i) {
 
 bool slicer::slice(const frame& seen, const slice_rule& rule) {
   const auto longest = static_cast<float>(rule.longest);
-  const float settling = kSettlingMark * static_cast<float>(rule.lead);
+  const float settling = receiver::kSettlingMark * static_cast<float>(rule.lead);
   const float most = rule.unit_us * (longest + settling + 0.5F) + rule.most_bias();
-  if (seen.largest_us > most || seen.off_times.smallest < 0.5F * rule.unit_us - rule.most_bias()) {
-    return false;
+  const float least = 0.5F * rule.unit_us - rule.most_bias();
+  if (seen.largest_us > most) return refuse({reason::unit, -1, seen.largest_us, least, most});
+  if (seen.off_times.smallest < least) {
+    return refuse({reason::unit, -1, seen.off_times.smallest, least, most});
   }
   return slice(seen.first, seen.durations(), rule);
 }
 
 bool slicer::slice(const float* durations, int count, const slice_rule& rule) {
-  if (count < kFewest || count > kMostDurations) return false;
+  if (count < kFewest || count > kMostDurations) return refuse({reason::bursts});
   return fits_as_it_is(durations, count, rule) || settles(durations, count, rule);
 }
 
@@ -45,13 +44,18 @@ bool slicer::fits_as_it_is(const float* durations, int count, const slice_rule& 
   // the frame does not fit without.
   return (fits(durations, rule, rule.bias * rule.unit_us) ||
           fits(durations, rule, kLargeBias * rule.unit_us)) &&
-         lead_fits(rule);
+         lead_fits(durations, rule);
 }
 
 /// Whether the frame begins with the lead-in of the rule.
-bool slicer::lead_fits(const slice_rule& rule) const {
-  return (rule.lead == 0 || units(0) == rule.lead || first_damaged_) &&
-         (rule.lead_space == 0 || units(1) == rule.lead_space);
+bool slicer::lead_fits(const float* durations, const slice_rule& rule) {
+  const auto is_off = [&](int i, int wanted) {
+    refuse(refusal::off(reason::lead_in, 0, durations[i], static_cast<float>(wanted) * rule.unit_us,
+                        rule.tolerance * rule.unit_us));
+    return false;
+  };
+  if (rule.lead != 0 && units(0) != rule.lead && !first_damaged_) return is_off(0, rule.lead);
+  return rule.lead_space == 0 || units(1) == rule.lead_space || is_off(1, rule.lead_space);
 }
 
 /// Whether the frame fits once the edge behind its first mark is put where it belongs: that mark
@@ -67,8 +71,7 @@ bool slicer::settles(const float* durations, int count, const slice_rule& rule) 
   const float space = std::round(total) - lead;
   const float later = mark - lead;
   const auto may_grow = [&](float by, float units) {
-    return by >= -rule.tolerance &&
-           by <= std::min(kSettlingMark * units, kSettlingSpace * (total - units)) + rule.tolerance;
+    return by >= -rule.tolerance && by <= receiver::settling(units, total - units) + rule.tolerance;
   };
   if (lead < 1 || space < 1 || !may_grow(later, lead)) return false;
   // Where the code does not say which, the edge must not have two places.
@@ -100,20 +103,29 @@ bool slicer::fits(const float* durations, const slice_rule& rule, float assumed_
   int total_units = 0;
   for (int i = 1; i < count_ - 1; ++i) {
     const float off = deviation(durations, i, rule);
-    if (std::abs(off) > tolerance) return false;
+    if (std::abs(off) > tolerance) {
+      return refuse(refusal::off(reason::unit, i / 2, durations[i], durations[i] - off, tolerance));
+    }
     squares += off * off;
     total += durations[i];
     total_units += units(i);
   }
   // The biases cancel out but for one space, so the sum tells the clock whatever the estimate says.
   const float nominal = static_cast<float>(total_units) * rule.unit_us;
-  if (std::abs(total + bias_ - nominal) > kMostClockError * nominal) return false;
-  if (squares > static_cast<float>(count_ - 2) * spread * spread) return false;
+  if (std::abs(total + bias_ - nominal) > kMostClockError * nominal) {
+    return refuse(refusal::off(reason::clock, -1, (total + bias_) / nominal, 1, kMostClockError));
+  }
+  const float most_squares = static_cast<float>(count_ - 2) * spread * spread;
+  if (squares > most_squares) return refuse({reason::unit});
   const float first = deviation(durations, 0, rule);
   const float last = deviation(durations, count_ - 1, rule);
   first_damaged_ = std::abs(first) > tolerance;
   last_damaged_ = std::abs(last) > tolerance;
-  return std::max(first, last) <= kMostTooLong * rule.unit_us && !(first_damaged_ && last_damaged_);
+  if (std::max(first, last) <= kMostTooLong * rule.unit_us && !(first_damaged_ && last_damaged_)) {
+    return true;
+  }
+  return refuse(refusal::off(reason::stop, count_ / 2, durations[count_ - 1],
+                             durations[count_ - 1] - last, tolerance));
 }
 
 /// The nearest number of units of every duration, by the bias and clock known so far.
@@ -147,7 +159,8 @@ bool slicer::estimate(const float* durations, const slice_rule& rule, fit_range 
   scale_ = (dk * n - ds * ks) / determinant;
   scale_ = std::clamp(scale_, 1.0F - rule.clock_error, 1.0F + rule.clock_error);
   bias_ = (ds - ks * scale_) / n;
-  return std::abs(bias_) <= rule.most_bias();
+  return std::abs(bias_) <= rule.most_bias() ||
+         refuse(refusal::off(reason::bias, -1, bias_, 0, rule.most_bias()));
 }
 
 float slicer::deviation(const float* durations, int i, const slice_rule& rule) const {

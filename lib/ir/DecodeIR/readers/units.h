@@ -16,6 +16,7 @@
 
 #include "lib/ir/DecodeIR/bit_buffer.h"
 #include "lib/ir/DecodeIR/frame.h"
+#include "lib/ir/receiver.h"
 
 namespace analysis {
 
@@ -31,7 +32,9 @@ struct slice_rule {
   int lead_space = 0;         // ... and of the space behind it, 0 where they vary
 
   /// How far a receiver may shift an edge pair: what marks gain and spaces lose.
-  [[nodiscard]] float most_bias() const { return std::min(0.65F * unit_us, 250.0F); }
+  [[nodiscard]] float most_bias() const {
+    return std::min(receiver::kMostUnitBias * unit_us, receiver::kMostUnitBiasUs);
+  }
 };
 
 /// One frame expressed in units. Storage is fixed, nothing is allocated.
@@ -60,12 +63,18 @@ class slicer {
   [[nodiscard]] bool last_damaged() const { return last_damaged_; }
   [[nodiscard]] float bias() const { return bias_; }    // µs by which marks are longer
   [[nodiscard]] float scale() const { return scale_; }  // µs of this frame per µs of the rule
+  /// Why the last slice failed.
+  [[nodiscard]] const refusal& why() const { return why_; }
   /// Whether the bias is one of an ordinary receiver, for codes that have few checks.
   [[nodiscard]] bool has_ordinary_bias(const slice_rule& rule) const {
     return bias_ >= -0.3F * rule.unit_us && bias_ <= 0.5F * rule.unit_us;
   }
 
  private:
+  bool refuse(const refusal& why) {
+    why_ = why;
+    return false;
+  }
   struct fit_range {
     int first, end;  // durations that the estimate rests on
   };
@@ -73,7 +82,7 @@ class slicer {
   bool fits(const float* durations, const slice_rule& rule, float assumed_bias);
   void count_units(const float* durations, const slice_rule& rule);
   bool estimate(const float* durations, const slice_rule& rule, fit_range range);
-  [[nodiscard]] bool lead_fits(const slice_rule& rule) const;
+  bool lead_fits(const float* durations, const slice_rule& rule);
   bool settles(const float* durations, int count, const slice_rule& rule);
   [[nodiscard]] float deviation(const float* durations, int i, const slice_rule& rule) const;
 
@@ -83,6 +92,7 @@ class slicer {
   float scale_ = 1;
   bool first_damaged_ = false;
   bool last_damaged_ = false;
+  refusal why_;
 };
 
 }  // namespace analysis

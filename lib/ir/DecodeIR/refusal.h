@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Why a reader refuses a frame. Readers note the reason where they give up, which costs a few
+// stores and nothing otherwise; recognisers pass it on to the listener of the frame, when it has
+// one.
+#pragma once
+
+#include <cstdint>
+
+namespace analysis {
+
+/// What stopped a reading, in the order in which readers look: a later one came closer.
+enum class reason : uint8_t {
+  none,
+  bursts,      // the number of bursts is another
+  gap_before,  // the space before the frame
+  gap_behind,  // the space behind it
+  lead_in,     // the first burst
+  unit,        // a duration is no whole number of units
+  symbol,      // a burst is none of the code's symbols
+  clock,       // all durations together, as a factor: the remote's clock
+  skew,        // the symbols tell two clocks; the difference of two factors
+  bias,        // what the receiver adds to all marks
+  mark,
+  split,  // the burst between two halves
+  stop,   // the last mark
+  edge,   // a bit has no edge in its middle, or levels are none of the code's
+  check,  // constants, complements, sums
+  damage  // fits but for a damaged duration, for which too little is checked
+};
+
+/// What was found and what would have been taken: in µs but for clock and skew (factors) and bursts
+/// (a number); all 0 for edge, check and damage.
+struct refusal {
+  reason why = reason::none;
+  int burst = -1;  // 0 the first, -1: the frame as a whole
+  float found = 0;
+  float least = 0, most = 0;
+
+  /// One that is to be `wanted`, within the tolerance.
+  static constexpr refusal off(reason why, int burst, float found, float wanted, float tolerance) {
+    return {why, burst, found, wanted - tolerance, wanted + tolerance};
+  }
+};
+
+class refusal_listener {
+ public:
+  virtual ~refusal_listener() = default;
+  /// `protocol` is the name of a row, or null for what the recogniser itself reads.
+  virtual void refused(const char* protocol, const refusal& why) = 0;
+};
+
+}  // namespace analysis

@@ -1,0 +1,157 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Every row of the pulse-distance table, with frames of the definitions that the tests know.
+#include "lib/ir/DecodeIR/protocols/rows.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "lib/ir/DecodeIR/explain.h"
+#include "lib/ir/DecodeIR/recognisers.h"
+#include "tests/support/decode_ir_call.h"
+
+namespace {
+
+using namespace analysis;
+
+constexpr size_t kGap = 10;  // the recogniser of the pulse-distance rows
+
+/// Definitions of rows that the contract has none of.
+const std::pair<const char*, const char*> kFurther[] = {
+    {"Coolix48", "{38k,554,msb}<1,-1|1,-3>(8,-8,178:8,77:8,191:8,64:8,31:8,224:8,1,-60m)"},
+    {"LG", "{38k,560,msb}<1,-1|1,-3>(8500u,-4250u,136:8,1:16,1:4,1,-60m)"},
+    {"LG with a long lead-in", "{38k,512,msb}<1,-1|1,-3>(17,-8,136:8,1:16,1:4,1,-60m)"},
+    {"LG with a short lead-in",
+     "{38k,500,msb}<1,-1|1,-3>(3200u,-9750u,136:8,0x0834:16,15:4,1,-60m)"},
+    {"Lego", "{38k,158u,msb}<158u,-263u|158u,-553u>(158u,-1026u,5:4,4:4,7:4,9:4,158u,-100m)"},
+    {"second half of Keeprite", "{38.1k,570}<1,-1|1,-3>(5:4,0:4,1:2,16:6,0:12,9:4,1,-20m)"},
+    {"old RCA", "{56k,475,msb}<1,-2|1,-4>(40,-8,3:4,9:8,~3:4,~9:8,2,-40m)"},
+    {"pid-0083", "{42k,3000}<1,-3,1,-7|1,-7,1,-3>(5:5,1,-100m)"},
+    {"fast Samsung36", "{38k,497}<1,-1|1,-3>(4497u,-4497u,4:8,1:8,1,-4497u,3:4,8:8,~8:8,1,-60m)"},
+    {"slow NEC", "{38.4k,690}<1,-1|1,-3>(16,-8,4:8,251:8,8:8,247:8,1,-40m)"},
+};
+
+/// The rows that take a frame, in the order in which they are asked.
+std::vector<const row*> takers(const std::vector<int>& sent) {
+  std::vector<float> bursts(sent.begin(), sent.end());
+  if (bursts.size() % 2 == 1) bursts.push_back(50000);
+  const frame seen(bursts);
+  std::vector<const row*> found;
+  for (const row* const candidate : distance_rows(seen.length)) {
+    const pulse_distance& wire = *candidate->wire.distance;
+    reading fitted{seen, candidate, {}, {}};
+    if (seen.trailing_gap >= wire.min_gap && seen.gap_before <= wire.max_before &&
+        read_pulse_distance(wire, seen.first, &fitted.bits, &fitted.fit) && fitted.checks_hold() &&
+        fitted.read()) {
+      found.push_back(candidate);
+    }
+  }
+  return found;
+}
+
+std::map<std::string, std::vector<int>> frames() {
+  std::map<std::string, std::vector<int>> found;
+  for (const std::string& protocol : contract::protocols("tryGap")) {
+    const contract::Counts counts{.clean = 5, .received = 0, .repeated = 0};
+    int number = 0;
+    for (const contract::Sample& sample : contract::samples(protocol, 3, counts)) {
+      found[protocol + ' ' + std::to_string(++number)] = sample.durations;
+    }
+  }
+  for (const auto& [name, definition] : kFurther) found[name] = decode_ir::broken(definition);
+  return found;
+}
+
+// These follow another frame closely; alone they look like what they are not.
+bool is_continuation(const row& one) {
+  return one.wire.distance->max_before < kAnyUs;
+}
+
+TEST(Rows, EachTakesAFrameOfSomeDefinition) {
+  std::set<const row*> taken;
+  for (const auto& [name, sent] : frames()) {
+    for (const row* const one : takers(sent)) taken.insert(one);
+  }
+  for (const row* const one : distance_rows()) {
+    EXPECT_TRUE(taken.contains(one) || is_continuation(*one))
+        << one->name << " of " << one->wire.bits() << " bits, unit " << one->wire.distance->unit;
+  }
+}
+
+// Of rows that take a frame the one that verifies most wins; among equals only their order in the
+// table would decide, which is nothing to rely on.
+TEST(Rows, NoTwoTakeAFrameWithEqualProof) {
+  for (const auto& [name, sent] : frames()) {
+    const std::vector<const row*> found = takers(sent);
+    if (found.size() < 2 || found[0]->redundancy() > found[1]->redundancy()) continue;
+    EXPECT_STREQ(found[0]->name, found[1]->name) << name << ": " << irp::csv(sent);
+  }
+}
+
+TEST(Rows, AreSoundOnlyWhenTheyMeanWhatTheySay) {
+  static constexpr pulse_distance kWire{500, {16, 8}, 1, 1, 3, 20};
+  constexpr auto check = [](const reading&) { return true; };
+  constexpr row kWhole{.name = "whole", .wire = &kWire, .function = {12, 8}};
+  EXPECT_TRUE(is_sound(kWhole));
+  const std::pair<const char*, row> cases[] = {
+      {"field outside", {.name = "", .wire = &kWire, .function = {60, 8}}},
+      {"constant too wide", {.name = "", .wire = &kWire, .constants = {{0, 4, 16}}}},
+      {"mirror in itself", {.name = "", .wire = &kWire, .mirrors = {{0, 4, 8}}}},
+      {"mirror outside", {.name = "", .wire = &kWire, .mirrors = {{0, 16, 8}}}},
+      {"check that proves nothing", {.name = "", .wire = &kWire, .check = check}},
+      {"proof without a check", {.name = "", .wire = &kWire, .check_bits = 4}},
+  };
+  for (const auto& [what, broken] : cases) EXPECT_FALSE(is_sound(broken)) << what;
+}
+
+/// What stopped the reading of one protocol.
+refusal why(const explanation& told, std::string_view protocol) {
+  for (const attempt& one : told.attempts) {
+    if (one.protocol == protocol) return one.why;
+  }
+  return {};
+}
+
+TEST(Explain, TellsWhatStoppedAReading) {
+  struct {
+    const char *what, *protocol;
+    std::vector<size_t> at;
+    float factor;
+    reason why;
+    int burst;
+  } const cases[] = {
+      {"two spaces between the symbols", "NEC", {35, 43}, 1.6F, reason::symbol, 21},
+      {"another lead-in", "JVC", {0}, 1.5F, reason::lead_in, 0},
+      {"a damaged lead-in, and no check", "JVC", {0}, 1.25F, reason::damage, -1},
+  };
+  for (const auto& c : cases) {
+    const std::vector<int> sent = decode_ir::frame(c.protocol, {{"D", 4}, {"F", 8}});
+    std::vector<float> bursts(sent.begin(), sent.end());
+    bursts.push_back(50000);
+    for (const size_t i : c.at) bursts[i] *= c.factor;
+    const refusal found = why(explain(frame(bursts)), c.protocol);
+    EXPECT_EQ(found.why, c.why) << c.what << ": " << text_of(found.why);
+    EXPECT_EQ(found.burst, c.burst) << c.what;
+    EXPECT_TRUE(c.burst < 0 || found.found < found.least || found.found > found.most) << c.what;
+  }
+}
+
+TEST(Explain, TellsTheNearestFirstBesideTheName) {
+  const std::vector<int> sent =
+      decode_ir::broken("{37k,432}<1,-1|1,-3>(8,-4,2:8,32:8,5:8,6:8,7:8,5:8,1,-74m)");
+  std::vector<float> bursts(sent.begin(), sent.end());
+  bursts.push_back(50000);
+  const explanation told = explain(frame(bursts));
+  EXPECT_TRUE(told.found->name.view().starts_with("Gap-48-"));
+  EXPECT_EQ(why(told, "Panasonic").why, reason::check);
+  EXPECT_EQ(why(told, "NEC").why, reason::none) << "too few bursts to be worth a word";
+  EXPECT_EQ(why(told, "RC5").why, reason::bursts);
+  for (size_t i = 1; i < told.attempts.size(); ++i) {
+    EXPECT_GE(told.attempts[i - 1].why.why, told.attempts[i].why.why);
+  }
+}
+
+}  // namespace
