@@ -44,7 +44,10 @@ std::vector<pattern> split_at_gaps(pattern signal) {
   }
   if (parts.empty()) parts.push_back(std::move(signal));
   if (parts.size() > 1) {
-    for (pattern& part : parts) part.held = false;
+    for (pattern& part : parts) {
+      part.held = false;
+      part.code.reset();
+    }
     std::for_each(parts.begin() + 1, parts.end(), [](pattern& part) { part.elapsed_ms.reset(); });
   }
   parts.back().repeat = repeat;
@@ -148,6 +151,7 @@ bool fitting::fits(const std::vector<int>& durations, int longest_us, const std:
 std::optional<pattern> fitting::fit(pattern signal, const std::string& place) {
   signal.durations = without_zeros(signal.durations);
   signal.repeat = without_zeros(signal.repeat);
+  if (!to_.holds.code) signal.code.reset();
   if (signal.durations.empty()) {
     messages_ << place << ": a signal without durations\n";
     return {};
@@ -157,7 +161,7 @@ std::optional<pattern> fitting::fit(pattern signal, const std::string& place) {
   if (signal.elapsed_ms && !to_.holds.elapsed) {
     lose(loss::kElapsed, place, std::to_string(*signal.elapsed_ms) + " ms are left out");
   }
-  if (!signal.repeat.empty() && !to_.holds.repeat) {
+  if (!signal.repeat.empty() && !to_.holds.repeat && !signal.code) {
     lose(loss::kRepeat, place, std::to_string(signal.repeat.size()) + " durations are left out");
     signal.repeat.clear();
   }

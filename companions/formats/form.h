@@ -76,6 +76,7 @@ struct holdings {
   bool repeat = false;   // what is sent while the key is held
   bool elapsed = false;  // the time since the signal before
   bool remote = false;   // the name of the remote
+  bool code = false;     // the protocol and its numbers in place of the durations
   bool needs_carrier = false;
   int longest_us = 0xFFFFFF;
   int longest_periods = 0;  // the same in carrier periods, for forms that count in them
@@ -121,7 +122,9 @@ std::unique_ptr<form_reader> line_by_line() {
   return std::make_unique<reader>();
 }
 
-extern const form kAnalysirForm, kCommaForm, kIrCtlForm, kMode2Form, kProntoForm, kRawForm;
+extern const form kAnalysirForm, kBroadlinkForm, kBroadlinkHexForm, kCArrayForm, kCommaForm,
+    kEsphomeForm, kIrCtlForm, kIrFileForm, kJsonForm, kLircdForm, kMode2Form, kProntoForm, kRawForm,
+    kTasmotaForm;
 
 /// What the decoders take of a pattern: the durations of vantrel's own lists as they were written,
 /// those of other forms without the silence behind them.

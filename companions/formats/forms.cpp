@@ -54,8 +54,10 @@ const form* find_form(std::string_view name) {
 }
 
 std::span<const form* const> forms() {
-  static constexpr std::array kForms = {&kMode2Form, &kProntoForm,   &kIrCtlForm,
-                                        &kRawForm,   &kAnalysirForm, &kCommaForm};
+  static constexpr std::array kForms = {
+      &kIrFileForm, &kLircdForm,  &kMode2Form,    &kEsphomeForm,      &kTasmotaForm,
+      &kCArrayForm, &kProntoForm, &kJsonForm,     &kBroadlinkHexForm, &kBroadlinkForm,
+      &kIrCtlForm,  &kRawForm,    &kAnalysirForm, &kCommaForm};
   return kForms;
 }
 

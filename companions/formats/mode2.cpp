@@ -22,7 +22,8 @@ namespace companions {
 namespace {
 
 constexpr int kReceiverGivesUpUs = 125000;
-constexpr std::array<std::string_view, 4> kKeywords = {"pulse", "space", "timeout", "carrier"};
+constexpr std::array<std::string_view, 5> kKeywords = {"pulse", "space", "timeout", "carrier",
+                                                       "scancode"};
 
 bool begins(std::string_view line) {
   return std::any_of(kKeywords.begin(), kKeywords.end(), [line](std::string_view word) {
@@ -46,6 +47,8 @@ class reader : public form_reader {
     }
     if (tokens.size() < 2) return fail(line.number, {line.text.size() + 1, "expected a number"});
     const std::string_view keyword = tokens[0].text;
+    if (keyword == "scancode")
+      return fail(line.number, {1, "a scancode, which holds no durations"});
     const auto us = keyword == "carrier" ? number(tokens[1].text) : duration(tokens[1].text);
     if (!us)
       return fail(line.number,

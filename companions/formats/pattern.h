@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -13,6 +14,14 @@ namespace companions {
 
 constexpr size_t kMostPatternDurations = 1'000'000;  // of one signal; more are a fault
 constexpr int kUsualCarrierHz = 38000;               // for forms that need one where none is told
+
+constexpr double kLeastDutyCycle = 0.01;
+
+/// A signal by the name of its protocol, as .ir remote files hold it.
+struct ir_code {
+  std::string protocol;
+  uint32_t address = 0, command = 0;
+};
 
 /// One signal. Durations are in µs, mark and space in turn, a mark first; where the last one is a
 /// space, it is the silence behind the signal, and where it is a mark the text tells none.
@@ -26,7 +35,8 @@ struct pattern {
   std::optional<int> elapsed_ms = {};     // since the signal before
   std::optional<int> carrier_hz = {};     // 0: the light is not modulated; nothing: not told
   double period_us = 0;                   // of the carrier, where the text counts durations in it
-  std::optional<double> duty_cycle = {};  // the part of a carrier period with light, 0 to 1
+  std::optional<ir_code> code = {};       // what the durations were rendered from
+  std::optional<double> duty_cycle = {};  // the part of a carrier period with light
 };
 
 /// Why a text is no pattern; column counts characters from 1.

@@ -15,7 +15,7 @@ namespace companions {
 
 namespace {
 
-constexpr size_t kDigits = 4;
+constexpr int kDigits = 4;
 constexpr uint16_t kUnmodulated = 0x0100;
 constexpr double kClockHz = 4'145'146;  // the frequency word counts its periods
 
@@ -121,15 +121,11 @@ class reader : public form_reader {
   std::vector<place> places_;  // of each word
 };
 
-void write_word(std::ostream& out, size_t word) {
-  constexpr std::string_view kHex = "0123456789ABCDEF";
-  for (const int shift : {12, 8, 4, 0}) out << kHex[word >> shift & 0xF];
-}
-
 void write_sequence(std::ostream& out, const std::vector<int>& durations, double period) {
   for (const int us : durations) {
     out << ' ';
-    write_word(out, static_cast<size_t>(std::clamp(std::lround(us / period), 1L, 0xFFFFL)));
+    write_hex(out, static_cast<uint32_t>(std::clamp(std::lround(us / period), 1L, 0xFFFFL)),
+              kDigits);
   }
   if (durations.size() % 2 == 1) out << " 0000";  // the silence is not known
 }
@@ -142,10 +138,10 @@ void write(std::ostream& out, const pattern& signal) {
   const std::vector<int> none;
   const std::vector<int>& once = signal.held ? none : signal.durations;
   const std::vector<int>& repeat = signal.held ? signal.durations : signal.repeat;
-  write_word(out, told > 0 ? 0 : kUnmodulated);
+  write_hex(out, told > 0 ? 0 : kUnmodulated, kDigits);
   for (const size_t word : {size_t{frequency}, (once.size() + 1) / 2, (repeat.size() + 1) / 2}) {
     out << ' ';
-    write_word(out, word);
+    write_hex(out, static_cast<uint32_t>(word), kDigits);
   }
   write_sequence(out, once, exact_period_us(frequency));
   write_sequence(out, repeat, exact_period_us(frequency));

@@ -26,12 +26,12 @@ bool says_something_else(std::string_view line) {
                      [line](std::string_view beginning) { return line.starts_with(beginning); });
 }
 
-/// The form that the line begins; where it looks like none, that of the simplest list explains why.
-const form& form_of(std::string_view line) {
-  for (const form* const one : forms()) {
-    if (one->begins(line)) return *one;
-  }
-  return kCommaForm;
+/// The form that the line begins; null where it looks like none.
+const form* form_of(std::string_view line) {
+  const auto all = forms();
+  const auto found =
+      std::find_if(all.begin(), all.end(), [line](const form* one) { return one->begins(line); });
+  return found == all.end() ? nullptr : *found;
 }
 
 }  // namespace
@@ -71,7 +71,9 @@ void pattern_reader::read_line(bool fits) {
     if (line_.find_first_not_of(kBlanks) == line_.npos) {
       return found_.fault(number_, {1, "a line of blanks"});
     }
-    open_ = (from_ != nullptr ? *from_ : form_of(line_)).reader();
+    const form* const its = from_ != nullptr ? from_ : form_of(line_);
+    if (its == nullptr) return found_.fault(number_, {1, "no signal in a form that is known here"});
+    open_ = its->reader();
   }
   open_->read({line_, number_}, found_);
 }
@@ -84,7 +86,8 @@ std::optional<read_result> pattern_reader::next() {
       end_open();
       return found_.take();
     }
-    ++number_;
+    constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+    if (++number_ == 1 && line_.starts_with(kByteOrderMark)) line_.erase(0, kByteOrderMark.size());
     read_line(fits);
   }
 }

