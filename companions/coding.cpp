@@ -49,10 +49,13 @@ std::string_view name_of(modulation kind) {
 }
 
 coding find_coding(std::span<const int> durations) {
-  // Bi-phase goes first: it explains every duration or nothing.
-  if (auto found = read_bi_phase(durations)) return std::move(*found);
-  if (auto found = read_symbols(durations)) return std::move(*found);
-  return read_gaps(durations);
+  auto distance = read_pulse_distance(durations);
+  if (distance && distance->odd == 0) return std::move(distance->found);
+  // Bi-phase explains every duration or nothing.
+  if (auto halves = read_bi_phase(durations)) return std::move(*halves);
+  auto width = read_pulse_width(durations);
+  if (width && (!distance || width->odd < distance->odd)) return std::move(width->found);
+  return distance ? std::move(distance->found) : read_gaps(durations);
 }
 
 std::vector<unsigned char> bytes_of(std::string_view bits, bit_order order) {

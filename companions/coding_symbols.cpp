@@ -13,6 +13,7 @@ namespace {
 
 // What tells the parts of a signal apart, as multiples of what is typical for it.
 constexpr double kLeadInMark = 1.5;    // a longer mark than this is none of a bit
+constexpr double kNewLeadIn = 1.8;     // pulse distance: nor between bits a stray one
 constexpr double kMarkSpread = 0.25;   // pulse distance: a mark beside the typical, to a burst
 constexpr double kGapSpace = 1.5;      // a longer space than this is none of a bit
 constexpr double kMostPerLevel = 3.2;  // the longest symbol to the shortest
@@ -21,6 +22,7 @@ constexpr double kClusterStep = 0.15;    // lengths of one symbol lie closer tog
 constexpr double kBurstDeviation = 0.1;  // of the bursts of a symbol, as a part of their mean
 constexpr double kMarkDeviation = 0.2;   // of the marks with pulse width
 constexpr double kAlikeSteps = 1.6;      // four levels: from one to the next
+constexpr size_t kSymbolsPerLevel = 20;  // one of so many has a level that is no stray
 constexpr double kBurstSpread = 1.3;     // a burst of a symbol to the typical one
 constexpr double kWidthSpread = 1.5;     // and with pulse width a mark, which receivers change more
 constexpr double kOneSpace = 1.8;        // where all bits are alike: a one's space to its mark
@@ -36,7 +38,8 @@ struct symbol_set {
   std::vector<double> levels;  // of the burst, or with pulse width of the mark; rising, 2 or 4
   double spread = 0;           // a length of a symbol to its level
   double shortest_mark = 0;    // a shorter one belongs to no symbol
-  double longest_mark = 0;     // a longer one belongs to a lead-in
+  double longest_mark = 0;     // a longer one before the bits belongs to a lead-in
+  double new_lead_in = 0;      // and a longer one than this between bits begins a new section
   double longest_space = 0;    // a longer one is a gap
 
   /// The symbol whose level is nearest, by proportion.
@@ -64,6 +67,7 @@ bool are_steps(std::span<const double> levels) {
 /// What is out of proportion to the commonest is no symbol. None where there are more symbols, so
 /// that their lengths run into one another and deviate by more than this part of their mean.
 std::vector<double> find_levels(std::vector<int> lengths, size_t most, double deviation) {
+  const size_t fewest = std::max<size_t>(2, lengths.size() / kSymbolsPerLevel);
   auto clusters = find_clusters(std::move(lengths), kClusterStep);
   if (clusters.empty()) return {};
   std::stable_sort(clusters.begin(), clusters.end(),
@@ -81,7 +85,7 @@ std::vector<double> find_levels(std::vector<int> lengths, size_t most, double de
   if (most > 2) {
     if (all.size() > 3 && are_steps(lengths_of(all.first(4)))) return lengths_of(all.first(4));
     // One of four is missing, nobody knows which.
-    if (all.size() > 2 && all[2].count > 1 && are_steps(lengths_of(all.first(3)))) return {};
+    if (all.size() > 2 && all[2].count >= fewest && are_steps(lengths_of(all.first(3)))) return {};
   }
 
   const auto second = std::find_if(clusters.begin(), clusters.end(), [&](const cluster& c) {
@@ -102,9 +106,11 @@ int unit_of(double mark, double space) {
 
 symbol_set find_pulse_distance(const burst_view& bursts) {
   std::vector<int> marks;
+  marks.reserve(bursts.whole());
   for (size_t i = 0; i < bursts.whole(); ++i) marks.push_back(bursts.mark(i));
   const double mark = median(std::move(marks));
   std::vector<int> lengths;
+  lengths.reserve(bursts.whole());
   for (size_t i = 0; i < bursts.whole(); ++i) {
     if (alike(bursts.mark(i), mark, kLeadInMark)) lengths.push_back(bursts.length(i));
   }
@@ -121,6 +127,7 @@ symbol_set find_pulse_distance(const burst_view& bursts) {
   found.unit_us = unit_of(mark, found.levels[0] - mark);
   found.shortest_mark = mark - kMarkSpread * found.levels[0];
   found.longest_mark = mark + kMarkSpread * found.levels[0];
+  found.new_lead_in = std::max(kNewLeadIn * mark, found.longest_mark);
   found.longest_space = kGapSpace * (found.levels.back() - mark);
   return found;
 }
@@ -137,6 +144,8 @@ symbol_set find_pulse_width(const burst_view& bursts) {
     const int mark = bursts.mark(i);
     if (found.fits(mark)) spaces[found.nearest(mark)].push_back(*bursts.space(i));
   }
+  const auto [fewer, more] = std::minmax(spaces[0].size(), spaces[1].size());
+  if (fewer * kSymbolsPerLevel < more) return found;
   const std::array typical = {median(spaces[0]), median(spaces[1])};
   size_t strays = 0;
   for (size_t symbol = 0; symbol < spaces.size(); ++symbol) {
@@ -148,6 +157,7 @@ symbol_set find_pulse_width(const burst_view& bursts) {
   found.kind = modulation::kPulseWidth;
   found.unit_us = unit_of(found.levels[0], *std::min_element(typical.begin(), typical.end()));
   found.longest_mark = kLeadInMark * found.levels[1];
+  found.new_lead_in = found.longest_mark;
   found.longest_space = kGapSpace * *std::max_element(typical.begin(), typical.end());
   return found;
 }
@@ -179,7 +189,7 @@ class symbol_reader {
       add_lead_in(i);
     } else if (!space || *space > symbols_.longest_space) {
       end_section(i);
-    } else if (bursts_.mark(i) > symbols_.longest_mark && !fits(i)) {
+    } else if (bursts_.mark(i) > symbols_.new_lead_in) {
       ++odd_;  // a lead-in without a gap before it
       open(i);
       add_lead_in(i);
@@ -261,19 +271,21 @@ class symbol_reader {
   size_t odd_ = 0;
 };
 
+std::optional<symbol_reading> read(std::span<const int> durations, symbol_set symbols) {
+  if (symbols.kind == modulation::kUnknown) return {};
+  symbol_reader reader(durations, std::move(symbols));
+  if (!reader.convinces()) return {};
+  return symbol_reading{reader.take(), reader.odd()};
+}
+
 }  // namespace
 
-std::optional<coding> read_symbols(std::span<const int> durations) {
-  const burst_view bursts(durations);
-  std::optional<symbol_reader> best;
-  for (const auto find : {find_pulse_distance, find_pulse_width}) {
-    symbol_set symbols = find(bursts);
-    if (symbols.kind == modulation::kUnknown) continue;
-    symbol_reader reader(durations, std::move(symbols));
-    if (reader.convinces() && (!best || reader.odd() < best->odd())) best = std::move(reader);
-  }
-  if (!best) return {};
-  return best->take();
+std::optional<symbol_reading> read_pulse_distance(std::span<const int> durations) {
+  return read(durations, find_pulse_distance(burst_view(durations)));
+}
+
+std::optional<symbol_reading> read_pulse_width(std::span<const int> durations) {
+  return read(durations, find_pulse_width(burst_view(durations)));
 }
 
 }  // namespace companions

@@ -29,14 +29,20 @@ class result_capture {
 
 ir_packet packet_of(std::span<const int> durations, int elapsed_ms) {
   ir_packet packet{};
-  packet.len = static_cast<uint8_t>(std::min(durations.size(), kMostDurations));
-  std::transform(durations.begin(), durations.begin() + packet.len, packet.buf,
+  packet.len = static_cast<uint8_t>(durations.size());
+  std::transform(durations.begin(), durations.end(), packet.buf,
                  [](int us) { return static_cast<uint16_t>(us); });
   packet.elapsed = static_cast<uint16_t>(elapsed_ms);
   return packet;
 }
 
 }  // namespace
+
+bool takes_frame(std::span<const int> durations) {
+  return durations.size() <= kMostDurations &&
+         std::all_of(durations.begin(), durations.end(),
+                     [](int us) { return us <= kLongestDurationUs; });
+}
 
 std::optional<program_answer> ask_program(std::span<const int> durations, int elapsed_ms) {
   const ir_packet packet = packet_of(durations, elapsed_ms);
@@ -76,17 +82,6 @@ std::vector<analysis_answer> ask_analysis(std::span<const int> durations) {
     answers.push_back(std::move(found));
   }
   return answers;
-}
-
-std::string analysis_line(std::span<const int> durations) {
-  ir_packet packet = packet_of(durations, 0);
-  std::string line;
-  const result_capture capture(
-      [](const ir_result& result, void* to) { *static_cast<std::string*>(to) = result.line; },
-      &line);
-  DecodeIR(&packet, packet.len);
-  while (line.ends_with('\n') || line.ends_with(' ')) line.pop_back();
-  return line;
 }
 
 std::optional<arduino_answer> ask_arduino(std::span<const int> durations) {

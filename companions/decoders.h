@@ -33,21 +33,22 @@ struct arduino_answer {
   int bits;
 };
 
-constexpr size_t kMostDurations = 255;  // of a pattern that the decoders take
-constexpr int kLongestDurationUs = 14000;
+constexpr size_t kMostDurations = 255;     // durations of a frame that the families take
+constexpr int kLongestDurationUs = 14000;  // and the longest of them; a longer space parts frames
+
+/// Whether the program's decoders and the matchers can be asked about these durations.
+bool takes_frame(std::span<const int> durations);
 
 /// The answer of the program's own decoders, nothing when they print no result. They remember
 /// the last patterns, so patterns are to be asked for in their order.
-/// REQUIRES: at most kMostDurations durations, each at most kLongestDurationUs.
+/// REQUIRES: takes_frame(durations).
 std::optional<program_answer> ask_program(std::span<const int> durations, int elapsed_ms);
 
-/// Every successive interpretation, the one that vantrel shows first.
+/// Every successive interpretation of a signal of any length, the one that vantrel shows first.
 std::vector<analysis_answer> ask_analysis(std::span<const int> durations);
 
-/// The line that vantrel shows for the signal analysis, without its newline.
-std::string analysis_line(std::span<const int> durations);
-
-/// The answer of the mark/space matchers, nothing for a pattern too short or too long for them.
+/// The answer of the mark/space matchers, nothing for a frame too short or too long for them.
+/// REQUIRES: takes_frame(durations).
 std::optional<arduino_answer> ask_arduino(std::span<const int> durations);
 
 }  // namespace companions

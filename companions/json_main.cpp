@@ -3,16 +3,22 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <array>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
 #include <iostream>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "companions/formats/inputs.h"
 #include "companions/json_record.h"
 #include "companions/options.h"
+#include "lib/irp/error.h"
+#include "lib/irp/installed.h"
+#include "lib/irp/message.h"
 #include "lib/liblog/logging.h"
 
 namespace {
@@ -22,39 +28,91 @@ using namespace companions;
 /// Tells a person at a terminal how far a long file has come.
 class progress {
  public:
-  progress() : shown_to_(isatty(STDERR_FILENO) == 1 ? stderr : nullptr) {}
+  progress() = default;
   progress(const progress&) = delete;
   progress& operator=(const progress&) = delete;
-  ~progress() {
-    if (drawn_) std::fputs("\r\x1b[K", shown_to_);
+  ~progress() { erase(); }
+
+  /// Makes room for a record, which may go to the same terminal.
+  void step_aside() {
+    if (records_beside_) erase();
   }
 
   void advance(const input& from) {
     ++patterns_;
-    if (shown_to_ == nullptr) return;
+    if (!terminal_) return;
     const auto now = std::chrono::steady_clock::now();
-    if (now - last_ < kPause) return;
-    last_ = now;
-    const double seconds = std::chrono::duration<double>(now - start_).count();
-    const double rate = static_cast<double>(patterns_) / seconds;
-    std::fprintf(shown_to_, "\r\x1b[K%zu patterns, %.0f a second", patterns_, rate);
-    struct stat file = {};
-    if (from.source != "-" && stat(from.source.c_str(), &file) == 0 && from.position > 0) {
-      const double done = static_cast<double>(from.position) / static_cast<double>(file.st_size);
-      std::fprintf(shown_to_, ", %.0f s left in %s", seconds / done - seconds, from.source.c_str());
+    if (now - last_ >= kPause) {
+      last_ = now;
+      text_ = text(from, std::chrono::duration<double>(now - start_).count());
+    } else if (drawn_ || text_.empty()) {
+      return;
     }
-    std::fflush(shown_to_);
+    std::fprintf(stderr, "\r\x1b[K%s", text_.c_str());
+    std::fflush(stderr);
     drawn_ = true;
   }
 
  private:
+  void erase() {
+    if (!drawn_) return;
+    std::fputs("\r\x1b[K", stderr);
+    std::fflush(stderr);
+    drawn_ = false;
+  }
+
+  [[nodiscard]] std::string text(const input& from, double seconds) const {
+    std::array<char, 100> rate;
+    std::snprintf(rate.data(), rate.size(), "%zu patterns, %.0f a second", patterns_,
+                  static_cast<double>(patterns_) / seconds);
+    struct stat file = {};
+    if (from.source == "-" || stat(from.source.c_str(), &file) != 0 || from.position == 0) {
+      return rate.data();
+    }
+    const double done = static_cast<double>(from.position) / static_cast<double>(file.st_size);
+    std::array<char, 50> left;
+    std::snprintf(left.data(), left.size(), ", %.0f s left in ", seconds / done - seconds);
+    return std::string(rate.data()) + left.data() + from.source;
+  }
+
   static constexpr std::chrono::milliseconds kPause{500};
-  std::FILE* shown_to_;
-  std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
+  const bool terminal_ = isatty(STDERR_FILENO) == 1;
+  const bool records_beside_ = isatty(STDOUT_FILENO) == 1;
+  const std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
   std::chrono::steady_clock::time_point last_ = start_;
   size_t patterns_ = 0;
+  std::string text_;
   bool drawn_ = false;
 };
+
+/// Whether a source delivers as things happen: a pipe or a terminal, not a file that keeps.
+bool is_live(const std::string& source) {
+  struct stat found = {};
+  const int failed = source == "-" ? fstat(STDIN_FILENO, &found) : stat(source.c_str(), &found);
+  return failed == 0 && !S_ISREG(found.st_mode);
+}
+
+/// The time of day, such as "2026-11-21T18:29:27.042Z".
+std::string now_text() {
+  timespec now{};
+  clock_gettime(CLOCK_REALTIME, &now);
+  tm utc{};
+  gmtime_r(&now.tv_sec, &utc);
+  std::array<char, 40> text;
+  const size_t size = std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%S", &utc);
+  std::snprintf(text.data() + size, text.size() - size, ".%03ldZ", now.tv_nsec / 1'000'000);
+  return text.data();
+}
+
+/// The definitions of messages. Without them signals are read all the same.
+irp::Protocols definitions() {
+  try {
+    return irp::installed_protocols();
+  } catch (const irp::Error& error) {
+    std::fprintf(stderr, "vantrel-json: no messages are read: %s\n", error.what());
+    return {};
+  }
+}
 
 }  // namespace
 
@@ -63,15 +121,20 @@ int main(int argc, char** argv) {
   bool first = false;
   std::vector<std::string> files;
   options line("vantrel-json", "Reads infrared patterns and writes a JSON object for each.");
-  line.add_flag("-1,--first", first,
-                "Stop at the first pattern that the signal analysis or the matchers name");
+  line.add_flag(
+      "-1,--first", first,
+      "Stop at the first pattern that is named: by the analysis, the matchers or a message");
   line.add_files(files);
   if (const auto status = line.read(argc, argv)) return *status;
 
+  const irp::Protocols known = definitions();
+  const irp::MessageReader messages(known);
   progress shown;
   bool found = false;
   const bool ok = read_inputs(files, [&](const input& from) {
-    const record made = make_record(from);
+    const record made = make_record(
+        from, messages, is_live(from.source) ? std::optional(now_text()) : std::nullopt);
+    shown.step_aside();
     std::cout << made.json << '\n' << std::flush;
     shown.advance(from);
     if (!std::cout) return verdict::kStop;

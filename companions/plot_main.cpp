@@ -12,8 +12,8 @@
 #include <string>
 #include <vector>
 
-#include "companions/decoders.h"
 #include "companions/formats/inputs.h"
+#include "companions/heard.h"
 #include "companions/options.h"
 #include "companions/plot.h"
 #include "lib/liblog/logging.h"
@@ -38,10 +38,10 @@ screen this_terminal() {
   return found;
 }
 
-plotted prepare(std::vector<int> durations) {
-  std::string title = analysis_line(durations);
-  coding form = find_coding(durations);
-  return {std::move(title), std::move(durations), std::move(form)};
+plotted prepare(const pattern& from) {
+  heard_signal heard = hear(from);
+  std::string title = analysis_line(heard);
+  return {std::move(title), std::move(heard.durations), std::move(heard.form)};
 }
 
 bool write_svg(const std::string& path, const std::vector<plotted>& signals, bool histogram) {
@@ -89,7 +89,7 @@ int main(int argc, char** argv) {
       print_fault(from, *fault);
       return verdict::kFailed;
     }
-    auto signal = prepare(frame_of(std::get<pattern>(from.read.what)));
+    auto signal = prepare(std::get<pattern>(from.read.what));
     if (together) {
       kept.push_back(std::move(signal));
     } else {

@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "companions/json_text.h"
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+
+namespace companions {
+
+json_text& json_text::open(char bracket) {
+  separate();
+  text_ += bracket;
+  return *this;
+}
+
+json_text& json_text::close(char bracket) {
+  text_ += bracket;
+  return *this;
+}
+
+json_text& json_text::key(std::string_view name) {
+  separate();
+  text_.append(1, '"').append(name).append("\":");
+  return *this;
+}
+
+json_text& json_text::value(std::string_view text) {
+  const bool plain = std::all_of(text.begin(), text.end(), [](char c) {
+    return c >= ' ' && c <= '~' && c != '"' && c != '\\';
+  });
+  if (!plain) {
+    return literal(
+        nlohmann::json(text).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace));
+  }
+  separate();
+  text_.append(1, '"').append(text).append(1, '"');
+  return *this;
+}
+
+json_text& json_text::literal(std::string_view text) {
+  separate();
+  text_ += text;
+  return *this;
+}
+
+void json_text::separate() {
+  if (text_.empty()) return;
+  const char last = text_.back();
+  if (last != '{' && last != '[' && last != ':') text_ += ',';
+}
+
+}  // namespace companions
