@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Pictures of patterns, drawn to scale: on a terminal and as SVG, as waves and as histograms.
+// Pictures of patterns, drawn to scale: on a terminal and as SVG, as waves and as histograms; and
+// their bytes.
 #pragma once
 
 #include <array>
@@ -13,6 +14,7 @@ namespace companions {
 
 /// A pattern ready to be drawn.
 struct plotted {
+  std::string place;           // where it was read: source and line
   std::string title;           // the result line
   std::vector<int> durations;  // µs, mark and space in turn, a mark first
   coding form;
@@ -28,6 +30,10 @@ void plot_text(std::ostream& out, const plotted& signal, const screen& to);
 void plot_svg(std::ostream& out, const std::vector<plotted>& signals);
 void histogram_text(std::ostream& out, const std::vector<plotted>& signals, const screen& to);
 void histogram_svg(std::ostream& out, const std::vector<plotted>& signals);
+
+/// The bytes of every section, side by side for all patterns that have it, and what differs among
+/// them: the bytes marked, their bits spelled in the order sent.
+void bytes_text(std::ostream& out, const std::vector<plotted>& signals, bit_order order);
 
 /// A round number of µs (1, 2 or 5 times a power of ten), at least `us`.
 int round_up_nicely(double us);

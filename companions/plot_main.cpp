@@ -38,10 +38,11 @@ screen this_terminal() {
   return found;
 }
 
-plotted prepare(const pattern& from) {
-  heard_signal heard = hear(from);
+plotted prepare(const input& from) {
+  heard_signal heard = hear(std::get<pattern>(from.read.what));
   std::string title = analysis_line(heard);
-  return {std::move(title), std::move(heard.durations), std::move(heard.form)};
+  return {from.source + ':' + std::to_string(from.read.line), std::move(title),
+          std::move(heard.durations), std::move(heard.form)};
 }
 
 bool write_svg(const std::string& path, const std::vector<plotted>& signals, bool histogram) {
@@ -71,6 +72,8 @@ int main(int argc, char** argv) {
   set_loglevel(0);  // what a decoder could not make of a pattern, its answer shows
   std::string svg_path;
   bool histogram = false;
+  bool bytes = false;
+  bool msb_first = false;
   std::vector<std::string> files;
   options line("vantrel-plot", "Draws infrared patterns to scale.");
   line.add_option("-s,--svg", svg_path,
@@ -78,18 +81,23 @@ int main(int argc, char** argv) {
       ->type_name("OUT.svg");
   line.add_flag("-H,--histogram", histogram,
                 "How long marks, spaces and bursts are, instead of the waves");
+  line.add_flag("-b,--bytes", bytes, "The bytes, and what differs among the patterns")
+      ->excludes("--svg")
+      ->excludes("--histogram");
+  line.add_flag("-m,--msb", msb_first, "Bytes whose first bit sent is the most significant one")
+      ->needs("--bytes");
   line.add_files(files);
   if (const auto status = line.read(argc, argv)) return *status;
 
   const screen terminal = this_terminal();
   std::vector<plotted> kept;  // for what needs all patterns at once
-  const bool together = histogram || !svg_path.empty();
+  const bool together = histogram || bytes || !svg_path.empty();
   bool ok = read_inputs(files, [&](const input& from) {
     if (const auto* fault = std::get_if<bad_line>(&from.read.what)) {
       print_fault(from, *fault);
       return verdict::kFailed;
     }
-    auto signal = prepare(std::get<pattern>(from.read.what));
+    auto signal = prepare(from);
     if (together) {
       kept.push_back(std::move(signal));
     } else {
@@ -102,8 +110,10 @@ int main(int argc, char** argv) {
     ok = write_svg(svg_path, kept, histogram) && ok;
   } else if (histogram) {
     histogram_text(std::cout, kept, terminal);
-    std::cout.flush();
+  } else if (bytes) {
+    bytes_text(std::cout, kept, msb_first ? bit_order::kMsbFirst : bit_order::kLsbFirst);
   }
+  std::cout.flush();
   if (!std::cout) {
     std::fputs("vantrel-plot: could not write to standard output\n", stderr);
     ok = false;

@@ -27,7 +27,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const auto* found = std::get_if<companions::pattern>(&read->what);
     if (found == nullptr) continue;
     companions::heard_signal heard = companions::hear(*found);
-    all.push_back({.title = analysis_line(heard),
+    all.push_back({.place = "-",
+                   .title = analysis_line(heard),
                    .durations = std::move(heard.durations),
                    .form = std::move(heard.form)});
     require(all.back().form.roles.size() == all.back().durations.size());
@@ -38,5 +39,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   plot_svg(out, all);
   histogram_text(out, all, narrow);
   histogram_svg(out, all);
+  bytes_text(out, all, companions::bit_order::kLsbFirst);
   return 0;
 }

@@ -29,7 +29,7 @@ _vantrel_companion() {
       fi
       ;;
     vantrel-json) options+=" --first" ;;
-    vantrel-plot) options+=" --svg --histogram" ;;
+    vantrel-plot) options+=" --svg --histogram --bytes --msb" ;;
   esac
   if [[ $current == -* ]]; then
     mapfile -t COMPREPLY < <(compgen -W "$options" -- "$current")

@@ -111,4 +111,27 @@ TEST(VantrelPlot, WritesTheBitsAndTheResultLineIntoTheSvg) {
   EXPECT_TRUE(result.out.ends_with("</svg>\n"));
 }
 
+TEST(VantrelPlot, MarksTheBytesThatDiffer) {
+  const auto midea = [](int64_t temperature) {
+    const irp::Parameters state = {
+        {"A", 0xA1}, {"B", 0xA0}, {"C", temperature}, {"D", 1}, {"E", 2}};
+    return irp::csv(irp::protocol("Midea").render(state).whole()) + "\n";
+  };
+  const auto result = run(VANTREL_PLOT, {"--bytes", "--msb"}, midea(0x65) + midea(0x67));
+  EXPECT_EQ(result.out,
+            "section 1\n"
+            "  -:1 A1 A0 65 01 02 08  (48 bits)\n"
+            "  -:2 A1 A0 67 01 02 0B  (48 bits)\n"
+            "            ^^       ^^\n"
+            "  byte 3: 01100101 01100111\n"
+            "  byte 6: 00001000 00001011\n"
+            "section 2\n"
+            "  -:1 5E 5F 9A FE FD F7  (48 bits)\n"
+            "  -:2 5E 5F 98 FE FD F4  (48 bits)\n"
+            "            ^^       ^^\n"
+            "  byte 3: 10011010 10011000\n"
+            "  byte 6: 11110111 11110100\n");
+  EXPECT_EQ(run(VANTREL_PLOT, {"--bytes", "--histogram"}).status, 1);
+}
+
 }  // namespace
