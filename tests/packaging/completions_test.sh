@@ -53,7 +53,7 @@ done
 # shellcheck disable=SC1091
 source completions/companions.bash
 for companion in "${companions[@]}"; do
-  options=$("$build/$companion" --help | sed -n 's/^  -.*\(--[a-z-]\+\) .*/\1/p' | words)
+  options=$("$build/$companion" --help | sed -n 's/^  \(-[^-]*\)\?\(--[a-z-]\+\).*/\2/p' | words)
   COMP_WORDS=("$companion" --)
   COMP_CWORD=1
   _vantrel_companion
