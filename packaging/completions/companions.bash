@@ -30,6 +30,19 @@ _vantrel_companion() {
       ;;
     vantrel-json) options+=" --first" ;;
     vantrel-plot) options+=" --svg --histogram --bytes --msb" ;;
+    vantrel-remote)
+      options+=" --with"
+      local words=""
+      if [[ $previous == --with || $previous == -w ]]; then
+        words="vantrel ir-ctl"
+      elif [[ $COMP_CWORD -eq 1 && $current != -* ]]; then
+        words="learn list send watch"
+      fi
+      if [[ -n $words ]]; then
+        mapfile -t COMPREPLY < <(compgen -W "$words" -- "$current")
+        return
+      fi
+      ;;
   esac
   if [[ $current == -* ]]; then
     mapfile -t COMPREPLY < <(compgen -W "$options" -- "$current")
@@ -38,4 +51,5 @@ _vantrel_companion() {
     mapfile -t COMPREPLY < <(compgen -f -- "$current")
   fi
 }
-complete -F _vantrel_companion vantrel-convert vantrel-encode vantrel-json vantrel-plot
+complete -F _vantrel_companion vantrel-convert vantrel-encode vantrel-json vantrel-plot \
+  vantrel-remote

@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # Completion of the companion programs for fish. A test compares the options with the programs' help.
 
-for companion in vantrel-convert vantrel-encode vantrel-json vantrel-plot
+for companion in vantrel-convert vantrel-encode vantrel-json vantrel-plot vantrel-remote
     complete -c $companion -s h -l help -d 'Show help'
     complete -c $companion -s V -l version -d 'Show the version'
 end
@@ -22,3 +22,8 @@ complete -c vantrel-plot -s s -l svg -r -d 'Write an SVG picture'
 complete -c vantrel-plot -s H -l histogram -d 'Show how long marks and spaces are'
 complete -c vantrel-plot -s b -l bytes -d 'Show the bytes and what differs'
 complete -c vantrel-plot -s m -l msb -d 'Show bytes with the highest bit first'
+complete -c vantrel-remote -s w -l with -x -a 'vantrel ir-ctl' -d 'The program that hears and sends'
+complete -c vantrel-remote -n __fish_use_subcommand -f -a learn -d 'Learn keys into an .ir file'
+complete -c vantrel-remote -n __fish_use_subcommand -f -a list -d 'Show the keys of a file'
+complete -c vantrel-remote -n __fish_use_subcommand -f -a send -d 'Send keys of a file by name'
+complete -c vantrel-remote -n __fish_use_subcommand -f -a watch -d 'Print a JSON line for every press'

@@ -122,10 +122,23 @@ void schedule(uint64_t at, const std::vector<std::string>& words) {
   }
   if (target == nullptr) give_up("the script needs a device first");
   if (what == "signal") {
+    constexpr std::string_view kElapsed = "elapsed=";
+    uint16_t elapsed_ms = 40;
     std::vector<uint16_t> entries;
-    for (const std::string& word : rest) entries.push_back(static_cast<uint16_t>(std::stoul(word)));
-    events.emplace(at, [target, entries] {
-      for (bytes& report : timing_reports(entries, 40)) target->input.push_back(std::move(report));
+    for (const std::string& word : rest) {
+      const bool says_elapsed = word.starts_with(kElapsed);
+      const auto value =
+          static_cast<uint16_t>(std::stoul(word.substr(says_elapsed ? kElapsed.size() : 0)));
+      if (says_elapsed) {
+        elapsed_ms = value;
+      } else {
+        entries.push_back(value);
+      }
+    }
+    events.emplace(at, [target, entries, elapsed_ms] {
+      for (bytes& report : timing_reports(entries, elapsed_ms)) {
+        target->input.push_back(std::move(report));
+      }
     });
   } else if (what == "report") {
     events.emplace(at, [target, report = to_bytes(rest)] { target->input.push_back(report); });

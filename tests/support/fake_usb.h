@@ -12,7 +12,8 @@
 //   device [vid=1209] [pid=0001] [iface=2] [version=4.8.0] [mfr=Vantrel] [refuses=N]
 //       plugs a device in; its next N opens fail
 //   queued BYTES...           a report that the last device holds from before the open
-//   at T signal E1 E2...      the last device hears a signal: entries in µs
+//   at T signal [elapsed=40] E1 E2...
+//       the last device hears a signal, so many ms after the one before: entries in µs
 //   at T report BYTES...      the last device sends a report of any bytes
 //   at T unplug               the last device goes away
 //   at T plug [version=...] [refuses=N]     and comes back
