@@ -98,6 +98,8 @@ void read(const text_line& line, findings& out) {
     value = json::parse(line.text);
   } catch (const json::parse_error& fault) {
     return out.fault(line.number, {std::max<size_t>(fault.byte, 1), "expected JSON"});
+  } catch (const json::out_of_range&) {
+    return out.fault(line.number, {1, "expected JSON with numbers that fit"});
   }
   if (value.is_object()) return read_object(line, value, out);
   pattern found{.form = "json"};

@@ -213,6 +213,7 @@ TEST(Forms, LinesOfJson) {
        "2: column 1: expected a list of durations of up to 16777215\n"
        "3: column 1: expected a list of durations of up to 16777215\n"},
       {"{\"durations\":[1,}\n", "1: column 17: expected JSON\n"},
+      {"{\"durations\":[1e999]}\n", "1: column 1: expected JSON with numbers that fit\n"},
   });
   EXPECT_EQ(read_all("{\"durations\":" + repeated("[", 100'000)).substr(0, 10), "1: column ");
 }
