@@ -4,12 +4,14 @@
 # is installed in PREFIX, found through its pkg-config file.
 set -euo pipefail
 prefix=$1 cc=$2 cxx=$3
-examples=$prefix/share/doc/libDecodeIR/examples
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
-libraries=$(find "$prefix" -name 'libDecodeIR.so.2' -printf '%h\n' -quit)
+# By a name without blanks and the like, which pkg-config does not quote for a shell.
+ln -s "$prefix" "$work/prefix"
+prefix=$work/prefix
+examples=$prefix/share/doc/libDecodeIR/examples
+libraries=$(find "$prefix/" -name 'libDecodeIR.so.2' -printf '%h\n' -quit)
 export PKG_CONFIG_PATH=$libraries/pkgconfig
-flags=()
 # Prints a folder with a blank in it as the shell reads it.
 eval "flags=($(pkg-config --cflags --libs DecodeIR))"
 
