@@ -7,25 +7,16 @@
 #include <cstdint>
 #include <cstdio>
 
+#include "companions/sendir.h"
 #include "lib/libutil/number.h"
 
 namespace companions {
 namespace {
 
-constexpr int kLongestListedUs = 65535;
 constexpr int kMostCycles = 0xFFFF;
 constexpr double kClockHz = 4145146;  // Pronto counts carrier periods in this clock
 constexpr int kUnmodulatedUnitHz = 38000;
 constexpr double kUsPerSecond = 1e6;
-
-std::string signed_list(const std::vector<int>& durations) {
-  std::string text;
-  for (size_t i = 0; i < durations.size(); ++i) {
-    text.append(i == 0 ? "" : " ").append(i % 2 == 0 ? "+" : "-");
-    text += std::to_string(durations[i]);
-  }
-  return text;
-}
 
 std::string comma_list(const std::vector<int>& durations) {
   std::string text;
@@ -105,7 +96,7 @@ press render_press(const irp::Protocol& protocol, const irp::Parameters& paramet
 std::string sendir_text(const press& sent, std::string_view option) {
   if (option == "pronto") return pronto(sent);
   for (const int us : sent.whole) {
-    if (us > kLongestListedUs) {
+    if (us > kLongestSendirUs) {
       throw irp::Error("a gap of " + std::to_string(us) +
                        " us is too long for the lists of sendir, Pronto hex can hold it");
     }

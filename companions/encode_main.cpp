@@ -4,7 +4,6 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
 #include <fstream>
 #include <functional>
 #include <iostream>
@@ -13,6 +12,7 @@
 #include "companions/encode.h"
 #include "companions/encode_json.h"
 #include "companions/options.h"
+#include "companions/sendir.h"
 #include "companions/supported.h"
 #include "lib/irp/installed.h"
 #include "lib/liblog/logging.h"
@@ -24,8 +24,6 @@ using namespace companions;
 constexpr const char* kProgram = "vantrel-encode";
 constexpr int kMostRepeats = 1000;
 constexpr size_t kLongestRecord = size_t{1} << 24;  // characters of a JSON line
-// Receivers are tuned to one carrier and hear others within this range nearly as well.
-constexpr int kDeviceCarrierHz = 38000, kAlikeHz = 1000;
 
 struct arguments {
   std::vector<std::string> words;  // the protocol and its numbers, or files of JSON
@@ -66,24 +64,14 @@ void list(const irp::Protocols& protocols, bool as_json) {
 /// Says once for a protocol that the carrier will not be the one it needs.
 void warn_of_carrier(const irp::Protocol& protocol) {
   static std::set<std::string> said;
-  const int carrier = protocol.carrier();
-  if (std::abs(carrier - kDeviceCarrierHz) <= kAlikeHz || !said.insert(protocol.name()).second) {
-    return;
-  }
-  const std::string needed =
-      carrier == 0 ? "no carrier" : "a carrier of " + std::to_string(carrier) + " Hz";
-  complain(protocol.name() + " needs " + needed +
-           ", but sendir cannot tell the device the carrier");
+  const auto note = carrier_note(protocol.name(), protocol.carrier());
+  if (note && said.insert(protocol.name()).second) complain(*note);
 }
 
 /// Ends as `vantrel sendir` does.
 [[noreturn]] void send(const std::string& form, const std::string& text) {
-  std::error_code no_such_link;
-  const auto own = std::filesystem::read_symlink("/proc/self/exe", no_such_link);
-  const std::string beside = own.parent_path() / "vantrel";
   const std::string option = "--" + form + "=" + text;
-  execl(beside.c_str(), "vantrel", "sendir", option.c_str(), nullptr);
-  execlp("vantrel", "vantrel", "sendir", option.c_str(), nullptr);
+  execlp(vantrel_program().c_str(), "vantrel", "sendir", option.c_str(), nullptr);
   throw irp::Error("cannot run vantrel sendir");
 }
 

@@ -5,10 +5,10 @@
 #include <array>
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
 #include <sstream>
 
 #include "companions/remote/child.h"
+#include "companions/sendir.h"
 
 namespace companions {
 namespace {
@@ -16,21 +16,9 @@ namespace {
 // What `vantrel sendir` takes.
 constexpr int kLeastDelayUs = 15'000;
 constexpr int kMostDelayUs = 65'000;
-constexpr int kLongestUs = 65'535;
-// A receiver for one carrier hears others within this range nearly as well.
-constexpr int kDeviceCarrierHz = 38'000;
-constexpr int kAlikeHz = 1'000;
-
-/// vantrel as it stands beside this program, else the one that the shell would find.
-std::string vantrel() {
-  std::error_code unknown;
-  const auto own = std::filesystem::read_symlink("/proc/self/exe", unknown);
-  const auto beside = own.parent_path() / "vantrel";
-  return std::filesystem::exists(beside, unknown) ? beside.string() : "vantrel";
-}
 
 std::vector<std::string> listen_command() {
-  return {vantrel(), "listen", "--raw", "--elapsed"};
+  return {vantrel_program(), "listen", "--raw", "--elapsed"};
 }
 
 /// What sendir is told of a signal: the durations, the silence between two sends, their number.
@@ -41,11 +29,7 @@ std::vector<std::string> sendir_command(const pattern& signal) {
     delay = "--ik=" + std::to_string(std::clamp(durations.back(), kLeastDelayUs, kMostDelayUs));
     durations.pop_back();
   }
-  std::string raw = "--raw=";
-  for (size_t i = 0; i < durations.size(); ++i) {
-    raw += (i == 0 ? "+" : i % 2 == 0 ? " +" : " -") + std::to_string(durations[i]);
-  }
-  std::vector<std::string> command{vantrel(), "sendir", raw};
+  std::vector<std::string> command{vantrel_program(), "sendir", "--raw=" + signed_list(durations)};
   if (!delay.empty()) command.push_back(delay);
   if (signal.held) command.push_back("--repeat=" + std::to_string(kSendsOfHeld));
   return command;
@@ -54,17 +38,13 @@ std::vector<std::string> sendir_command(const pattern& signal) {
 bool send_by_vantrel(const pattern& signal) {
   const std::vector<int> frame = without_gap(signal.durations);
   const auto longest = std::max_element(frame.begin(), frame.end());
-  if (longest == frame.end() || *longest > kLongestUs) {
+  if (longest == frame.end() || *longest > kLongestSendirUs) {
     std::fprintf(stderr, "vantrel-remote: %s: the device sends no duration of over %d us\n",
-                 signal.name.c_str(), kLongestUs);
+                 signal.name.c_str(), kLongestSendirUs);
     return false;
   }
-  if (signal.carrier_hz && std::abs(*signal.carrier_hz - kDeviceCarrierHz) > kAlikeHz) {
-    std::fprintf(
-        stderr,
-        "vantrel-remote: %s needs a carrier of %d Hz, but sendir cannot tell the device the "
-        "carrier\n",
-        signal.name.c_str(), *signal.carrier_hz);
+  if (const auto note = carrier_note(signal.name, signal.carrier_hz.value_or(kUsualCarrierHz))) {
+    std::fprintf(stderr, "vantrel-remote: %s\n", note->c_str());
   }
   return run_program(sendir_command(signal)) == EXIT_SUCCESS;
 }
