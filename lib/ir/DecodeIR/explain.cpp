@@ -69,7 +69,7 @@ explanation explain(const frame& seen) {
     }
   }
   for (const row* const other : distance_rows()) {
-    const int bursts = other->wire.distance->bursts();
+    const int bursts = other->wire.distance()->bursts();
     if (bursts == seen.length || std::abs(bursts - seen.length) > kNearlyAsLong) continue;
     const auto wanted = static_cast<float>(bursts);
     listener.refused(other->name,

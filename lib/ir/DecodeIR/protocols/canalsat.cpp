@@ -41,7 +41,7 @@ bool follows_start_frame(const reading& read) {
     at -= 2 * length;
     before -= length;
     bit_buffer earlier;
-    if (!read_bi_phase(at, 2 * length - 1, *read.from->wire.phase, &earlier) ||
+    if (!read_bi_phase(at, 2 * length - 1, *read.from->wire.phase(), &earlier) ||
         ((earlier.getLsb(0, kBits) ^ read.bits.getLsb(0, kBits)) & ~kToggle) != 0) {
       return false;
     }

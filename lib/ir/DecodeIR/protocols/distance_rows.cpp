@@ -204,7 +204,7 @@ struct row_index {
       const size_t begin = end;
       first[static_cast<size_t>(bursts)] = static_cast<uint8_t>(begin);
       for (const row& candidate : kRows) {
-        if (candidate.wire.distance->bursts() != bursts) continue;
+        if (candidate.wire.distance()->bursts() != bursts) continue;
         size_t at = end++;
         for (; at > begin && rows[at - 1]->redundancy() < candidate.redundancy(); --at) {
           rows[at] = rows[at - 1];

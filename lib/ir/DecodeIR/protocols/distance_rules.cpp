@@ -130,7 +130,7 @@ bool xorOfFour(const reading& read) {
 
 /// Each bit is sent as two symbols, the second the opposite of the first.
 bool pairsDiffer(const reading& read) {
-  for (int i = 0; i < read.from->wire.distance->bits; i += 2) {
+  for (int i = 0; i < read.from->wire.distance()->bits; i += 2) {
     if (read.get({i, 1}) == read.get({i + 1, 1})) return false;
   }
   return true;
@@ -138,7 +138,7 @@ bool pairsDiffer(const reading& read) {
 
 bool readPid0083(const reading& read, answer* out) {
   out->function = 0;
-  for (int i = 0; i < read.from->wire.distance->bits / 2; ++i) {
+  for (int i = 0; i < read.from->wire.distance()->bits / 2; ++i) {
     out->function |= static_cast<int>(read.get({2 * i, 1})) << i;
   }
   return true;
@@ -147,7 +147,7 @@ bool readPid0083(const reading& read, answer* out) {
 // A Matsui frame's long symbol is exactly twice the short one, an Akai frame's a little more.
 bool readAkai(const reading& read, answer*) {
   constexpr float kHalfway = 0.007F;
-  const pulse_distance& wire = *read.from->wire.distance;
+  const pulse_distance& wire = *read.from->wire.distance();
   const float mark = wire.mark * wire.unit * read.fit.scale + read.fit.bias;
   return mark < kMatsuiShortestMarkUs || read.fit.skew < kHalfway;
 }

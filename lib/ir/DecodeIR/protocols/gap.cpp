@@ -54,7 +54,7 @@ std::optional<answer> read_distance(const frame& seen) {
   bool fits = false;
   reading fitted{seen, nullptr, {}, {}};
   for (const row* const candidate : distance_rows(seen.length)) {
-    const pulse_distance& wire = *candidate->wire.distance;
+    const pulse_distance& wire = *candidate->wire.distance();
     if (seen.trailing_gap < wire.min_gap) {
       seen.refused({reason::gap_behind, -1, seen.trailing_gap, wire.min_gap, kAnyUs},
                    candidate->name);

@@ -42,7 +42,7 @@ bool hasAppleParity(const reading& read) {
 
 bool isPioneer(const reading& read, const answer& out) {
   if (out.subdevice != -1 || out.device < kPioneerFirst || out.device > kPioneerLast) return false;
-  const float unit = read.fit.scale * read.from->wire.distance->unit;
+  const float unit = read.fit.scale * read.from->wire.distance()->unit;
   return (unit > kPioneerShortestUnitUs && unit < kPioneerLongestUnitUs) ||
          (read.seen.carrier_hz > kPioneerCarrierLeast &&
           read.seen.carrier_hz < kPioneerCarrierMost);

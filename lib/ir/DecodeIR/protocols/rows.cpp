@@ -15,14 +15,14 @@ int reading::code_byte(const field& where) const {
   if (where.width == 0) return -1;
   const auto mask = static_cast<unsigned>((uint64_t{1} << where.width) - 1);
   const unsigned as_sent = msb(bits.getLsb(where.first, where.width), where.width);
-  const bool complemented = from->wire.distance != nullptr && !from->msb && !where.reversed;
+  const bool complemented = from->wire.distance() != nullptr && !from->msb && !where.reversed;
   return static_cast<int>(complemented ? ~as_sent & mask : as_sent);
 }
 
 bool reading::checks(int bit) const {
   const auto within = [bit](int first, int width) { return bit >= first && bit < first + width; };
   if (from->finish_checks) return true;
-  if (from->check != nullptr && !within(from->unchecked.first, from->unchecked.width)) return true;
+  if (from->check.present() && !within(from->unchecked.first, from->unchecked.width)) return true;
   return std::any_of(std::begin(from->constants), std::end(from->constants),
                      [&](const constant& fixed) { return within(fixed.first, fixed.width); }) ||
          std::any_of(std::begin(from->mirrors), std::end(from->mirrors), [&](const mirror& twice) {
@@ -40,16 +40,16 @@ bool reading::checks_hold() const {
         bits.getLsb(twice.first, twice.width) ^ bits.getLsb(twice.second, twice.width);
     if (difference != (twice.plain ? 0 : (1U << twice.width) - 1)) return false;
   }
-  return from->check == nullptr || from->check(*this);
+  return !from->check.present() || from->check(*this);
 }
 
 namespace {
 
 burst_layout layout_of(const coding& wire) {
-  if (wire.width != nullptr) return {.lead = wire.width->lead, .stop = wire.width->stop};
-  if (wire.phase != nullptr) return {.lead = wire.phase->lead[0] > 0 ? 1 : 0};
-  const int lead = wire.distance->has_lead() ? 1 : 0;
-  const int split = wire.distance->split.at;
+  if (wire.width() != nullptr) return {.lead = wire.width()->lead, .stop = wire.width()->stop};
+  if (wire.phase() != nullptr) return {.lead = wire.phase()->lead[0] > 0 ? 1 : 0};
+  const int lead = wire.distance()->has_lead() ? 1 : 0;
+  const int split = wire.distance()->split.at;
   return {.lead = lead, .split = split >= 0 ? lead + split : -1, .stop = true};
 }
 
@@ -70,7 +70,7 @@ std::optional<answer> reading::read() const {
     if (more.label == nullptr) break;
     found.remark.print("%s%s%u", found.remark.empty() ? "" : ", ", more.label, get(more.where));
   }
-  if (from->finish != nullptr && !from->finish(*this, &found)) return {};
+  if (from->finish.present() && !from->finish(*this, &found)) return {};
   return found;
 }
 
@@ -82,8 +82,8 @@ std::optional<answer> read_rows(std::span<const row> rows, const frame& seen) {
     reading fitted{seen, &candidate, {}, {}};
     const bool fits =
         seen.length >= wire.fewest_bursts() && seen.length <= wire.most_bursts() &&
-        (wire.width != nullptr ? read_pulse_width(seen, *wire.width, &fitted.bits, &why)
-                               : read_bi_phase(seen, *wire.phase, &fitted.bits, &why));
+        (wire.width() != nullptr ? read_pulse_width(seen, *wire.width(), &fitted.bits, &why)
+                                 : read_bi_phase(seen, *wire.phase(), &fitted.bits, &why));
     if (fits && fitted.checks_hold()) {
       if (auto found = fitted.read()) return found;
     }

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <variant>
 
 #include "lib/ir/DecodeIR/answer.h"
 #include "lib/ir/DecodeIR/bit_buffer.h"
@@ -47,28 +48,54 @@ struct extra {
 /// How the frames of a row look on the wire: one of the codings.
 class coding {
  public:
-  constexpr coding(const pulse_distance* wire) : distance(wire) {}
-  constexpr coding(const pulse_width* wire) : width(wire) {}
-  constexpr coding(const bi_phase_code* wire) : phase(wire) {}
+  constexpr coding(const pulse_distance* wire) : wire_(wire) {}
+  constexpr coding(const pulse_width* wire) : wire_(wire) {}
+  constexpr coding(const bi_phase_code* wire) : wire_(wire) {}
+
+  /// The coding if it is of this kind, else null.
+  [[nodiscard]] constexpr const pulse_distance* distance() const {
+    return get<const pulse_distance*>();
+  }
+  [[nodiscard]] constexpr const pulse_width* width() const { return get<const pulse_width*>(); }
+  [[nodiscard]] constexpr const bi_phase_code* phase() const { return get<const bi_phase_code*>(); }
 
   [[nodiscard]] constexpr int bits() const {
-    return distance != nullptr ? distance->bits : width != nullptr ? width->bits : phase->bits;
+    return std::visit([](const auto* wire) { return wire->bits; }, wire_);
   }
-  [[nodiscard]] constexpr int fewest_bursts() const {
-    return phase != nullptr ? phase->fewest_bursts() : bursts();
+  [[nodiscard]] int fewest_bursts() const {
+    return phase() != nullptr ? phase()->fewest_bursts() : bursts();
   }
-  [[nodiscard]] constexpr int most_bursts() const {
-    return phase != nullptr ? phase->most_bursts() : bursts();
+  [[nodiscard]] int most_bursts() const {
+    return phase() != nullptr ? phase()->most_bursts() : bursts();
   }
-
-  const pulse_distance* distance = nullptr;
-  const pulse_width* width = nullptr;
-  const bi_phase_code* phase = nullptr;
 
  private:
-  [[nodiscard]] constexpr int bursts() const {
-    return distance != nullptr ? distance->bursts() : width->bursts();
+  template <typename Wire>
+  [[nodiscard]] constexpr Wire get() const {
+    return std::holds_alternative<Wire>(wire_) ? std::get<Wire>(wire_) : nullptr;
   }
+  [[nodiscard]] int bursts() const {
+    return distance() != nullptr ? distance()->bursts() : width()->bursts();
+  }
+
+  std::variant<const pulse_distance*, const pulse_width*, const bi_phase_code*> wire_;
+};
+
+/// A function that a row has or does not have. It remembers which, because g++ does not compare the
+/// addresses of functions in constants while it compiles for the sanitizers.
+template <typename... Arguments>
+class optional_test {
+ public:
+  constexpr optional_test() = default;
+  constexpr optional_test(bool (*test)(Arguments...)) : test_(test), present_(true) {}
+
+  [[nodiscard]] constexpr bool present() const { return present_; }
+  /// REQUIRES: present().
+  bool operator()(Arguments... arguments) const { return test_(arguments...); }
+
+ private:
+  bool (*test_)(Arguments...) = nullptr;
+  bool present_ = false;
 };
 
 struct row;
@@ -106,9 +133,9 @@ struct row {
   mirror mirrors[3] = {};
   int check_bits = 0;    // how many bits `check` proves
   field unchecked = {};  // bits that `check` does not look at
-  bool (*check)(const reading&) = nullptr;
+  optional_test<const reading&> check = {};
   /// Completes the answer where a row cannot say it; false refuses the frame.
-  bool (*finish)(const reading&, answer*) = nullptr;
+  optional_test<const reading&, answer*> finish = {};
   extra extras[2] = {};
   const ditto* repeat = nullptr;
 
@@ -140,10 +167,10 @@ constexpr bool is_sound(const row& checked) {
     if (!inside(twice.first, twice.width) || !inside(twice.second, twice.width)) return false;
     if (twice.width > 0 && twice.second < twice.first + twice.width) return false;
   }
-  const bool checks = checked.check != nullptr || checked.finish_checks;
+  const bool checks = checked.check.present() || checked.finish_checks;
   return bits <= bit_buffer::kMostBits && (checked.check_bits == 0 || checks) &&
-         (checked.check == nullptr || checked.check_bits > 0) &&
-         (!checked.finish_checks || checked.finish != nullptr);
+         (!checked.check.present() || checked.check_bits > 0) &&
+         (!checked.finish_checks || checked.finish.present());
 }
 
 template <size_t kCount>

@@ -89,7 +89,7 @@ press press_of(const reading& read, part (*place)(const reading&)) {
   const frame& seen = read.seen;
   const float* const begin = seen.first - 2 * static_cast<ptrdiff_t>(seen.before);
   const float* const end = seen.first + 2 * static_cast<ptrdiff_t>(seen.reach);
-  const bi_phase_code& wire = *read.from->wire.phase;
+  const bi_phase_code& wire = *read.from->wire.phase();
   press all;
   all.add(place(read));
   const auto join = [&](run beside) {

@@ -41,7 +41,7 @@ std::vector<const row*> takers(const std::vector<int>& sent) {
   const frame seen(bursts);
   std::vector<const row*> found;
   for (const row* const candidate : distance_rows(seen.length)) {
-    const pulse_distance& wire = *candidate->wire.distance;
+    const pulse_distance& wire = *candidate->wire.distance();
     reading fitted{seen, candidate, {}, {}};
     if (seen.trailing_gap >= wire.min_gap && seen.gap_before <= wire.max_before &&
         read_pulse_distance(wire, seen.first, &fitted.bits, &fitted.fit) && fitted.checks_hold() &&
@@ -67,7 +67,7 @@ std::map<std::string, std::vector<int>> frames() {
 
 // These follow another frame closely; alone they look like what they are not.
 bool is_continuation(const row& one) {
-  return one.wire.distance->max_before < kAnyUs;
+  return one.wire.distance()->max_before < kAnyUs;
 }
 
 TEST(Rows, EachTakesAFrameOfSomeDefinition) {
@@ -77,7 +77,7 @@ TEST(Rows, EachTakesAFrameOfSomeDefinition) {
   }
   for (const row* const one : distance_rows()) {
     EXPECT_TRUE(taken.contains(one) || is_continuation(*one))
-        << one->name << " of " << one->wire.bits() << " bits, unit " << one->wire.distance->unit;
+        << one->name << " of " << one->wire.bits() << " bits, unit " << one->wire.distance()->unit;
   }
 }
 
@@ -101,7 +101,7 @@ TEST(Rows, AreSoundOnlyWhenTheyMeanWhatTheySay) {
       {"constant too wide", {.name = "", .wire = &kWire, .constants = {{0, 4, 16}}}},
       {"mirror in itself", {.name = "", .wire = &kWire, .mirrors = {{0, 4, 8}}}},
       {"mirror outside", {.name = "", .wire = &kWire, .mirrors = {{0, 16, 8}}}},
-      {"check that proves nothing", {.name = "", .wire = &kWire, .check = check}},
+      {"check that proves nothing", {.name = "", .wire = &kWire, .check = +check}},
       {"proof without a check", {.name = "", .wire = &kWire, .check_bits = 4}},
   };
   for (const auto& [what, broken] : cases) EXPECT_FALSE(is_sound(broken)) << what;
