@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "companions/options.h"
 
+#include <cstdio>
 #include <cstdlib>
+#include <exception>
 
 #include "version_info.h"
 
@@ -23,6 +25,18 @@ std::optional<int> options::read(int argc, char** argv) {
     return exit(end) == 0 ? EXIT_SUCCESS : EXIT_FAILURE;
   }
   return {};
+}
+
+int run_guarded(const char* program, int (*run)(int argc, char** argv), int argc,
+                char** argv) noexcept {
+  try {
+    return run(argc, argv);
+  } catch (const std::exception& fault) {
+    std::fprintf(stderr, "%s: %s\n", program, fault.what());
+  } catch (...) {
+    std::fprintf(stderr, "%s: something unexpected happened\n", program);
+  }
+  return EXIT_FAILURE;
 }
 
 }  // namespace companions

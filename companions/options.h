@@ -31,4 +31,8 @@ class options : public CLI::App {
   std::optional<int> read(int argc, char** argv);
 };
 
+/// Runs the whole of a program: what it throws ends it with a message and status 1.
+int run_guarded(const char* program, int (*run)(int argc, char** argv), int argc,
+                char** argv) noexcept;
+
 }  // namespace companions

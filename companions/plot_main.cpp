@@ -66,10 +66,7 @@ bool write_svg(const std::string& path, const std::vector<plotted>& signals, boo
   return static_cast<bool>(out);
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
-  set_loglevel(0);  // what a decoder could not make of a pattern, its answer shows
+int run(int argc, char** argv) {
   std::string svg_path;
   bool histogram = false;
   bool bytes = false;
@@ -119,4 +116,11 @@ int main(int argc, char** argv) {
     ok = false;
   }
   return ok ? EXIT_SUCCESS : EXIT_FAILURE;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  set_loglevel(0);  // what a decoder could not make of a pattern, its answer shows
+  return run_guarded("vantrel-plot", run, argc, argv);
 }

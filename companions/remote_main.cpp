@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <exception>
 #include <iostream>
 #include <string>
 #include <vector>
@@ -88,12 +87,5 @@ int run(int argc, char** argv) {
 
 int main(int argc, char** argv) {
   set_loglevel(0);  // what a decoder could not make of a signal is no news here
-  try {
-    return run(argc, argv);
-  } catch (const std::exception& fault) {
-    complain(fault.what());
-  } catch (...) {
-    complain("something unexpected happened");
-  }
-  return EXIT_FAILURE;
+  return run_guarded("vantrel-remote", run, argc, argv);
 }
