@@ -144,7 +144,7 @@ symbol_set find_pulse_width(const burst_view& bursts) {
     const int mark = bursts.mark(i);
     if (found.fits(mark)) spaces[found.nearest(mark)].push_back(*bursts.space(i));
   }
-  const auto [fewer, more] = std::minmax(spaces[0].size(), spaces[1].size());
+  const auto [fewer, more] = std::minmax({spaces[0].size(), spaces[1].size()});
   if (fewer * kSymbolsPerLevel < more) return found;
   const std::array typical = {median(spaces[0]), median(spaces[1])};
   size_t strays = 0;

@@ -357,7 +357,9 @@ TEST_F(Bookkeeping, CycleCountsGiveTheCarrier) {
   // Only the frame's bursts count, whose marks differ.
   context_.fill(0);
   bursts_[2] = 2 * kMarkUs;
-  EXPECT_EQ(carrierOf({570, 1140, 570, 570, 9999, 9999}, {{1, 3, "RC5"}}), 38000U);
+  std::vector<uint32_t> unlike(16, 9999);
+  std::copy_n(std::array{570U, 1140U, 570U, 570U}.begin(), 4, unlike.begin());
+  EXPECT_EQ(carrierOf(unlike, {{1, 3, "RC5"}}), 38000U);
   for (int& duration : bursts_) duration = 1;
   context_.fill(0);
   EXPECT_EQ(carrierOf(std::vector<uint32_t>(16, 65535), {{0, 4, "RC5"}}), unsigned{INT_MAX});
