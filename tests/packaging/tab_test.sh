@@ -13,7 +13,14 @@ helper=/usr/share/bash-completion/bash_completion
 
 work=$(mktemp -d)
 export HOME=$work TMUX_TMPDIR=$work LC_ALL=C.UTF-8
-trap 'tmux kill-server 2>/dev/null || true; rm -rf "$work"' EXIT
+clean_up() {  # a shell that is being ended may still write into its folder
+  tmux kill-server 2>/dev/null || true
+  for _ in $(seq 50); do
+    ! rm -rf "$work" 2>/dev/null || return 0
+    sleep 0.1
+  done
+}
+trap clean_up EXIT
 touch "$work/captures.csv"
 export PATH=$prefix/bin:$PATH XDG_DATA_DIRS=$prefix/share:/usr/share XDG_CONFIG_HOME=$work
 case $shell in
