@@ -52,7 +52,8 @@ struct mark_space {
 
   /// Durations from the first mark to the last.
   [[nodiscard]] constexpr size_t length() const {
-    return 2 * (lead.count + bits) + (end == ending::stop_mark ? 1 : -1);
+    const size_t whole = 2 * (lead.count + bits);
+    return end == ending::stop_mark ? whole + 1 : whole - 1;
   }
 };
 

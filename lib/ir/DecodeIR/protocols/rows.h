@@ -45,6 +45,12 @@ struct extra {
   field where = {};
 };
 
+/// What a variant of pointers holds if it is of this type, else null.
+template <typename Wanted, typename... Types>
+constexpr Wanted get_or_null(const std::variant<Types...>& from) {
+  return std::holds_alternative<Wanted>(from) ? std::get<Wanted>(from) : nullptr;
+}
+
 /// How the frames of a row look on the wire: one of the codings.
 class coding {
  public:
@@ -54,10 +60,14 @@ class coding {
 
   /// The coding if it is of this kind, else null.
   [[nodiscard]] constexpr const pulse_distance* distance() const {
-    return get<const pulse_distance*>();
+    return get_or_null<const pulse_distance*>(wire_);
   }
-  [[nodiscard]] constexpr const pulse_width* width() const { return get<const pulse_width*>(); }
-  [[nodiscard]] constexpr const bi_phase_code* phase() const { return get<const bi_phase_code*>(); }
+  [[nodiscard]] constexpr const pulse_width* width() const {
+    return get_or_null<const pulse_width*>(wire_);
+  }
+  [[nodiscard]] constexpr const bi_phase_code* phase() const {
+    return get_or_null<const bi_phase_code*>(wire_);
+  }
 
   [[nodiscard]] constexpr int bits() const {
     return std::visit([](const auto* wire) { return wire->bits; }, wire_);
@@ -70,10 +80,6 @@ class coding {
   }
 
  private:
-  template <typename Wire>
-  [[nodiscard]] constexpr Wire get() const {
-    return std::holds_alternative<Wire>(wire_) ? std::get<Wire>(wire_) : nullptr;
-  }
   [[nodiscard]] int bursts() const {
     return distance() != nullptr ? distance()->bursts() : width()->bursts();
   }
