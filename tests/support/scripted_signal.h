@@ -155,6 +155,7 @@ inline offers offer;
 /// Notes the frame and finds nothing.
 inline std::optional<analysis::answer> look(const analysis::frame& seen) {
   offer.seen += std::to_string(seen.before) + '+' + std::to_string(seen.length) + ' ';
+  const setBurst lengths = seen.burst_lengths();
   char text[255];
   std::snprintf(text, sizeof text,
                 "gaps %g %g framing %g total %g largest %g carrier %d marks %g %g %g spaces %g %g "
@@ -162,8 +163,7 @@ inline std::optional<analysis::answer> look(const analysis::frame& seen) {
                 seen.gap_before, seen.trailing_gap, seen.framing_gap, seen.total_us,
                 seen.largest_us, seen.carrier_hz, seen.on_times.smallest, seen.on_times.second,
                 seen.on_times.largest, seen.off_times.smallest, seen.off_times.largest,
-                seen.burst_lengths.smallest, seen.burst_lengths.largest, seen.burst_lengths.mid_low,
-                seen.burst_lengths.mid_high);
+                lengths.smallest, lengths.largest, lengths.mid_low, lengths.mid_high);
   offer.details = text;
   return {};
 }

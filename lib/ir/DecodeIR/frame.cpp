@@ -11,40 +11,37 @@ frame::frame(std::span<const float> signal, int carrier)
       gap_before(kSilenceUs),
       carrier_hz(carrier) {
   begin(signal.data(), reach);
-  close();
 }
 
 void frame::begin(const float* at, int bursts) {
   first = at;
-  length = bursts;
+  begun_ = bursts;
+  length = 1;
   on_times.clear();
   off_times.clear();
-  burst_lengths.clear();
-  total_us = 0;
-  for (int i = 0; i < length - 1; ++i) {
-    on_times.insert(first + 2 * i);
-    off_times.insert(first + 2 * i + 1);
-    burst_lengths.insert1(first + 2 * i);
-    total_us += burst(i);
-  }
-  burst_lengths.findMid();
+  on_times.insert(at);
+  total_us = at[0];
+  grow_to(bursts);
 }
 
-void frame::close() {
-  const float* const last = first + 2 * (length - 1);
-  on_times.insert(last);
-  total_us += last[0];
-  trailing_gap = last[1];
+void frame::grow_to(int bursts) {
+  for (; length < bursts; ++length) {
+    const float* const next = first + 2 * length;
+    off_times.insert(next - 1);
+    on_times.insert(next);
+    total_us += next[-1] + next[0];
+  }
+  trailing_gap = off(length - 1);
   largest_us = std::max(on_times.largest, off_times.largest);
   framing_gap = std::min(trailing_gap, gap_before);
 }
 
-void frame::grow() {
-  const float* const last = first + 2 * (length - 1);
-  total_us += trailing_gap;
-  off_times.insert(last + 1);
-  burst_lengths.insert(last);
-  ++length;
+setBurst frame::burst_lengths() const {
+  setBurst lengths;
+  for (int i = 0; i < begun_ - 1; ++i) lengths.insert1(first + 2 * i);
+  lengths.findMid();
+  for (int i = begun_ - 1; i < length - 1; ++i) lengths.insert(first + 2 * i);
+  return lengths;
 }
 
 bool frame::lead_in(float minTotal, float maxTotal, float maxOn, float minOff, float extra) const {

@@ -34,7 +34,6 @@ struct frame {
   refusal_listener* listener = nullptr;  // whom refusals are told; the caller's
   setOn on_times;
   setOff off_times;  // without the trailing gap
-  setBurst burst_lengths;
 
   frame() = default;
   /// All of a signal as one frame between silences: durations in µs, mark first, an even number of
@@ -59,17 +58,21 @@ struct frame {
   [[nodiscard]] bool lead_in(float minTotal, float maxTotal, float maxOn, float minOff,
                              float extra) const;
 
+  /// The lengths of its bursts, without the last one. Costs a sort: nothing keeps them up to date.
+  [[nodiscard]] setBurst burst_lengths() const;
+
   /// For recognisers: tells the listener, if there is one, and is no answer.
   std::nullopt_t refused(const refusal& why, const char* protocol = nullptr) const {
     if (listener != nullptr) listener->refused(protocol, why);
     return std::nullopt;
   }
 
-  /// How the search lets a frame grow: from `bursts` bursts at `at`, whose last one `close` takes
-  /// in; `grow` puts its gap inside and makes the next burst the last one.
+  /// How the search lets a frame grow: from `bursts` bursts at `at` to as many as it likes.
   void begin(const float* at, int bursts);
-  void close();
-  void grow();
+  void grow_to(int bursts);
+
+ private:
+  int begun_ = 2;  // bursts that it began with
 };
 
 /// What a frame must at least be before a recogniser looks closer. Cheap to test, so most

@@ -126,11 +126,15 @@ bool Signal::tryFrame(const float* at) {
   frame_.preempt_level = preemptLevel_;
   const int longest = std::min(analysis::frame::kMostBursts, frame_.reach);
   if (frame_.length > longest) return false;
-  for (frame_.begin(at, frame_.length); frame_.length <= longest; frame_.grow()) {
-    frame_.close();
-    frame_.carrier_hz =
-        cycles_ != nullptr ? getFreq(frame_.before, frame_.before + frame_.length) : freq_;
-    if (frame_.trailing_gap >= shortestGap_ && callRecognisers()) return true;
+  frame_.begin(at, frame_.length);
+  for (int bursts = frame_.length; bursts <= longest; ++bursts) {
+    // Most ends are refused by their gap, before anything of the frame is looked at.
+    if (at[2 * bursts - 1] >= shortestGap_) {
+      frame_.grow_to(bursts);
+      frame_.carrier_hz =
+          cycles_ != nullptr ? getFreq(frame_.before, frame_.before + bursts) : freq_;
+      if (callRecognisers()) return true;
+    }
     recogniserIndex_ = 0;
   }
   return false;

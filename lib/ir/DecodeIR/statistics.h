@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Running statistics of a candidate frame's durations, all in µs. A frame grows burst by burst,
-// so each set is kept by insertion and never recomputed.
+// Statistics of a candidate frame's durations, all in µs, kept by insertion because a frame grows.
 #pragma once
 
 #include <algorithm>
