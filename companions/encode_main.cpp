@@ -152,8 +152,8 @@ int main(int argc, char** argv) {
   set_loglevel(0);  // what a decoder could not make of a signal is no news here
   arguments wanted;
   options line(kProgram, "Renders the signal of a protocol and its numbers.");
-  line.add_option("PROTOCOL NAME=NUMBER", wanted.words, "A protocol and its numbers, as D=4 F=8")
-      ->type_name("");
+  line.add_option("PROTOCOL", wanted.words, "A protocol and its numbers, as D=4 F=8")
+      ->option_text("NAME=NUMBER ...");
   line.add_option("-n,--repeats", wanted.repeats, "Hold the key for so many more frames")
       ->type_name("N")
       ->check(CLI::Range(0, kMostRepeats));

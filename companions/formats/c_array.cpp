@@ -125,14 +125,13 @@ class reader : public form_reader {
     while (!digits.empty() &&
            std::string_view("uUlL").find(digits.back()) != std::string_view::npos)
       digits.remove_suffix(1);
-    const auto us = duration(digits);
     const size_t column = behind.column - number_.size() + 1;
-    if (!us) {
-      fail({column, behind.line}, no_duration({number_, column}), out);
-    } else if (found_.durations.size() >= kMostPatternDurations) {
+    if (found_.durations.size() >= kMostPatternDurations) {
       fail({column, behind.line}, {column, kTooManyDurations}, out);
-    } else {
+    } else if (const auto us = duration(digits)) {
       found_.durations.push_back(*us);
+    } else {
+      fail({column, behind.line}, no_duration({number_, column}), out);
     }
     number_.clear();
   }
