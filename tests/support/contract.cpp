@@ -19,25 +19,26 @@ struct Case {
   std::string protocol, frame, when, member, name, repeats, device, subDevice, obc, hex0, note;
 };
 
-std::vector<Case> load() {
-  std::vector<Case> found;
-  std::ifstream file(TEST_DATA "/expected.tsv");
+/// Fills one row per line of a table, the members in the order of its columns.
+template <typename Row, typename... Members>
+std::vector<Row> load(const char* path, Members... members) {
+  std::vector<Row> found;
+  std::ifstream file(path);
   for (std::string line; std::getline(file, line);) {
     if (line.starts_with('#')) continue;
     std::istringstream in(line);
-    Case row;
-    for (std::string* field :
-         {&row.protocol, &row.frame, &row.when, &row.member, &row.name, &row.repeats, &row.device,
-          &row.subDevice, &row.obc, &row.hex0, &row.note}) {
-      std::getline(in, *field, '\t');
-    }
+    Row row;
+    (std::getline(in, row.*members, '\t'), ...);
     found.push_back(std::move(row));
   }
   return found;
 }
 
 const std::vector<Case>& cases() {
-  static const std::vector<Case> table = load();
+  static const auto table =
+      load<Case>(TEST_DATA "/expected.tsv", &Case::protocol, &Case::frame, &Case::when,
+                 &Case::member, &Case::name, &Case::repeats, &Case::device, &Case::subDevice,
+                 &Case::obc, &Case::hex0, &Case::note);
   return table;
 }
 
@@ -337,6 +338,10 @@ std::string describe(const Sample& sample) {
   }
   return text + " single=" + std::to_string(sample.singleCount) +
          " repeat=" + std::to_string(sample.repeatCount) + "\n" + irp::csv(sample.durations);
+}
+
+std::vector<Frame> frames() {
+  return load<Frame>(TEST_DATA "/frames.tsv", &Frame::what, &Frame::definition, &Frame::answer);
 }
 
 }  // namespace contract

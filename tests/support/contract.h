@@ -83,6 +83,12 @@ std::vector<int> frame(std::string_view protocol, const irp::Parameters& given);
 std::vector<Sample> samples(std::string_view protocol, uint64_t seed, const Counts& counts = {},
                             const Receiver& receiver = {});
 
+/// A line of tests/data/frames.tsv.
+struct Frame {
+  std::string what, definition, answer;
+};
+std::vector<Frame> frames();
+
 /// What is wrong with an answer, in words; empty when it is right.
 std::string mismatch(const Expected& expected, const Answer& answer);
 

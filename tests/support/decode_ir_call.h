@@ -114,7 +114,7 @@ inline std::vector<int> signal(const char* protocol, const irp::Parameters& give
 }
 
 /// A frame of a definition that breaks a rule of its protocol, without its gap.
-inline std::vector<int> broken(const char* definition) {
+inline std::vector<int> broken(const std::string& definition) {
   std::vector<int> sent = irp::Protocol("broken", definition).render({}).whole();
   if (sent.size() % 2 == 0) sent.pop_back();
   return sent;
@@ -164,7 +164,7 @@ inline void expectUnnamed(std::string_view what, const std::vector<int>& sent) {
 inline void expectUnnamed(
     std::initializer_list<std::pair<std::string_view, std::string>> brokenFrames) {
   for (const auto& [what, definition] : brokenFrames) {
-    expectUnnamed(what, broken(definition.c_str()));
+    expectUnnamed(what, broken(definition));
   }
 }
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// How the frames of the pulse-distance protocols look on the wire. For distance_rows.cpp alone.
+// How the frames of the pulse-distance protocols look on the wire. For the rows and what belongs to
+// them.
 #pragma once
 
 #include "lib/ir/DecodeIR/protocols/distance_rules.h"
@@ -12,13 +13,17 @@ namespace analysis {
 
 // --- On the wire: unit in µs, lead-in, mark, spaces of zero and one, symbols ------------------
 inline constexpr pulse_distance kNec{564, {16, 8}, 1, 1, 3, 32};
+inline constexpr pulse_distance kNecFast = pulse_distance{495, {16, 8}, 1, 1, 3, 32}.clock(0.97F, 1.03F);
 inline constexpr pulse_distance kNecSlow = pulse_distance{690, {16, 8}, 1, 1, 3, 32}.clock(0.93F, 1.08F);
 inline constexpr pulse_distance kNecx{564, {8, 8}, 1, 1, 3, 32};
 inline constexpr pulse_distance kNec48{564, {16, 8}, 1, 1, 3, 48};
 inline constexpr pulse_distance kNec24{550, {16, 8}, 1, 1, 3, 24};
 inline constexpr pulse_distance kAiwa{555, {16, 8}, 1, 1, 3, 42};
-inline constexpr pulse_distance kIodata{550, {16, 8}, 1, 1, 3, 40};
-inline constexpr pulse_distance kKeeprite{570, {16, 8}, 1, 1, 3, 35};
+inline constexpr pulse_distance kNec40{555, {16, 8}, 1, 1, 3, 40};
+// Of 40 bits that nothing checks only the exact clock speaks for IODATA: NEC's is 2 % slower.
+inline constexpr pulse_distance kIodata = pulse_distance{550, {16, 8}, 1, 1, 3, 40}.clock(0.985F, 1.0155F);
+inline constexpr pulse_distance kGree{570, {16, 8}, 1, 1, 3, 35};
+inline constexpr pulse_distance kCarrier = pulse_distance{530, {8430 / 530.0F, 4200 / 530.0F}, 1, 1, 3, 32}.clock(0.95F, 1.03F);
 inline constexpr pulse_distance kAnthem{605, {8000 / 605.0F, 4000 / 605.0F}, 1, 1, 3, 32};
 inline constexpr pulse_distance kAkord{477, {18, 8}, 1, 1, 2, 32};
 inline constexpr pulse_distance kLg{560, {15.2F, 7.6F}, 1, 1, 3, 28};
@@ -93,7 +98,7 @@ inline constexpr pulse_distance kArcher = leadless(12, 1, 275, 4700 / 12.0F, 5, 
 inline constexpr pulse_distance kJerrold = leadless(44, 1, 7500 / 44.0F, 11500 / 44.0F, 5, 18000, 0.03F);
 inline constexpr pulse_distance kPid0001 = leadless(24, 1, 9314 / 24.0F, 13486 / 24.0F, 5, 18000, 0.03F);
 inline constexpr pulse_distance kPid0004 = leadless(12, 1, 130 / 12.0F, 31, 6, 15000, 0.06F);
-inline constexpr pulse_distance kKeepriteNext = leadless(570, 1, 1, 3, 32, 9000, 0.08F);
+inline constexpr pulse_distance kGreeNext = leadless(570, 1, 1, 3, 32, 9000, 0.08F);
 inline constexpr pulse_distance kPid0083 = leadless(3000, 1, 3, 7, 10, 40000, 0.03F);
 
 // --- Held keys -------------------------------------------------------------------------------

@@ -164,16 +164,42 @@ bool readComplemented(const reading& read, answer* out) {
   return true;
 }
 
-// The name ends in n, which the last nibble completes. Nothing else is checked, so keep away from
-// the first 40 bits of an Aiwa frame.
+namespace {
+
+/// Whether the frame may be the first 40 bits of an Aiwa frame.
+bool isAiwa(const reading& read) {
+  constexpr unsigned kAddress = (1U << 13) - 1;
+  return (read.get({0, 13}) ^ read.get({13, 13})) == kAddress;
+}
+
+}  // namespace
+
+bool readNec40(const reading& read, answer*) {
+  return !isAiwa(read);
+}
+
+// The name ends in n, which the last nibble completes; what that nibble is, nothing checks.
 bool readIodata(const reading& read, answer* out) {
-  constexpr unsigned kAiwaAddress = (1U << 13) - 1;
-  if ((read.get({0, 13}) ^ read.get({13, 13})) == kAiwaAddress) return false;
+  if (isAiwa(read)) return false;
   const unsigned x = read.get({0, 7});
   const unsigned y = read.get({21, 7});
   out->name.print("%u", nibbleXor(read, 28, 3));
   if (x != 0 || y != 0) out->remark.print("x=%u, y=%u", x, y);
   return true;
+}
+
+// Nothing but its lead-in tells a JVC frame from other 16 bits, so that has to fit the clock of the
+// bits. The mark may have grown while the receiver's gain settled.
+bool readJvc(const reading& read, answer*) {
+  constexpr float kError = 0.045F;  // captured lead-ins reach -3.1 and +3.8 %
+  const pulse_distance& wire = *read.from->wire.distance();
+  const float unit = wire.unit * read.fit.scale;
+  const auto fits = [](float found, float wanted) {
+    return found > (1 - kError) * wanted && found < (1 + kError) * wanted;
+  };
+  return fits(read.seen.burst(0), (wire.lead.on + wire.lead.off) * unit) ||
+         (read.seen.on(0) > wire.lead.on * unit &&
+          fits(read.seen.off(0) + read.fit.bias, wire.lead.off * unit));
 }
 
 // A maker with a row of its own sent a damaged frame if it comes here.

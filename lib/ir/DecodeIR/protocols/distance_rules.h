@@ -13,6 +13,7 @@ inline constexpr float kAkaiLongestMarkUs = 452;
 // Checks: whether the frame's check bits agree with its data.
 bool anthemSum(const reading& read);
 bool denonKXor(const reading& read);
+bool greeState(const reading& read);
 bool gi4dtvParity(const reading& read);
 bool giCableSum(const reading& read);
 bool kaseikyoXor(const reading& read);
@@ -28,13 +29,18 @@ bool xorOfThree(const reading& read);
 bool xorOfFour(const reading& read);
 
 // Readings: complete the answer; false refuses the frame.
+bool isNotNec(const reading& read, answer* out);
 bool readAkai(const reading& read, answer* out);
 bool readAnthem(const reading& read, answer* out);
 bool readComplemented(const reading& read, answer* out);
 bool readGi4dtv(const reading& read, answer* out);
+bool readGree(const reading& read, answer* out);
+bool readGreeNext(const reading& read, answer* out);
 bool readIodata(const reading& read, answer* out);
+bool readJvc(const reading& read, answer* out);
 bool readKaseikyo(const reading& read, answer* out);
 bool readNec(const reading& read, answer* out);
+bool readNec40(const reading& read, answer* out);
 bool readNecx(const reading& read, answer* out);
 bool read48Nec(const reading& read, answer* out);
 bool readPid0083(const reading& read, answer* out);

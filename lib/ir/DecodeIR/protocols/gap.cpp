@@ -13,6 +13,7 @@
 // rows look at a candidate frame and answers for what no row knows: a repeat frame alone, and
 // (unknown_gap.cpp) a clean frame of no known protocol.
 #include <algorithm>
+#include <cmath>
 
 #include "lib/ir/DecodeIR/protocols/protocols.h"
 #include "lib/ir/DecodeIR/protocols/rows.h"
@@ -25,6 +26,10 @@ constexpr int kFewestCheckBits = 4;
 // With a symbol or the lead-in damaged the timing proves less; checks have to make up for it.
 constexpr int kDamagedCheckBits = 8;
 constexpr int kMostLoose = 1;
+// Equal bursts have one length, which has to be the right one: remotes keep their clock within a
+// per cent or two.
+constexpr float kUniformClockError = 0.025F;
+constexpr float kUniformBiasUs = 150;
 
 /// A frame without data that says "the key is still held".
 struct lone_ditto {
@@ -40,8 +45,23 @@ constexpr lone_ditto kLoneDittos[] = {
     {"NECx", {564, {8, 8}, 1, 1, 3, 32}, {{8, 8}, 1}},
 };
 
-/// Whether enough checks speak for a frame that is damaged.
+/// Whether a frame without lead-in is a train of equal bursts, as lamps and motors make them.
+bool is_uniform(const reading& fitted) {
+  const bit_buffer& bits = fitted.bits;
+  for (int i = 1; i < bits.size(); ++i) {
+    if (bits.getBit(i) != bits.getBit(0)) return false;
+  }
+  return !fitted.from->wire.distance()->has_lead();
+}
+
+/// Whether enough checks speak for a frame that is damaged, or clock and bias for one that looks
+/// like many others.
 bool is_sure(const reading& fitted) {
+  if (fitted.from->redundancy() < kFewestCheckBits && is_uniform(fitted) &&
+      (std::abs(fitted.fit.scale - 1) > kUniformClockError ||
+       std::abs(fitted.fit.bias) > kUniformBiasUs)) {
+    return false;
+  }
   const int unsure = fitted.fit.unsure_bit;
   const bool damaged = unsure >= 0 || fitted.fit.damaged || fitted.fit.loose > kMostLoose;
   if (damaged && fitted.from->redundancy() < kDamagedCheckBits) return false;

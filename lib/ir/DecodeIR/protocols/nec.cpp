@@ -4,7 +4,9 @@
 //   <16,-8> DDDDDDDD SSSSSSSS FFFFFFFF GGGGGGGG, 564 us a unit, least significant bits first
 //
 //   NEC            G the complement of F; S the complement of D or a subdevice
-//   Pioneer        the same a little faster or on 40 kHz, from the devices 160 to 175
+//   Pioneer        the same a little faster, its lead-in, too, or on 40 kHz, from the devices 160
+//   to
+//                  175
 //   Tivo           D 133, S 48: the upper half of G complements that of F, the lower is a unit
 //   Apple          D 238, S 135: G is the remote's number; F's lowest bit makes the parity odd
 //   Ortek_NEClike  the halves of G are those of F exchanged, the upper one complemented
@@ -28,8 +30,9 @@ constexpr int kTivoSub = 48;
 constexpr int kAppleDevice = 238;
 constexpr int kAppleSub = 135;
 // Pioneer sends the same code a little faster, from devices of its own.
-constexpr float kPioneerShortestUnitUs = 519;
-constexpr float kPioneerLongestUnitUs = 549;
+constexpr float kPioneerLongestUnitUs = 545;
+constexpr float kPioneerShortestLeadUs = 12000;  // mark and space; NEC's have 13200 and more
+constexpr float kPioneerLongestLeadUs = 12950;
 constexpr int kPioneerFirst = 160;
 constexpr int kPioneerLast = 175;
 constexpr int kPioneerCarrierLeast = 39500;
@@ -43,7 +46,9 @@ bool hasAppleParity(const reading& read) {
 bool isPioneer(const reading& read, const answer& out) {
   if (out.subdevice != -1 || out.device < kPioneerFirst || out.device > kPioneerLast) return false;
   const float unit = read.fit.scale * read.from->wire.distance()->unit;
-  return (unit > kPioneerShortestUnitUs && unit < kPioneerLongestUnitUs) ||
+  const float lead = read.seen.burst(0);
+  return (unit <= kPioneerLongestUnitUs && lead >= kPioneerShortestLeadUs &&
+          lead <= kPioneerLongestLeadUs) ||
          (read.seen.carrier_hz > kPioneerCarrierLeast &&
           read.seen.carrier_hz < kPioneerCarrierMost);
 }
@@ -112,6 +117,10 @@ bool readNec(const reading& read, answer* out) {
     out->remark.print("E=%u", last);
   }
   return true;
+}
+
+bool isNotNec(const reading& read, answer*) {
+  return (byteAt(read, 16) ^ byteAt(read, 24)) != 0xFF;
 }
 
 bool readNecx(const reading& read, answer* out) {

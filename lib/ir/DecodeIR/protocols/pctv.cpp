@@ -35,6 +35,15 @@ constexpr float kLeadUs = (kRule.lead + kRule.lead_space) * kRule.unit_us;
 constexpr float kLeadToleranceUs = 0.05F * kLeadUs;
 constexpr float kShortestLeadMarkUs = 1.6F * kRule.unit_us;
 constexpr float kLongestLeadMarkUs = 2.9F * kRule.unit_us;
+constexpr float kOnesErrorUs = 350;  // a clock of 1 or 2 %, and the bias
+constexpr float kOnesUs = kRule.longest * kRule.unit_us;
+
+/// Whether a mark behind the lead-in is that of ones alone, which a receiver may have cut. It is
+/// all that the frame has, so the lead-in must be the right one.
+bool are_ones(const frame& seen) {
+  return seen.on(1) >= frame::kLongestInsideUs && seen.on(1) <= kOnesUs + kOnesErrorUs &&
+         std::abs(seen.on(0) - kRule.lead * kRule.unit_us) <= kOnesErrorUs;
+}
 
 }  // namespace
 
@@ -43,8 +52,7 @@ std::optional<answer> pctv(const frame& seen) {
   if (std::abs(seen.burst(0) - kLeadUs) > kLeadToleranceUs) return {};
   answer found{"PCTV", kByte, -1, kByte, {kByte}};
   found.layout.lead = 1;
-  // Of ones alone: the receiver may have cut the last mark, which is all that the frame has.
-  if (seen.length == 2 && seen.on(1) >= frame::kLongestInsideUs) return found;
+  if (seen.length == 2 && are_ones(seen)) return found;
   slicer frame;
   if (!frame.slice(seen, kRule)) return seen.refused(frame.why());
   bit_buffer bits = frame.bits();

@@ -33,22 +33,9 @@ TEST(Gap, EveryRowHoldsThroughTheWorstReceivers) {
 }
 
 TEST(Gap, NamesFramesBeyondTheContract) {
-  const std::pair<const char*, const char*> cases[] = {
-      {"{38k,554,msb}<1,-1|1,-3>(8,-8,178:8,77:8,191:8,64:8,31:8,224:8,1,-60m)",
-       "Coolix48 D178 S191 F31 H31 [no repeat]"},
-      {"{38k,560,msb}<1,-1|1,-3>(8500u,-4250u,136:8,1:16,1:4,1,-60m)", "LG D136 F1 H1 [no repeat]"},
-      {"{38k,500,msb}<1,-1|1,-3>(3200u,-9750u,136:8,0x0834:16,15:4,1,-60m)",
-       "LG D136 F2100 H2100 [no repeat]"},
-      {"{38k,158u,msb}<158u,-263u|158u,-553u>(158u,-1026u,5:4,4:4,7:4,9:4,158u,-100m)",
-       "Lego D1 F71 H71 [no repeat: T=0, E=1]"},
-      {"{38.1k,570}<1,-1|1,-3>(5:4,0:4,1:2,16:6,0:12,9:4,1,-20m)", "Keeprite [no repeat]"},
-      {"{38.4k,690}<1,-1|1,-3>(16,-8,4:8,251:8,8:8,247:8,1,-40m)", "NEC D4 F8 H239 [no repeat]"},
-      {"{40k,535}<1,-1|1,-3>(16,-8,165:8,90:8,7:8,248:8,1,-40m)",
-       "Pioneer D165 F7 H31 [no repeat]"},
-      {"{38.4k,564}<1,-1|1,-3>(16,-8,238:8,135:8,0:1,5:7,0:8,1,-40m)",
-       "NEC-f16 D238 S135 F10 H175 [no repeat: E=0]"},
-  };
-  for (const auto& [definition, wanted] : cases) expectText(wanted, broken(definition));
+  for (const contract::Frame& one : contract::frames()) {
+    expectText(one.answer, broken(one.definition));
+  }
 }
 
 TEST(Gap, SecondFunctionBytesGoIntoTheSecondHexCode) {

@@ -19,21 +19,6 @@ using namespace analysis;
 
 constexpr size_t kGap = 10;  // the recogniser of the pulse-distance rows
 
-/// Definitions of rows that the contract has none of.
-const std::pair<const char*, const char*> kFurther[] = {
-    {"Coolix48", "{38k,554,msb}<1,-1|1,-3>(8,-8,178:8,77:8,191:8,64:8,31:8,224:8,1,-60m)"},
-    {"LG", "{38k,560,msb}<1,-1|1,-3>(8500u,-4250u,136:8,1:16,1:4,1,-60m)"},
-    {"LG with a long lead-in", "{38k,512,msb}<1,-1|1,-3>(17,-8,136:8,1:16,1:4,1,-60m)"},
-    {"LG with a short lead-in",
-     "{38k,500,msb}<1,-1|1,-3>(3200u,-9750u,136:8,0x0834:16,15:4,1,-60m)"},
-    {"Lego", "{38k,158u,msb}<158u,-263u|158u,-553u>(158u,-1026u,5:4,4:4,7:4,9:4,158u,-100m)"},
-    {"second half of Keeprite", "{38.1k,570}<1,-1|1,-3>(5:4,0:4,1:2,16:6,0:12,9:4,1,-20m)"},
-    {"old RCA", "{56k,475,msb}<1,-2|1,-4>(40,-8,3:4,9:8,~3:4,~9:8,2,-40m)"},
-    {"pid-0083", "{42k,3000}<1,-3,1,-7|1,-7,1,-3>(5:5,1,-100m)"},
-    {"fast Samsung36", "{38k,497}<1,-1|1,-3>(4497u,-4497u,4:8,1:8,1,-4497u,3:4,8:8,~8:8,1,-60m)"},
-    {"slow NEC", "{38.4k,690}<1,-1|1,-3>(16,-8,4:8,251:8,8:8,247:8,1,-40m)"},
-};
-
 /// The rows that take a frame, in the order in which they are asked.
 std::vector<const row*> takers(const std::vector<int>& sent) {
   std::vector<float> bursts(sent.begin(), sent.end());
@@ -61,7 +46,9 @@ std::map<std::string, std::vector<int>> frames() {
       found[protocol + ' ' + std::to_string(++number)] = sample.durations;
     }
   }
-  for (const auto& [name, definition] : kFurther) found[name] = decode_ir::broken(definition);
+  for (const contract::Frame& one : contract::frames()) {
+    found[one.what] = decode_ir::broken(one.definition);
+  }
   return found;
 }
 
