@@ -17,8 +17,6 @@ namespace {
 
 using namespace analysis;
 
-constexpr size_t kGap = 10;  // the recogniser of the pulse-distance rows
-
 /// The rows that take a frame, in the order in which they are asked.
 std::vector<const row*> takers(const std::vector<int>& sent) {
   std::vector<float> bursts(sent.begin(), sent.end());
