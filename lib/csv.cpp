@@ -40,8 +40,8 @@ ssize_t csv_to_buf(const char* line, uint16_t* buf, size_t len) {
     // A later 0 shortens the count but keeps its place, so it is the last entries that fall off.
     if (value != 0 || stored == 0) count++;
     buf[stored++] = value;
-    const size_t comma = std::min(rest.find(','), rest.size());
-    rest.remove_prefix(std::min(comma + 1, rest.size()));
+    const auto* const comma = std::find(rest.begin(), rest.end(), ',');  // most often the first
+    rest = {comma == rest.end() ? comma : comma + 1, rest.end()};
   }
   return count;
 }
