@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cstdio>
 #include <string_view>
 
 #include "lib/ir/ir.h"
+#include "lib/libutil/text_writer.h"
 #include "src/common.h"
 
 namespace {
@@ -15,6 +15,7 @@ constexpr unsigned kUsPerMs = 1000;
 // Pronto hex: a fixed carrier of 38 kHz and what ends the frame of the NEC family, that is the
 // final space and a repeat frame of two pairs.
 constexpr unsigned kPeriodUs = 26;
+constexpr int kWordDigits = 4;
 constexpr std::string_view kLearnedCode = "0000 ";
 constexpr std::string_view kFrequencyWord = "006D ";
 constexpr std::string_view kNecRepeatPairs = "0002 ";
@@ -23,46 +24,21 @@ constexpr std::string_view kNecTail = "05F1 0156 0056 0015 0E4A";
 
 int elapsed_flag = 0;
 
-// One line of output, put together without printf: the printers run once or twice per pattern.
-class Line {
- public:
-  Line& text(std::string_view s) {
-    end_ = std::copy(s.begin(), s.end(), end_);
-    return *this;
-  }
+// Room for every entry of a packet with sign and separator, and for the words around them.
+constexpr size_t kMostPerEntry = std::string_view("65535, ").size();
+constexpr size_t kAround = 128;
+using line_room = std::array<char, std::size(ir_packet{}.buf) * kMostPerEntry + kAround>;
 
-  Line& decimal(unsigned value) {
-    end_ = std::to_chars(end_, buffer_.data() + buffer_.size(), value).ptr;
-    return *this;
-  }
+void print(text_writer& line) {
+  const std::string_view text = line.add('\n').text();
+  std::fwrite(text.data(), 1, text.size(), stdout);
+  line.clear();
+}
 
-  // Upper case, at least four digits.
-  Line& hex(unsigned value) {
-    constexpr std::string_view kDigits = "0123456789ABCDEF";
-    int shift = 12;
-    while (value >> shift > 0xF) shift += 4;
-    for (; shift >= 0; shift -= 4) *end_++ = kDigits[value >> shift & 0xF];
-    return *this;
-  }
-
-  void print() {
-    text("\n");
-    std::fwrite(buffer_.data(), 1, static_cast<size_t>(end_ - buffer_.data()), stdout);
-    end_ = buffer_.data();
-  }
-
- private:
-  // Room for every entry of a packet with sign and separator, and for the words around them.
-  static constexpr size_t kMostPerEntry = std::string_view("65535, ").size();
-  static constexpr size_t kAround = 128;
-  std::array<char, std::size(ir_packet{}.buf) * kMostPerEntry + kAround> buffer_;
-  char* end_ = buffer_.data();
-};
-
-void print_separated(Line& line, const ir_packet& packet, std::string_view separator) {
-  line.decimal(packet.buf[0]);
-  for (unsigned i = 1; i < packet.len; ++i) line.text(separator).decimal(packet.buf[i]);
-  line.print();
+void print_separated(text_writer& line, const ir_packet& packet, std::string_view separator) {
+  line.add_decimal(packet.buf[0]);
+  for (unsigned i = 1; i < packet.len; ++i) line.add(separator).add_decimal(packet.buf[i]);
+  print(line);
 }
 
 bool is_nec_family(rc_proto protocol) {
@@ -81,24 +57,27 @@ bool is_valid_packet(const ir_packet& packet) {
 }
 
 void print_raw(ir_packet* p) {
-  Line line;
-  if (elapsed_flag != 0) line.text("+").decimal(p->elapsed * kUsPerMs).print();
+  line_room room;
+  text_writer line(room);
+  if (elapsed_flag != 0) print(line.add('+').add_decimal(p->elapsed * kUsPerMs));
   for (unsigned i = 0; i < p->len; ++i) {
-    line.text(i % 2 == 0 ? "+" : "-").decimal(p->buf[i]).text(" ");
+    line.add(i % 2 == 0 ? '+' : '-').add_decimal(p->buf[i]).add(' ');
   }
-  line.print();
+  print(line);
 }
 
 void print_comma_delim(ir_packet* p) {
-  Line line;
-  if (elapsed_flag != 0) line.decimal(p->elapsed).text(" ms").print();
+  line_room room;
+  text_writer line(room);
+  if (elapsed_flag != 0) print(line.add_decimal(p->elapsed).add(" ms"));
   print_separated(line, *p, ",");
 }
 
 void print_analysir(ir_packet* p) {
-  Line line;
-  if (elapsed_flag != 0) line.text(":e:").decimal(p->elapsed).print();
-  line.text("0,");
+  line_room room;
+  text_writer line(room);
+  if (elapsed_flag != 0) print(line.add(":e:").add_decimal(p->elapsed));
+  line.add("0,");
   print_separated(line, *p, ", ");
 }
 
@@ -111,14 +90,15 @@ void print_pronto(ir_packet* p) {
   ir_decode_packet(&event);
   const bool nec = is_nec_family(event.p.protocol);
 
-  Line line;
-  line.text(kLearnedCode).text(kFrequencyWord).hex(p->len / 2U + 1).text(" ");
-  line.text(nec ? kNecRepeatPairs : kNoRepeatPairs);
-  for (unsigned i = 0; i < p->len; ++i) line.hex(p->buf[i] / kPeriodUs).text(" ");
+  line_room room;
+  text_writer line(room);
+  line.add(kLearnedCode).add(kFrequencyWord).add_hex(p->len / 2U + 1, kWordDigits).add(' ');
+  line.add(nec ? kNecRepeatPairs : kNoRepeatPairs);
+  for (unsigned i = 0; i < p->len; ++i) line.add_hex(p->buf[i] / kPeriodUs, kWordDigits).add(' ');
   if (nec) {
-    line.text(kNecTail);
+    line.add(kNecTail);
   } else {
-    line.hex(p->elapsed * kUsPerMs / kPeriodUs);
+    line.add_hex(p->elapsed * kUsPerMs / kPeriodUs, kWordDigits);
   }
-  line.print();
+  print(line);
 }

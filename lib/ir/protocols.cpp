@@ -119,10 +119,10 @@ uint8_t reverse8(uint32_t byte) {
 }
 
 void report_scancode(std::string_view name, uint32_t scancode, uint32_t bits) {
-  char line[80];
-  const int length = std::snprintf(line, sizeof line, ":: %-8s :: %-13s - scancode: 0x%08X\n",
-                                   kOwnFamily.data(), name.data(), scancode);
-  report_result({kOwnFamily, name, scancode, bits, {line, static_cast<size_t>(length)}});
+  result_room room;
+  text_writer line = begin_result_line(room, kOwnFamily, name);
+  line.add(" scancode: 0x").add_hex(scancode, 8).add('\n');
+  report_result({kOwnFamily, name, scancode, bits, line.text()});
 }
 
 int manchester_decode(const uint16_t* buf, int len, uint32_t bit_count, uint32_t* bits,

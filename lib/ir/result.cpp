@@ -10,6 +10,18 @@ void* result_user = nullptr;
 
 }  // namespace
 
+text_writer begin_result_line(result_room& room, std::string_view family, std::string_view name) {
+  constexpr size_t kFamilyWidth = 8;
+  constexpr size_t kNameWidth = 13;
+  text_writer line(room);
+  line.add(":: ")
+      .add_padded(family, kFamilyWidth)
+      .add(" :: ")
+      .add_padded(name, kNameWidth)
+      .add(" -");
+  return line;
+}
+
 void set_result_sink(ir_result_sink sink, void* user) {
   result_sink = sink;
   result_user = user;

@@ -2,7 +2,6 @@
 // The signal analysis of one captured packet, as the program calls it.
 #include <algorithm>
 #include <array>
-#include <cstdio>
 
 #include "lib/ir/DecodeIR/DecodeIR.h"
 #include "lib/ir/ir_packet.h"
@@ -37,16 +36,17 @@ void DecodeIR(struct ir_packet* packet, size_t count) {
   const bool found = protocol[0] != '\0';
   const char* const name = found ? protocol.data() : "UNKNOWN";
   const auto scancode = static_cast<unsigned>(hex[0]);
-  std::array<char, kTextSize + 80> line;
-  const int length =
-      found ? std::snprintf(line.data(), line.size(),
-                            ":: %-8s :: %-13s - scancode: 0x%04X  D:0x%04X  S:0x%04X\n", "DECODEIR",
-                            name, scancode, static_cast<unsigned>(device),
-                            static_cast<unsigned>(subDevice))
-            : std::snprintf(line.data(), line.size(), ":: %-8s :: %-13s -\n", "DECODEIR", name);
+  result_room room;
+  text_writer line = begin_result_line(room, "DECODEIR", name);
+  if (found) {
+    line.add(" scancode: 0x").add_hex(scancode, 4);
+    line.add("  D:0x").add_hex(static_cast<unsigned>(device), 4);
+    line.add("  S:0x").add_hex(static_cast<unsigned>(subDevice), 4);
+  }
+  line.add('\n');
   report_result({.family = "DECODEIR",
                  .name = name,
                  .scancode = found ? scancode : 0,
                  .bits = 0,
-                 .line = {line.data(), static_cast<size_t>(length)}});
+                 .line = line.text()});
 }

@@ -2,8 +2,6 @@
 #include "lib/ir/arduino/arduino.h"
 
 #include <algorithm>
-#include <array>
-#include <cstdio>
 
 #include "lib/ir/arduino/matchers.h"
 #include "lib/ir/result.h"
@@ -62,10 +60,8 @@ void arduino_decode(struct ir_packet* packet, size_t len) {
     }
     return;
   }
-  std::array<char, 80> line;
-  const int written =
-      std::snprintf(line.data(), line.size(), ":: %-8s :: %-13s - scancode: 0x%08X {%d}\n",
-                    "ARDUINO", result.type, result.value, int(result.bits));
-  report_result(
-      {"ARDUINO", result.type, result.value, result.bits, {line.data(), size_t(written)}});
+  result_room room;
+  text_writer line = begin_result_line(room, "ARDUINO", result.type);
+  line.add(" scancode: 0x").add_hex(result.value, 8).add(" {").add_decimal(result.bits).add("}\n");
+  report_result({"ARDUINO", result.type, result.value, result.bits, line.text()});
 }

@@ -13,8 +13,6 @@
 // Check       the number of bits
 // Scancode    device in bits 8-12, command in 0-7; a hash of the frame stands beside it
 // Sample      device 0x0C, command 0x0F, bits 00: "DENON{1}", scancode 0x0000180F
-#include <cstdio>
-
 #include "lib/ir/ir_hash.h"
 #include "lib/ir/protocols.h"
 #include "lib/ir/result.h"
@@ -52,11 +50,10 @@ uint32_t gather_bits(const ir_t& event) {
 }
 
 void report(std::string_view name, uint32_t scancode, uint32_t hash) {
-  char line[96];
-  const int length =
-      std::snprintf(line, sizeof line, ":: %-8s :: %-13s - scancode: 0x%08X : 0x%08X\n",
-                    kOwnFamily.data(), name.data(), scancode, hash);
-  report_result({kOwnFamily, name, scancode, kBits, {line, static_cast<size_t>(length)}});
+  result_room room;
+  text_writer line = begin_result_line(room, kOwnFamily, name);
+  line.add(" scancode: 0x").add_hex(scancode, 8).add(" : 0x").add_hex(hash, 8).add('\n');
+  report_result({kOwnFamily, name, scancode, kBits, line.text()});
 }
 
 int ir_denon_decode(ir_t* event, ir_prot* p) {

@@ -17,7 +17,6 @@
 // Scancode    the 20 bits
 // Sample      id 0x54, profile 1 (Plex), command 0x35: scancode 0x00054135
 #include <array>
-#include <cstdio>
 
 #include "lib/ir/protocols.h"
 #include "lib/ir/result.h"
@@ -52,20 +51,18 @@ uint32_t gather_id(const ir_t& event) {
 
 void report(uint32_t scancode, uint32_t bits) {
   const uint32_t profile = scancode >> 8 & 0xF;
-  char name[32];
-  const int name_length =
-      std::snprintf(name, sizeof name, "ZARVO-%s", profile_name(profile).data());
-  char line[128];
-  const int length = std::snprintf(line, sizeof line,
-                                   ":: %-8s :: ZARVO-%-7s - scancode: 0x%08X :: "
-                                   "{ID: 0x%02X  Device: 0x%02X  Command: 0x%02X}\n",
-                                   kOwnFamily.data(), profile_name(profile).data(), scancode,
-                                   scancode >> 12 & 0xFF, profile, scancode & 0xFF);
-  report_result({kOwnFamily,
-                 {name, static_cast<size_t>(name_length)},
-                 scancode,
-                 bits,
-                 {line, static_cast<size_t>(length)}});
+  std::array<char, 32> name_room;
+  text_writer name(name_room);
+  name.add("ZARVO-").add(profile_name(profile));
+  result_room room;
+  text_writer line = begin_result_line(room, kOwnFamily, name.text());
+  line.add(" scancode: 0x")
+      .add_hex(scancode, 8)
+      .add(" :: {ID: 0x")
+      .add_hex(scancode >> 12 & 0xFF, 2);
+  line.add("  Device: 0x").add_hex(profile, 2).add("  Command: 0x").add_hex(scancode & 0xFF, 2);
+  line.add("}\n");
+  report_result({kOwnFamily, name.text(), scancode, bits, line.text()});
 }
 
 int zarvo_decode(ir_t* event, ir_prot* p) {
