@@ -7,23 +7,12 @@
 
 namespace {
 
-// The first edges decide by a fixed limit, later ones by an average per edge.
-constexpr uint8_t kLastEarlyEdge = 5;
-constexpr uint16_t kEarlyLimitUs = 2000;
-constexpr unsigned kLimitPerEdgeUs = 800;
-
 constinit list_head registered_names = {&registered_names, &registered_names};
 constinit list_head registered_analyzers = {&registered_analyzers, &registered_analyzers};
 constinit list_head dropped_analyzers = {&dropped_analyzers, &dropped_analyzers};
 
 IR_PROTOCOL_ANALYZER* analyzer_of(list_head* node) {
   return list_record<IR_PROTOCOL_ANALYZER>(node);
-}
-
-// The limit wraps at 16 bits: from the 82nd edge on it starts again near 0.
-uint16_t drop_limit(uint8_t index) {
-  if (index <= kLastEarlyEdge) return kEarlyLimitUs;
-  return static_cast<uint16_t>(index * kLimitPerEdgeUs);
 }
 
 IR_PROTOCOL_ANALYZER* smallest_error() {
@@ -33,6 +22,29 @@ IR_PROTOCOL_ANALYZER* smallest_error() {
     if (best == nullptr || analyzer->acc < best->acc) best = analyzer;
   }
   return best;
+}
+
+size_t score_each(std::span<const uint16_t> durations, ir_t* ir, IR_PROTOCOL_ANALYZER* analyzer) {
+  const uint8_t count = ir->count;
+  size_t i = 0;
+  for (; i < durations.size(); ++i) {
+    ir->count = static_cast<uint8_t>(i);
+    analyzer->analyze(durations[i], ir, analyzer);
+    if (analyzer->acc > drop_limit(ir->count)) break;
+  }
+  ir->count = count;
+  return i;
+}
+
+// Behind those that dropped out before it or at the same edge.
+void drop(IR_PROTOCOL_ANALYZER* analyzer) {
+  list_head* place = &dropped_analyzers;
+  while (place->prev != &dropped_analyzers &&
+         analyzer_of(place->prev)->dropped_at > analyzer->dropped_at) {
+    place = place->prev;
+  }
+  list_remove(&analyzer->node);
+  list_insert(&analyzer->node, place);
 }
 
 void reset_one(IR_PROTOCOL_ANALYZER* analyzer) {
@@ -67,6 +79,18 @@ uint8_t analyze_edge(uint32_t duration, ir_t* ir) {
   return leader != nullptr ? leader->result : 0;
 }
 
+void analyze_all(std::span<const uint16_t> durations, ir_t* ir) {
+  for (list_head *n = registered_analyzers.next, *next = nullptr; n != &registered_analyzers;
+       n = next) {
+    next = n->next;
+    IR_PROTOCOL_ANALYZER* analyzer = analyzer_of(n);
+    analyzer->dropped_at = analyzer->analyze_all != nullptr
+                               ? analyzer->analyze_all(durations, analyzer)
+                               : score_each(durations, ir, analyzer);
+    if (analyzer->dropped_at < durations.size()) drop(analyzer);
+  }
+}
+
 uint32_t analyze_finish(uint32_t ticks, ir_t* ir) {
   IR_PROTOCOL_ANALYZER* winner = smallest_error();
   if (winner == nullptr || winner->finish == nullptr) return RC_PROTO_UNKNOWN;
@@ -87,8 +111,9 @@ void reset_analyzer() {
 
 uint32_t analyze_protocol(const uint16_t* buf, uint8_t len) {
   ir_t event = {};
+  event.count = len;
   std::copy_n(buf, std::min<size_t>(len, std::size(event.buf)), event.buf);
-  for (event.count = 0; event.count < len; ++event.count) analyze_edge(buf[event.count], &event);
+  analyze_all({buf, len}, &event);
   const uint32_t matched = analyze_finish(kFinishTicks, &event);
   reset_analyzer();
   return matched;

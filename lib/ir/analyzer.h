@@ -5,11 +5,17 @@
 // registration until drops rearrange it: a dropped analyzer comes back at the tail.
 #pragma once
 
+#include <span>
+
 #include "lib/ir/ir.h"
 
 /// Scores one duration in µs, whose index is ir->count, with every active analyzer. Returns the
 /// result byte of the one that leads.
 uint8_t analyze_edge(uint32_t duration, ir_t* ir);
+
+/// The same as analyze_edge for each of them with its index, a whole pattern at once. REQUIRES: no
+/// more than 255, and none was scored since the last reset.
+void analyze_all(std::span<const uint16_t> durations, ir_t* ir);
 
 /// The rc_proto of the winner, 0 when every analyzer has dropped out. REQUIRES: ir->count is the
 /// number of durations that were fed.
@@ -27,10 +33,39 @@ void print_all_analyzers();
 /// The ticks that end an event, as every caller of analyze_finish passes them.
 constexpr uint32_t kFinishTicks = 100;
 
-/// What the analyzers share: adds the distance of a duration from the expected one.
-inline void add_error(IR_PROTOCOL_ANALYZER* self, uint32_t duration, uint32_t expected) {
+/// The largest error sum with which an analyzer stays behind the edge of this index. The first
+/// edges decide by a fixed limit, later ones by an average per edge, which wraps at 16 bits: from
+/// the 82nd edge on it starts again near 0.
+constexpr uint16_t drop_limit(uint32_t index) {
+  constexpr uint32_t kLastEarlyEdge = 5;
+  constexpr uint16_t kEarlyLimitUs = 2000;
+  constexpr uint32_t kLimitPerEdgeUs = 800;
+  return index <= kLastEarlyEdge ? kEarlyLimitUs : static_cast<uint16_t>(index * kLimitPerEdgeUs);
+}
+
+/// What the analyzers share: the error sum with the distance of a duration from the expected one.
+constexpr uint16_t with_error(uint16_t acc, uint32_t duration, uint32_t expected) {
   const uint32_t error = duration > expected ? duration - expected : expected - duration;
-  self->acc = static_cast<uint16_t>(self->acc + error);
+  return static_cast<uint16_t>(acc + error);
+}
+
+/// The analyze and analyze_all of every analyzer, of which expected_us(index, duration) is the
+/// rule: the duration expected there, the one that came where any will do.
+template <uint32_t (*expected_us)(uint32_t index, uint32_t duration)>
+void score(uint32_t duration, ir_t* ir, IR_PROTOCOL_ANALYZER* self) {
+  self->acc = with_error(self->acc, duration, expected_us(ir->count, duration));
+}
+template <uint32_t (*expected_us)(uint32_t index, uint32_t duration)>
+size_t score_all(std::span<const uint16_t> durations, IR_PROTOCOL_ANALYZER* self) {
+  uint16_t acc = self->acc;
+  uint32_t index = 0;
+  for (const uint16_t duration : durations) {
+    acc = with_error(acc, duration, expected_us(index, duration));
+    if (acc > drop_limit(index)) break;
+    ++index;
+  }
+  self->acc = acc;
+  return index;
 }
 
 /// The one of two expected durations that is nearer.

@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 
 #include "lib/ir/ir_packet.h"
 #include "lib/libutil/list.h"
@@ -91,13 +92,17 @@ struct IR_PROTOCOL_ANALYZER {
   list_head node = {};  // active or dropped
   /// Scores one duration in µs; its index is ir->count.
   void (*analyze)(uint32_t duration, ir_t* ir, IR_PROTOCOL_ANALYZER* self);
+  /// Scores durations in µs from the first one on until it is to drop out. Returns the index of
+  /// that one, or their number. Null: analyze is called for each.
+  size_t (*analyze_all)(std::span<const uint16_t> durations, IR_PROTOCOL_ANALYZER* self) = nullptr;
   /// Called for the winner: the rc_proto that it stands for.
   uint32_t (*finish)(uint32_t ticks, ir_t* ir, IR_PROTOCOL_ANALYZER* self);
   /// Called after every decode, whoever won; may be null.
   void (*reset)(IR_PROTOCOL_ANALYZER* self) = nullptr;
-  void* priv = nullptr;  // the analyzer's own memory
-  uint16_t acc = 0;      // error sum in µs, wraps
-  uint8_t result = 0;    // of the analyzer while it leads
+  void* priv = nullptr;   // the analyzer's own memory
+  uint16_t acc = 0;       // error sum in µs, wraps
+  uint8_t result = 0;     // of the analyzer while it leads
+  size_t dropped_at = 0;  // by analyze_all: the index at which it dropped out
 };
 
 /// Append a record to its registry. Called by the REGFUNC__… constructors in the order of

@@ -77,12 +77,7 @@ int ir_decode(ir_t* event, rc_proto matched, ir_prot* p) {
 
 int ir_decode_packet(ir_t* ir) {
   bound_count(ir);
-  const uint8_t count = ir->count;
-  for (uint8_t i = 0; i < count; ++i) {
-    ir->count = i;
-    analyze_edge(ir->buf[i], ir);
-  }
-  ir->count = count;
+  analyze_all({ir->buf, ir->count}, ir);
   const uint32_t matched = finish_vote(ir);
   ir_decode(ir, static_cast<rc_proto>(matched), &ir->p);
   return static_cast<int>(matched);

@@ -12,10 +12,8 @@ constexpr uint32_t kLongSpaceUs = 7 * kUnitUs;
 constexpr uint16_t kMinRepeatGapMs = 43;
 constexpr uint16_t kMaxRepeatGapMs = 50;
 
-void analyze_denon(uint32_t duration, ir_t* ir, IR_PROTOCOL_ANALYZER* self) {
-  uint32_t expected = nearer(duration, kShortSpaceUs, kLongSpaceUs);
-  if (is_mark(ir->count)) expected = kUnitUs;
-  add_error(self, duration, expected);
+uint32_t expected_us(uint32_t index, uint32_t duration) {
+  return is_mark(index) ? kUnitUs : nearer(duration, kShortSpaceUs, kLongSpaceUs);
 }
 
 uint32_t finish_denon(uint32_t /*ticks*/, ir_t* ir, IR_PROTOCOL_ANALYZER* self) {
@@ -26,7 +24,8 @@ uint32_t finish_denon(uint32_t /*ticks*/, ir_t* ir, IR_PROTOCOL_ANALYZER* self) 
 constinit win_memory memory = {};
 
 constinit IR_PROTOCOL_ANALYZER analyzer = {
-    .analyze = analyze_denon,
+    .analyze = score<expected_us>,
+    .analyze_all = score_all<expected_us>,
     .finish = finish_denon,
     .reset = age_win_memory,
     .priv = &memory,

@@ -23,16 +23,13 @@ uint32_t expected_us(uint32_t index, uint32_t duration) {
   return nearer(duration, kHalfBitUs, kBitUs);
 }
 
-void analyze_mce(uint32_t duration, ir_t* ir, IR_PROTOCOL_ANALYZER* self) {
-  add_error(self, duration, expected_us(ir->count, duration));
-}
-
 uint32_t finish_mce(uint32_t /*ticks*/, ir_t* /*ir*/, IR_PROTOCOL_ANALYZER* /*self*/) {
   return RC_PROTO_RC6_MCE;
 }
 
 constinit IR_PROTOCOL_ANALYZER analyzer = {
-    .analyze = analyze_mce,
+    .analyze = score<expected_us>,
+    .analyze_all = score_all<expected_us>,
     .finish = finish_mce,
 };
 

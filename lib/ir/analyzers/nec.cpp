@@ -13,40 +13,30 @@ constexpr uint32_t kLeadSpaceUs = 8 * kUnitUs;
 constexpr uint32_t kRepeatSpaceUs = 4 * kUnitUs;
 constexpr uint32_t kLongUs = 3 * kUnitUs;
 
-void analyze_nec(uint32_t duration, ir_t* ir, IR_PROTOCOL_ANALYZER* self) {
-  const auto* memory = static_cast<const win_memory*>(self->priv);
-  uint32_t expected = nearer(duration, kUnitUs, kLongUs);
-  if (ir->count == 0) {
-    expected = nearer(duration, kShortLeadUs, kLeadUs);
-  } else if (ir->count == 1) {
-    expected = kLeadSpaceUs;
-    if (memory->decodes_left > 0) expected = nearer(duration, kRepeatSpaceUs, kLeadSpaceUs);
-  }
-  add_error(self, duration, expected);
+constinit win_memory memory = {};
+
+uint32_t expected_us(uint32_t index, uint32_t duration) {
+  if (index == 0) return nearer(duration, kShortLeadUs, kLeadUs);
+  if (index > 1) return nearer(duration, kUnitUs, kLongUs);
+  return memory.decodes_left > 0 ? nearer(duration, kRepeatSpaceUs, kLeadSpaceUs) : kLeadSpaceUs;
 }
 
 // A frame shorter than the one remembered is its repeat; any other one is remembered itself.
-uint32_t finish_nec(uint32_t /*ticks*/, ir_t* ir, IR_PROTOCOL_ANALYZER* self) {
-  auto* memory = static_cast<win_memory*>(self->priv);
-  if (memory->decodes_left > 0 && memory->frame_entries > ir->count) {
+uint32_t finish_nec(uint32_t /*ticks*/, ir_t* ir, IR_PROTOCOL_ANALYZER* /*self*/) {
+  if (memory.decodes_left > 0 && memory.frame_entries > ir->count) {
     ir->repeat = 1;
   } else {
-    memory->frame_entries = ir->count;
+    memory.frame_entries = ir->count;
   }
-  remember_win(*memory);
+  remember_win(memory);
   return RC_PROTO_NEC;
 }
 
-void reset_nec(IR_PROTOCOL_ANALYZER* self) {
-  age_win_memory(self);
-}
-
-constinit win_memory memory = {};
-
 constinit IR_PROTOCOL_ANALYZER analyzer = {
-    .analyze = analyze_nec,
+    .analyze = score<expected_us>,
+    .analyze_all = score_all<expected_us>,
     .finish = finish_nec,
-    .reset = reset_nec,
+    .reset = age_win_memory,
     .priv = &memory,
 };
 

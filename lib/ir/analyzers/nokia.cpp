@@ -9,14 +9,10 @@ constexpr uint32_t kLeadUs = 412;
 constexpr uint32_t kLeadSpaceUs = 276;
 constexpr uint32_t kMarkUs = 164;
 
-void analyze_nokia(uint32_t duration, ir_t* ir, IR_PROTOCOL_ANALYZER* self) {
-  if (ir->count == 0) {
-    add_error(self, duration, kLeadUs);
-  } else if (ir->count == 1) {
-    add_error(self, duration, kLeadSpaceUs);
-  } else if (is_mark(ir->count)) {
-    add_error(self, duration, kMarkUs);
-  }
+uint32_t expected_us(uint32_t index, uint32_t duration) {
+  if (index == 0) return kLeadUs;
+  if (index == 1) return kLeadSpaceUs;
+  return is_mark(index) ? kMarkUs : duration;
 }
 
 uint32_t finish_nokia(uint32_t /*ticks*/, ir_t* /*ir*/, IR_PROTOCOL_ANALYZER* /*self*/) {
@@ -24,7 +20,8 @@ uint32_t finish_nokia(uint32_t /*ticks*/, ir_t* /*ir*/, IR_PROTOCOL_ANALYZER* /*
 }
 
 constinit IR_PROTOCOL_ANALYZER analyzer = {
-    .analyze = analyze_nokia,
+    .analyze = score<expected_us>,
+    .analyze_all = score_all<expected_us>,
     .finish = finish_nokia,
 };
 

@@ -11,10 +11,8 @@ constexpr uint32_t kLeadUs = 4 * kUnitUs;
 constexpr uint16_t kMinRepeatGapMs = 48 - 4;
 constexpr uint16_t kMaxRepeatGapMs = 48 + 4;
 
-void analyze_ortek(uint32_t duration, ir_t* ir, IR_PROTOCOL_ANALYZER* self) {
-  uint32_t expected = nearer(duration, kUnitUs, 2 * kUnitUs);
-  if (ir->count == 0) expected = kLeadUs;
-  add_error(self, duration, expected);
+uint32_t expected_us(uint32_t index, uint32_t duration) {
+  return index == 0 ? kLeadUs : nearer(duration, kUnitUs, 2 * kUnitUs);
 }
 
 uint32_t finish_ortek(uint32_t /*ticks*/, ir_t* ir, IR_PROTOCOL_ANALYZER* self) {
@@ -25,7 +23,8 @@ uint32_t finish_ortek(uint32_t /*ticks*/, ir_t* ir, IR_PROTOCOL_ANALYZER* self) 
 constinit win_memory memory = {};
 
 constinit IR_PROTOCOL_ANALYZER analyzer = {
-    .analyze = analyze_ortek,
+    .analyze = score<expected_us>,
+    .analyze_all = score_all<expected_us>,
     .finish = finish_ortek,
     .reset = age_win_memory,
     .priv = &memory,

@@ -8,9 +8,8 @@ namespace {
 constexpr uint32_t kHalfBitUs = 889;
 constexpr uint32_t kSplitUs = 1332;  // not quite the middle
 
-void analyze_rc5(uint32_t duration, ir_t* ir, IR_PROTOCOL_ANALYZER* self) {
-  const bool two_halves = ir->count > 0 && duration > kSplitUs;
-  add_error(self, duration, two_halves ? 2 * kHalfBitUs : kHalfBitUs);
+uint32_t expected_us(uint32_t index, uint32_t duration) {
+  return index > 0 && duration > kSplitUs ? 2 * kHalfBitUs : kHalfBitUs;
 }
 
 uint32_t finish_rc5(uint32_t /*ticks*/, ir_t* /*ir*/, IR_PROTOCOL_ANALYZER* /*self*/) {
@@ -18,7 +17,8 @@ uint32_t finish_rc5(uint32_t /*ticks*/, ir_t* /*ir*/, IR_PROTOCOL_ANALYZER* /*se
 }
 
 constinit IR_PROTOCOL_ANALYZER analyzer = {
-    .analyze = analyze_rc5,
+    .analyze = score<expected_us>,
+    .analyze_all = score_all<expected_us>,
     .finish = finish_rc5,
 };
 

@@ -13,12 +13,9 @@ constexpr uint32_t kLongSpaceUs = 7 * kUnitUs;
 constexpr uint16_t kMinRepeatGapMs = 43;
 constexpr uint16_t kMaxRepeatGapMs = 50;
 
-void analyze_sharp(uint32_t duration, ir_t* ir, IR_PROTOCOL_ANALYZER* self) {
-  uint32_t expected = kLongSpaceUs;
-  if (ir->count != 1) {
-    expected = nearer(duration, kUnitUs, nearer(duration, kShortSpaceUs, kLongSpaceUs));
-  }
-  add_error(self, duration, expected);
+uint32_t expected_us(uint32_t index, uint32_t duration) {
+  if (index == 1) return kLongSpaceUs;
+  return nearer(duration, kUnitUs, nearer(duration, kShortSpaceUs, kLongSpaceUs));
 }
 
 uint32_t finish_sharp(uint32_t /*ticks*/, ir_t* ir, IR_PROTOCOL_ANALYZER* self) {
@@ -29,7 +26,8 @@ uint32_t finish_sharp(uint32_t /*ticks*/, ir_t* ir, IR_PROTOCOL_ANALYZER* self) 
 constinit win_memory memory = {};
 
 constinit IR_PROTOCOL_ANALYZER analyzer = {
-    .analyze = analyze_sharp,
+    .analyze = score<expected_us>,
+    .analyze_all = score_all<expected_us>,
     .finish = finish_sharp,
     .reset = age_win_memory,
     .priv = &memory,

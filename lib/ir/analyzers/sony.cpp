@@ -8,10 +8,9 @@ namespace {
 constexpr uint32_t kUnitUs = 600;
 constexpr uint32_t kLeadUs = 4 * kUnitUs;
 
-void analyze_sony(uint32_t duration, ir_t* ir, IR_PROTOCOL_ANALYZER* self) {
-  uint32_t expected = is_mark(ir->count) ? nearer(duration, kUnitUs, 2 * kUnitUs) : kUnitUs;
-  if (ir->count == 0) expected = kLeadUs;
-  add_error(self, duration, expected);
+uint32_t expected_us(uint32_t index, uint32_t duration) {
+  if (index == 0) return kLeadUs;
+  return is_mark(index) ? nearer(duration, kUnitUs, 2 * kUnitUs) : kUnitUs;
 }
 
 uint32_t finish_sony(uint32_t /*ticks*/, ir_t* /*ir*/, IR_PROTOCOL_ANALYZER* /*self*/) {
@@ -19,7 +18,8 @@ uint32_t finish_sony(uint32_t /*ticks*/, ir_t* /*ir*/, IR_PROTOCOL_ANALYZER* /*s
 }
 
 constinit IR_PROTOCOL_ANALYZER analyzer = {
-    .analyze = analyze_sony,
+    .analyze = score<expected_us>,
+    .analyze_all = score_all<expected_us>,
     .finish = finish_sony,
 };
 

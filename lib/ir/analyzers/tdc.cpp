@@ -7,10 +7,8 @@ namespace {
 
 constexpr uint32_t kHalfBitUs = 315;
 
-void analyze_tdc(uint32_t duration, ir_t* ir, IR_PROTOCOL_ANALYZER* self) {
-  uint32_t expected = nearer(duration, kHalfBitUs, 2 * kHalfBitUs);
-  if (ir->count == 0) expected = kHalfBitUs;
-  add_error(self, duration, expected);
+uint32_t expected_us(uint32_t index, uint32_t duration) {
+  return index == 0 ? kHalfBitUs : nearer(duration, kHalfBitUs, 2 * kHalfBitUs);
 }
 
 uint32_t finish_tdc(uint32_t /*ticks*/, ir_t* /*ir*/, IR_PROTOCOL_ANALYZER* /*self*/) {
@@ -18,7 +16,8 @@ uint32_t finish_tdc(uint32_t /*ticks*/, ir_t* /*ir*/, IR_PROTOCOL_ANALYZER* /*se
 }
 
 constinit IR_PROTOCOL_ANALYZER analyzer = {
-    .analyze = analyze_tdc,
+    .analyze = score<expected_us>,
+    .analyze_all = score_all<expected_us>,
     .finish = finish_tdc,
 };
 

@@ -10,12 +10,9 @@ constexpr uint32_t kMarkUs = 210;
 constexpr uint32_t kHalvesGapIndex = 17;
 constexpr uint32_t kHalvesGapUs = 13800;
 
-void analyze_xmp(uint32_t duration, ir_t* ir, IR_PROTOCOL_ANALYZER* self) {
-  if (is_mark(ir->count)) {
-    add_error(self, duration, kMarkUs);
-  } else if (ir->count == kHalvesGapIndex) {
-    add_error(self, duration, kHalvesGapUs);
-  }
+uint32_t expected_us(uint32_t index, uint32_t duration) {
+  if (is_mark(index)) return kMarkUs;
+  return index == kHalvesGapIndex ? kHalvesGapUs : duration;
 }
 
 uint32_t finish_xmp(uint32_t /*ticks*/, ir_t* /*ir*/, IR_PROTOCOL_ANALYZER* /*self*/) {
@@ -23,7 +20,8 @@ uint32_t finish_xmp(uint32_t /*ticks*/, ir_t* /*ir*/, IR_PROTOCOL_ANALYZER* /*se
 }
 
 constinit IR_PROTOCOL_ANALYZER analyzer = {
-    .analyze = analyze_xmp,
+    .analyze = score<expected_us>,
+    .analyze_all = score_all<expected_us>,
     .finish = finish_xmp,
 };
 

@@ -11,12 +11,10 @@ constexpr uint32_t kLeadUs = 4900;
 constexpr uint32_t kSecondLeadUs = 4480;
 constexpr uint32_t kSecondLeadIndex = 18;
 
-void analyze_zarvo(uint32_t duration, ir_t* ir, IR_PROTOCOL_ANALYZER* self) {
-  if (!is_mark(ir->count) || ir->count > kSecondLeadIndex) return;
-  uint32_t expected = kUnitUs;
-  if (ir->count == 0) expected = kLeadUs;
-  if (ir->count == kSecondLeadIndex) expected = kSecondLeadUs;
-  add_error(self, duration, expected);
+uint32_t expected_us(uint32_t index, uint32_t duration) {
+  if (index == 0) return kLeadUs;
+  if (index == kSecondLeadIndex) return kSecondLeadUs;
+  return is_mark(index) && index < kSecondLeadIndex ? kUnitUs : duration;
 }
 
 uint32_t finish_zarvo(uint32_t /*ticks*/, ir_t* /*ir*/, IR_PROTOCOL_ANALYZER* /*self*/) {
@@ -24,7 +22,8 @@ uint32_t finish_zarvo(uint32_t /*ticks*/, ir_t* /*ir*/, IR_PROTOCOL_ANALYZER* /*
 }
 
 constinit IR_PROTOCOL_ANALYZER analyzer = {
-    .analyze = analyze_zarvo,
+    .analyze = score<expected_us>,
+    .analyze_all = score_all<expected_us>,
     .finish = finish_zarvo,
 };
 

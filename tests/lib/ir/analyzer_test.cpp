@@ -5,6 +5,8 @@
 
 #include <cstdlib>
 #include <initializer_list>
+#include <random>
+#include <sstream>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -163,6 +165,55 @@ TEST_F(Analyzers, NameTheProtocolOfAFrame) {
     const std::vector<uint16_t> bare(c.durations.begin(), c.durations.end());
     EXPECT_EQ(analyze_protocol(bare.data(), static_cast<uint8_t>(bare.size())), c.expected);
   }
+}
+
+/// What a vote leaves behind: the winner, what it says of the event, every error sum, and the
+/// order of the analyzers afterwards.
+std::string trace_of_vote(ir_t& event) {
+  std::ostringstream trace;
+  trace << analyze_finish(kFinishTicks, &event) << ' ' << int{event.repeat};
+  for (const protocol* p : analyzers()) {
+    trace << ' ' << static_cast<IR_PROTOCOL_ANALYZER*>(p->iface)->acc;
+  }
+  reset_analyzer();
+  for (list_head* n = probe_analyzer.node.next; n != &probe_analyzer.node; n = n->next) {
+    trace << ' ' << n;
+  }
+  return trace.str();
+}
+
+TEST_F(Analyzers, ScoreAPatternAsTheyScoreItsEdges) {
+  constexpr int kPatterns = 20'000;
+  std::mt19937 random(1);
+  const uint16_t nominal_us[] = {210, 264, 444, 564, 840, 889, 1692, 1848, 2400, 9024, 13800};
+  std::vector<std::vector<uint16_t>> patterns(kPatterns);
+  for (auto& pattern : patterns) {
+    const bool noise = random() % 4 == 0;
+    pattern.resize(random() % 8 == 0 ? random() % 201 : random() % 12);
+    for (uint16_t& us : pattern) {
+      us = noise ? static_cast<uint16_t>(random() % 3000) : nominal_us[random() % 11];
+    }
+  }
+  const auto traces = [&patterns](auto score) {
+    forget();
+    std::vector<std::string> found;
+    for (const auto& pattern : patterns) {
+      ir_t event = {};
+      event.te = static_cast<uint16_t>(pattern.size() + 40);  // repeats need a gap
+      score(pattern, event);
+      event.count = static_cast<uint8_t>(pattern.size());
+      found.push_back(trace_of_vote(event));
+    }
+    return found;
+  };
+  const auto by_edge = traces([](const std::vector<uint16_t>& pattern, ir_t& event) {
+    for (const uint16_t us : pattern) {
+      analyze_edge(us, &event);
+      ++event.count;
+    }
+  });
+  EXPECT_EQ(traces([](const auto& pattern, ir_t& event) { analyze_all(pattern, &event); }),
+            by_edge);
 }
 
 // Longer than an event: the durations behind its 200 count as well.
