@@ -11,16 +11,6 @@
 
 namespace {
 
-struct close_script {
-  void operator()(FILE* file) const {
-    if (file != stdin) std::fclose(file);
-  }
-};
-
-struct free_block {
-  void operator()(char* block) const { std::free(block); }
-};
-
 int script_handler(int argc, const char** argv, const cmd* cmd, void* appdata,
                    dictionary* /*opts*/) {
   if (argc < 1) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The line reader of scripts and pattern files.
+// Lines of a stdio stream. line_input reads by the same rules, without one.
 #pragma once
 
 #include <sys/types.h>

@@ -1,46 +1,55 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "lib/libfile/line_reader.h"
 
-#include <string_view>
-#include <utility>
+#include <fcntl.h>
+#include <unistd.h>
 
-#include "lib/libfile/getline.h"
+#include <cstdio>
+#include <new>
+#include <string_view>
+
 #include "lib/libutil/interrupt.h"
 
 namespace {
 
-constexpr size_t kBufferSize = line_reader::kLongestLine + 1;
+/// One for all readers of it: a script may run another from there.
+line_input& standard_input() {
+  static line_input input(STDIN_FILENO);
+  return input;
+}
 
 }  // namespace
 
-line_reader::line_reader(owned_file file, owned_block<char> buffer)
-    : file_(std::move(file)), buffer_(std::move(buffer)) {}
+void line_reader::leave::operator()(line_input* input) const {
+  if (input == &standard_input()) {
+    input->give_back();
+  } else {
+    delete input;
+  }
+}
 
 std::optional<line_reader> line_reader::open(const char* path) {
-  owned_file file(path == nullptr ? stdin : std::fopen(path, "re"));
+  if (path == nullptr) return line_reader(&standard_input());
+  const int fd = ::open(path, O_RDONLY | O_CLOEXEC);
   interrupt::checkpoint();
-  if (file == nullptr) {
+  if (fd == -1) {
     std::perror("could not open script file");
     return std::nullopt;
   }
-  owned_block<char> buffer(static_cast<char*>(std::malloc(kBufferSize)));
-  if (buffer == nullptr) {
+  auto* const input = new (std::nothrow) line_input(fd);
+  if (input == nullptr) {
     std::perror("could not allocate line buffer");
+    close(fd);
     return std::nullopt;
   }
-  return line_reader(std::move(file), std::move(buffer));
+  return line_reader(input);
 }
 
 bool line_reader::next() {
   constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-  int lost = EOF;
-  const ssize_t length = fgetline(file_.get(), buffer_.get(), kBufferSize, &lost);
-  if (length < 0) return false;
-  std::string_view text(buffer_.get(), static_cast<size_t>(length));
+  if (!input_->next(line_)) return false;
+  std::string_view& text = line_.text;
   if (number_ == 0 && text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
-  line_ = text.data();
-  length_ = text.size();
   number_++;
-  was_cut_ = lost != EOF && lost != '\n' && lost != '\r';
   return true;
 }

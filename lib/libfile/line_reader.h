@@ -3,38 +3,41 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <optional>
 
-#include "lib/libutil/owned.h"
+#include "lib/libfile/line_input.h"
 
 /// Reads the lines of one file. A byte-order mark in front of the first is left out.
 class line_reader {
  public:
-  static constexpr size_t kLongestLine = 1023;
+  static constexpr size_t kLongestLine = line_input::kLongestLine;
 
-  /// Opens a file; null stands for standard input. Nothing, with the system's reason on standard
-  /// error, when that fails. A point of lib/libutil/interrupt.h, as is next().
+  /// Opens a file; null stands for standard input, of which every reader goes on where the last
+  /// one stopped. Nothing, with the system's reason on standard error, when that fails.
+  /// A point of lib/libutil/interrupt.h, as is next().
   static std::optional<line_reader> open(const char* path);
 
   /// Moves to the next line. False at the end.
   bool next();
 
-  /// The line without its end. It may hold zeros.
-  [[nodiscard]] const char* line() const { return line_; }
-  [[nodiscard]] size_t length() const { return length_; }
+  /// The line without its end, until the next one of the same file is read. It may hold zeros.
+  [[nodiscard]] const char* line() const { return line_.text.data(); }
+  [[nodiscard]] size_t length() const { return line_.text.size(); }
   /// Counted from 1.
   [[nodiscard]] int number() const { return number_; }
   /// Whether the line was longer than kLongestLine. The character behind the cut is lost, what
   /// follows it is the next line.
-  [[nodiscard]] bool was_cut() const { return was_cut_; }
+  [[nodiscard]] bool was_cut() const { return line_.was_cut; }
 
  private:
-  line_reader(owned_file file, owned_block<char> buffer);
+  struct leave {
+    void operator()(line_input* input) const;
+  };
 
-  owned_file file_;
-  owned_block<char> buffer_;
-  const char* line_ = nullptr;
-  size_t length_ = 0;
+  explicit line_reader(line_input* input) : input_(input) {}
+
+  std::unique_ptr<line_input, leave> input_;
+  line_input::line line_ = {};
   int number_ = 0;
-  bool was_cut_ = false;
 };

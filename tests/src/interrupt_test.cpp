@@ -117,7 +117,7 @@ TEST_F(Interrupt, OfCommandsFromAPipe) {
   for (const words& arguments : {words{"script", "-"}, words{"shell"}}) {
     SCOPED_TRACE(arguments.front());
     process waiting(options("device", arguments));
-    waiting.send("help version\n#");
+    waiting.send("help version\n");
     ASSERT_TRUE(waiting.wait_for("show the SCM branch\n"));
     for (int i = 0; i < 3; i++) waiting.signal(SIGINT);
     const process_result result = waiting.finish();

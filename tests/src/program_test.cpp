@@ -91,6 +91,7 @@ TEST_F(Program, ScriptsRunLineByLine) {
   expect({"script", file("blank", "\n #\n")}, {"", kNotFound + "#'\n" + script_failed + "2\n", 1});
   expect({"script", "-", "version"}, {kVersionLine + kVersionLine, "", 0}, "version");
   expect({"script", "-"}, {"", "", 0});
+  expect({"script", "-"}, {kVersionLine, "", 0}, "script -\n\rversion\n");
 }
 
 TEST_F(Program, ScriptsSurviveAnyBytes) {
