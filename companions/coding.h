@@ -6,7 +6,8 @@
 //   lead-in  0 1   0 0 stop + gap lead-in  1   0 0 stop
 //
 // Pulse distance: the marks are alike, a longer space is a 1. With four lengths of space a symbol
-//                 is two bits, 00 for the shortest.
+//                 is two bits, 00 for the shortest. Frames too short to show all four are known
+//                 by their lead-in.
 // Pulse width:    a longer mark is a 1.
 // Bi-phase:       every bit is a mark and a space of equal length, a 1 where the mark comes second.
 //

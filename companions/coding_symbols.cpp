@@ -5,6 +5,7 @@
 
 #include "companions/bursts.h"
 #include "companions/clusters.h"
+#include "companions/coding_levels.h"
 #include "companions/coding_readers.h"
 
 namespace companions {
@@ -12,17 +13,12 @@ namespace companions {
 namespace {
 
 // What tells the parts of a signal apart, as multiples of what is typical for it.
-constexpr double kLeadInMark = 1.5;    // a longer mark than this is none of a bit
-constexpr double kNewLeadIn = 1.8;     // pulse distance: nor between bits a stray one
-constexpr double kMarkSpread = 0.25;   // pulse distance: a mark beside the typical, to a burst
-constexpr double kGapSpace = 1.5;      // a longer space than this is none of a bit
-constexpr double kMostPerLevel = 3.2;  // the longest symbol to the shortest
-constexpr double kLeastPerLevel = 1.25;
-constexpr double kClusterStep = 0.15;    // lengths of one symbol lie closer together
+constexpr double kLeadInMark = 1.5;      // a longer mark than this is none of a bit
+constexpr double kNewLeadIn = 1.8;       // pulse distance: nor between bits a stray one
+constexpr double kMarkSpread = 0.25;     // pulse distance: a mark beside the typical, to a burst
+constexpr double kGapSpace = 1.5;        // a longer space than this is none of a bit
 constexpr double kBurstDeviation = 0.1;  // of the bursts of a symbol, as a part of their mean
 constexpr double kMarkDeviation = 0.2;   // of the marks with pulse width
-constexpr double kAlikeSteps = 1.6;      // four levels: from one to the next
-constexpr size_t kSymbolsPerLevel = 20;  // one of so many has a level that is no stray
 constexpr double kBurstSpread = 1.3;     // a burst of a symbol to the typical one
 constexpr double kWidthSpread = 1.5;     // and with pulse width a mark, which receivers change more
 constexpr double kOneSpace = 1.8;        // where all bits are alike: a one's space to its mark
@@ -55,49 +51,6 @@ struct symbol_set {
   }
 };
 
-/// Whether these levels rise in about the same steps.
-bool are_steps(std::span<const double> levels) {
-  for (size_t i = 2; i < levels.size(); ++i) {
-    if (!alike(levels[i] - levels[i - 1], levels[1] - levels[0], kAlikeSteps)) return false;
-  }
-  return true;
-}
-
-/// The typical lengths of 4 (where `most` allows them), 2 or 1 symbols among these lengths, rising.
-/// What is out of proportion to the commonest is no symbol. None where there are more symbols, so
-/// that their lengths run into one another and deviate by more than this part of their mean.
-std::vector<double> find_levels(std::vector<int> lengths, size_t most, double deviation) {
-  const size_t fewest = std::max<size_t>(2, lengths.size() / kSymbolsPerLevel);
-  auto clusters = find_clusters(std::move(lengths), kClusterStep);
-  if (clusters.empty()) return {};
-  std::stable_sort(clusters.begin(), clusters.end(),
-                   [](const cluster& a, const cluster& b) { return a.count > b.count; });
-  const double commonest = clusters[0].mean;
-  std::erase_if(clusters, [&](auto& c) { return !alike(c.mean, commonest, kMostPerLevel); });
-  const auto lengths_of = [](std::span<const cluster> from) {
-    std::vector<double> levels;
-    for (const cluster& c : from) levels.push_back(c.mean);
-    std::sort(levels.begin(), levels.end());
-    return levels;
-  };
-
-  const std::span all(clusters);
-  if (most > 2) {
-    if (all.size() > 3 && are_steps(lengths_of(all.first(4)))) return lengths_of(all.first(4));
-    // One of four is missing, nobody knows which.
-    if (all.size() > 2 && all[2].count >= fewest && are_steps(lengths_of(all.first(3)))) return {};
-  }
-
-  const auto second = std::find_if(clusters.begin(), clusters.end(), [&](const cluster& c) {
-    return !alike(c.mean, commonest, kLeastPerLevel);
-  });
-  clusters =
-      second == clusters.end() ? std::vector{clusters[0]} : std::vector{clusters[0], *second};
-  const bool wide = std::any_of(clusters.begin(), clusters.end(),
-                                [&](auto& c) { return c.deviation > deviation * c.mean; });
-  return wide ? std::vector<double>() : lengths_of(clusters);
-}
-
 /// Half of the shortest symbol, which a receiver that lengthens marks leaves alone; or the mark
 /// where the symbol is mostly space.
 int unit_of(double mark, double space) {
@@ -115,7 +68,10 @@ symbol_set find_pulse_distance(const burst_view& bursts) {
     if (alike(bursts.mark(i), mark, kLeadInMark)) lengths.push_back(bursts.length(i));
   }
   symbol_set found;
-  found.levels = find_levels(std::move(lengths), 4, kBurstDeviation);
+  if (bursts.count() > 0 && bursts.mark(0) > kLeadInMark * mark) {
+    found.levels = known_four_levels(bursts.length(0), lengths);
+  }
+  if (found.levels.empty()) found.levels = find_levels(std::move(lengths), 4, kBurstDeviation);
   found.spread = kBurstSpread;
   if (mark == 0 || found.levels.empty()) return found;
   if (found.levels.size() == 1) {  // all bits are alike: zeros or ones?

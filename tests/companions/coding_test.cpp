@@ -107,6 +107,9 @@ TEST(Coding, ReadsFramesOfManyProtocols) {
       {"Konka", {{"D", 2}, {"F", 7}}, "pulse distance", "0000001000000111"},
       {"JVC", {{"D", 3}, {"F", 23}}, "pulse distance", "1100000011101000"},
       {"RC5", {{"D", 5}, {"F", 12}, {"T", 0}}, "bi-phase", "11000101001100"},
+      {"Nokia12", {{"D", 1}, {"F", 12}}, "pulse distance", "000100001100"},  // no level 2
+      {"Nokia12", {{"D", 0}, {"F", 20}}, "pulse distance", "000000010100"},  // 0 and 1 only
+      {"Xiaomi", {{"D", 0}, {"F", 0}}, "pulse distance", "00000000000000000000"},
       {"RECS80", {{"D", 3}, {"F", 20}, {"T", 1}}, "pulse distance", "11011010100"},
       {"Samsung36",
        {{"D", 7}, {"S", 1}, {"F", 21}, {"E", 2}},
