@@ -46,8 +46,8 @@ struct symbol_set {
     }
     return symbol;
   }
-  [[nodiscard]] bool fits(double length) const {
-    return alike(length, levels[nearest(length)], spread);
+  [[nodiscard]] bool fits(double length, size_t symbol) const {
+    return alike(length, levels[symbol], spread);
   }
 };
 
@@ -98,7 +98,8 @@ symbol_set find_pulse_width(const burst_view& bursts) {
   std::array<std::vector<int>, 2> spaces;  // behind each kind of mark
   for (size_t i = 0; i < bursts.whole(); ++i) {
     const int mark = bursts.mark(i);
-    if (found.fits(mark)) spaces[found.nearest(mark)].push_back(*bursts.space(i));
+    const size_t symbol = found.nearest(mark);
+    if (found.fits(mark, symbol)) spaces[symbol].push_back(*bursts.space(i));
   }
   const auto [fewer, more] = std::minmax({spaces[0].size(), spaces[1].size()});
   if (fewer * kSymbolsPerLevel < more) return found;
@@ -159,14 +160,14 @@ class symbol_reader {
     const section& now = found_.sections.back();
     if (!now.bits.empty() || bursts_.space(i).value_or(0) > kLongestLeadInUs) return false;
     if (bursts_.mark(i) > symbols_.longest_mark) return true;
-    return now.lead_in == 0 && bursts_.space(i) && !fits(i);
+    return now.lead_in == 0 && bursts_.space(i) && !fits(i, symbols_.nearest(measure(i)));
   }
 
   [[nodiscard]] double measure(size_t i) const {
     return symbols_.kind == modulation::kPulseWidth ? bursts_.mark(i) : bursts_.length(i);
   }
-  [[nodiscard]] bool fits(size_t i) const {
-    return symbols_.fits(measure(i)) && bursts_.mark(i) <= symbols_.longest_mark &&
+  [[nodiscard]] bool fits(size_t i, size_t symbol) const {
+    return symbols_.fits(measure(i), symbol) && bursts_.mark(i) <= symbols_.longest_mark &&
            bursts_.mark(i) >= symbols_.shortest_mark;
   }
 
@@ -198,13 +199,14 @@ class symbol_reader {
 
   void add_symbol(size_t i) {
     section& into = found_.sections.back();
+    if (into.bits.empty()) reserve_bits(into, i);
     const size_t symbol = symbols_.nearest(measure(i));
     for (int bit = found_.bits_per_symbol; bit-- > 0;) {
       into.bits += (symbol >> bit & 1) != 0 ? '1' : '0';
       into.marks.push_back(2 * i);
     }
     ++read_;
-    if (!fits(i)) {
+    if (!fits(i, symbol)) {
       ++odd_;
       set_role(i, role::kOdd);
     } else if (found_.bits_per_symbol > 1) {
@@ -212,6 +214,14 @@ class symbol_reader {
     } else {
       set_role(i, symbol == 0 ? role::kZero : role::kOne);
     }
+  }
+
+  /// Room for as many as one frame mostly has, where the signal is not over before.
+  void reserve_bits(section& into, size_t i) const {
+    constexpr size_t kUsualBits = 64;
+    const size_t most = (bursts_.count() - i) * static_cast<size_t>(found_.bits_per_symbol);
+    into.bits.reserve(std::min(most, kUsualBits));
+    into.marks.reserve(std::min(most, kUsualBits));
   }
 
   void set_role(size_t i, role its) {

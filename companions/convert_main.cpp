@@ -53,7 +53,7 @@ class conversion {
         ok = false;
       }
     }
-    std::cout.flush();
+    if (from.live) std::cout.flush();
     if (!std::cout) return verdict::kStop;
     return ok ? verdict::kGoOn : verdict::kFailed;
   }

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "lib/ir/DecodeIR/DecodeIR.h"
+#include "lib/ir/DecodeIR/signal.h"
 #include "lib/ir/arduino/arduino.h"
 #include "lib/ir/ir.h"
 #include "lib/ir/result.h"
@@ -69,17 +69,21 @@ std::vector<analysis_answer> ask_analysis(std::span<const int> durations) {
   const int count = static_cast<int>(bursts.size() / 2);
   std::array<unsigned, 2> context{};
   std::vector<analysis_answer> answers;
+  if (count < 2) return answers;
   for (int i = 0; i < kMostInterpretations; ++i) {
     std::array<char, kTextSize> protocol{};
     std::array<char, kTextSize> misc{};
     std::array<char, kTextSize> error{};
     analysis_answer found{{}, -1, -1, -1, {-1, -1, -1, -1}, {}};
-    _DecodeIR(context.data(), bursts.data(), kCarrierHz, count, 0, protocol.data(), &found.device,
-              &found.subdevice, &found.obc, found.hex.data(), misc.data(), error.data());
+    Signal signal(context.data(), bursts.data(), kCarrierHz, count, 0, protocol.data(),
+                  &found.device, &found.subdevice, &found.obc, found.hex.data(), misc.data(),
+                  error.data());
+    signal.decode2();
     if (protocol[0] == '\0') break;
     found.protocol = protocol.data();
     found.misc = misc.data();
     answers.push_back(std::move(found));
+    if (signal.exhausted()) break;
   }
   return answers;
 }

@@ -85,13 +85,6 @@ class progress {
   bool drawn_ = false;
 };
 
-/// Whether a source delivers as things happen: a pipe or a terminal, not a file that keeps.
-bool is_live(const std::string& source) {
-  struct stat found = {};
-  const int failed = source == "-" ? fstat(STDIN_FILENO, &found) : stat(source.c_str(), &found);
-  return failed == 0 && !S_ISREG(found.st_mode);
-}
-
 /// The time of day, such as "2026-11-21T18:29:27.042Z".
 std::string now_text() {
   timespec now{};
@@ -130,12 +123,14 @@ int main(int argc, char** argv) {
   const irp::Protocols known = definitions();
   const irp::MessageReader messages(known);
   progress shown;
+  const bool seen_at_once = isatty(STDOUT_FILENO) == 1;
   bool found = false;
   const bool ok = read_inputs(files, [&](const input& from) {
-    const record made = make_record(
-        from, messages, is_live(from.source) ? std::optional(now_text()) : std::nullopt);
+    const record made =
+        make_record(from, messages, from.live ? std::optional(now_text()) : std::nullopt);
     shown.step_aside();
-    std::cout << made.json << '\n' << std::flush;
+    std::cout << made.json << '\n';
+    if (from.live || seen_at_once) std::cout.flush();
     shown.advance(from);
     if (!std::cout) return verdict::kStop;
     if (first && made.named) {
@@ -144,7 +139,7 @@ int main(int argc, char** argv) {
     }
     return made.fault ? verdict::kFailed : verdict::kGoOn;
   });
-  if (!std::cout) {
+  if (!std::cout.flush()) {
     std::fputs("vantrel-json: could not write to standard output\n", stderr);
     return EXIT_FAILURE;
   }

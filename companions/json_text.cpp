@@ -9,17 +9,20 @@ namespace companions {
 json_text& json_text::open(char bracket) {
   separate();
   text_ += bracket;
+  needs_comma_ = false;
   return *this;
 }
 
 json_text& json_text::close(char bracket) {
   text_ += bracket;
+  needs_comma_ = true;
   return *this;
 }
 
 json_text& json_text::key(std::string_view name) {
   separate();
   text_.append(1, '"').append(name).append("\":");
+  needs_comma_ = false;
   return *this;
 }
 
@@ -33,19 +36,8 @@ json_text& json_text::value(std::string_view text) {
   }
   separate();
   text_.append(1, '"').append(text).append(1, '"');
+  needs_comma_ = true;
   return *this;
-}
-
-json_text& json_text::literal(std::string_view text) {
-  separate();
-  text_ += text;
-  return *this;
-}
-
-void json_text::separate() {
-  if (text_.empty()) return;
-  const char last = text_.back();
-  if (last != '{' && last != '[' && last != ':') text_ += ',';
 }
 
 }  // namespace companions

@@ -14,16 +14,15 @@ namespace companions {
 
 class json_text {
  public:
+  json_text() { text_.reserve(kUsualSize); }
   json_text& open(char bracket);   // '{' or '['
   json_text& close(char bracket);  // '}' or ']'
   /// REQUIRES: a name of letters, digits and underscores.
   json_text& key(std::string_view name);
   json_text& value(std::integral auto number) {
-    separate();
     std::array<char, 24> digits;
     const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
-    text_.append(digits.data(), end);
-    return *this;
+    return literal({digits.data(), end});
   }
   json_text& value(bool truth) { return literal(truth ? "true" : "false"); }
   /// Any bytes; what is no UTF-8 becomes U+FFFD.
@@ -34,11 +33,20 @@ class json_text {
   std::string take() { return std::move(text_); }
 
  private:
-  json_text& literal(std::string_view text);
+  json_text& literal(std::string_view text) {
+    separate();
+    text_ += text;
+    needs_comma_ = true;
+    return *this;
+  }
   /// Puts the comma between two values.
-  void separate();
+  void separate() {
+    if (needs_comma_) text_ += ',';
+  }
 
+  static constexpr size_t kUsualSize = 2048;  // of a record of one frame
   std::string text_;
+  bool needs_comma_ = false;
 };
 
 }  // namespace companions

@@ -99,7 +99,7 @@ int run(int argc, char** argv) {
       kept.push_back(std::move(signal));
     } else {
       plot_text(std::cout, signal, terminal);
-      std::cout.flush();
+      if (from.live) std::cout.flush();
     }
     return std::cout ? verdict::kGoOn : verdict::kStop;
   });

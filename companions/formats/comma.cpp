@@ -43,9 +43,10 @@ std::optional<bad_line> read_comma_list(std::string_view line, std::vector<int>&
   if (const size_t empty = line.find(",,"); empty != line.npos || line[0] == ',') {
     return bad_line{empty == line.npos ? 1 : empty + 2, "an empty field"};
   }
-  for (const token& field : split(line, kSeparators)) {
-    const auto us = duration(field.text);
-    if (!us) return no_duration(field);
+  word_reader fields(line, kSeparators);
+  while (const auto field = fields.next()) {
+    const auto us = duration(field->text);
+    if (!us) return no_duration(*field);
     durations.push_back(*us);
   }
   if (durations.size() > kMostPatternDurations) return bad_line{1, kTooManyDurations};

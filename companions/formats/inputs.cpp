@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "companions/formats/inputs.h"
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <cerrno>
 #include <cstring>
 #include <fstream>
@@ -10,12 +13,19 @@ namespace companions {
 
 namespace {
 
+bool is_live(const std::string& source) {
+  struct stat found = {};
+  const int failed = source == "-" ? fstat(STDIN_FILENO, &found) : stat(source.c_str(), &found);
+  return failed == 0 && !S_ISREG(found.st_mode);
+}
+
 /// False when `use` asked to stop.
 bool read_one(std::istream& text, const std::string& source, const form* from, bool& ok,
               const std::function<verdict(const input&)>& use) {
   pattern_reader reader(text, from);
+  const bool live = is_live(source);
   while (auto found = reader.next()) {
-    const verdict said = use({source, std::move(*found), reader.position()});
+    const verdict said = use({source, std::move(*found), reader.position(), live});
     if (said == verdict::kFailed) ok = false;
     if (said == verdict::kStop) return false;
   }

@@ -15,6 +15,7 @@ struct input {
   std::string source;  // the file's name, "-" for standard input
   read_result read;
   size_t position;  // characters of this file read so far
+  bool live;        // more comes as it happens: from a pipe or a terminal, not a file that keeps
 };
 
 enum class verdict { kGoOn, kFailed, kStop };

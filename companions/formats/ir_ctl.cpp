@@ -15,12 +15,13 @@ namespace {
 constexpr std::string_view kComment = " # ";
 
 bool begins(std::string_view line) {
-  const bool commented = line.find(kComment) != line.npos;
-  const auto tokens = split(line.substr(0, line.find(kComment)), kBlanks);
-  if (tokens.empty()) return false;
-  if (commented && (tokens[0].text[0] == '+' || tokens[0].text[0] == '-')) return true;
-  return tokens.size() >= 2 && number(tokens[0].text) && number(tokens[1].text) &&
-         line.find(',') == line.npos;
+  const size_t comment = line.find(kComment);
+  word_reader all(line.substr(0, comment), kBlanks);
+  const auto first = all.next();
+  if (!first) return false;
+  if (comment != line.npos && (first->text[0] == '+' || first->text[0] == '-')) return true;
+  const auto second = all.next();
+  return second && number(first->text) && number(second->text) && line.find(',') == line.npos;
 }
 
 /// The number behind a word of the comment.

@@ -56,6 +56,7 @@ bool says(const std::vector<token>& words, std::string_view first, std::string_v
 }
 
 bool begins(std::string_view line) {
+  if (line.find("begin") == line.npos) return false;  // soon said of the lines of other forms
   const auto words = words_of(line.substr(0, 100));
   return says(words, "begin", "remote") || (words.size() == 1 && words[0].text == "begin");
 }

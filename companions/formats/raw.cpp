@@ -21,14 +21,15 @@ void read(const text_line& line, findings& out) {
     if (const auto us = number(line.text.substr(1))) return out.elapsed(*us / 1000);
   }
   pattern found{.form = "raw"};
-  for (const token& t : split(line.text, kSeparators)) {
+  word_reader all(line.text, kSeparators);
+  while (const auto word = all.next()) {
     const char sign = found.durations.size() % 2 == 0 ? '+' : '-';
-    if (t.text[0] != sign) {
+    if (word->text[0] != sign) {
       return out.fault(line.number,
-                       {t.column, std::string("expected a duration that begins with ") + sign});
+                       {word->column, std::string("expected a duration that begins with ") + sign});
     }
-    const auto us = duration(t.text.substr(1));
-    if (!us) return out.fault(line.number, no_duration(t));
+    const auto us = duration(word->text.substr(1));
+    if (!us) return out.fault(line.number, no_duration(*word));
     found.durations.push_back(*us);
   }
   if (found.durations.size() > kMostPatternDurations) {

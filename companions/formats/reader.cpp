@@ -36,20 +36,30 @@ const form* form_of(std::string_view line) {
 
 }  // namespace
 
+bool pattern_reader::fill() {
+  std::streambuf& from = *text_.rdbuf();
+  if (from.sgetc() == std::char_traits<char>::eof()) return false;  // waits for the first of them
+  const auto ready = std::clamp<std::streamsize>(from.in_avail(), 1, kBlock);
+  at_ = 0;
+  filled_ = static_cast<size_t>(from.sgetn(block_.data(), ready));
+  return true;
+}
+
 bool pattern_reader::next_line(bool& fits) {
   line_.clear();
   fits = true;
   bool any = false;
-  for (int c = text_.rdbuf()->sbumpc(); c != std::char_traits<char>::eof();
-       c = text_.rdbuf()->sbumpc()) {
+  for (bool ended = false; !ended && (at_ < filled_ || fill());) {
+    const std::string_view rest(block_.data() + at_, filled_ - at_);
+    const size_t end = rest.find('\n');
+    ended = end != rest.npos;
+    const size_t room = kLongestLine - line_.size();
+    const std::string_view piece = rest.substr(0, end);
+    line_ += piece.substr(0, room);
+    fits = fits && piece.size() <= room;  // else read on to the line's end, but keep no more of it
+    at_ += piece.size() + (ended ? 1 : 0);
+    position_ += piece.size() + (ended ? 1 : 0);
     any = true;
-    ++position_;
-    if (c == '\n') break;
-    if (line_.size() < kLongestLine) {
-      line_ += static_cast<char>(c);
-    } else {
-      fits = false;  // read on to the line's end, but keep no more of it
-    }
   }
   while (line_.ends_with('\r')) line_.pop_back();
   return any;

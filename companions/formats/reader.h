@@ -6,6 +6,7 @@
 // place, never a different pattern.
 #pragma once
 
+#include <array>
 #include <istream>
 
 #include "companions/formats/form.h"
@@ -27,6 +28,8 @@ class pattern_reader {
   [[nodiscard]] size_t position() const { return position_; }
 
  private:
+  /// Reads what is there, at least a character; false at the end of the text.
+  bool fill();
   /// Whether there was a line; `fits` says whether it is within kLongestLine.
   bool next_line(bool& fits);
   void read_line(bool fits);
@@ -34,6 +37,9 @@ class pattern_reader {
 
   std::istream& text_;
   const form* from_;
+  static constexpr std::streamsize kBlock = 4096;
+  std::array<char, kBlock> block_;
+  size_t at_ = 0, filled_ = 0;  // of the block
   std::string line_;
   size_t number_ = 0;
   size_t position_ = 0;

@@ -7,13 +7,18 @@
 
 namespace companions {
 
+std::optional<token> word_reader::next() {
+  while (at_ < line_.size() && separates(at_)) ++at_;
+  if (at_ == line_.size()) return {};
+  const size_t first = at_;
+  while (at_ < line_.size() && !separates(at_)) ++at_;
+  return token{line_.substr(first, at_ - first), first + 1};
+}
+
 std::vector<token> split(std::string_view line, std::string_view separators) {
   std::vector<token> tokens;
-  for (size_t at = line.find_first_not_of(separators); at != line.npos;) {
-    const size_t end = std::min(line.find_first_of(separators, at), line.size());
-    tokens.push_back({line.substr(at, end - at), at + 1});
-    at = line.find_first_not_of(separators, end);
-  }
+  word_reader all(line, separators);
+  while (const auto one = all.next()) tokens.push_back(*one);
   return tokens;
 }
 
@@ -26,9 +31,13 @@ std::optional<int> number(std::string_view text, int base) {
 }
 
 std::optional<int> duration(std::string_view text) {
-  const auto us = number(text);
-  if (!us || *us > kLongestDurationUs) return {};
-  return us;
+  int us = 0;
+  for (const char c : text) {
+    if (c < '0' || c > '9') return {};
+    us = us * 10 + (c - '0');
+    if (us > kLongestDurationUs) return {};
+  }
+  return text.empty() ? std::nullopt : std::optional(us);
 }
 
 bad_line no(const token& t, std::string_view what) {

@@ -2,6 +2,7 @@
 // What the readers of the forms do alike: words, numbers, faults.
 #pragma once
 
+#include <array>
 #include <optional>
 #include <ostream>
 #include <string_view>
@@ -22,7 +23,26 @@ struct token {
   size_t column;  // counted from 1
 };
 
-/// The words of a line between any of the separators.
+/// Goes over the words of a line between any of the separators. The line has to outlive it.
+class word_reader {
+ public:
+  word_reader(std::string_view line, std::string_view separators) : line_(line) {
+    for (const char c : separators) separates_[static_cast<unsigned char>(c)] = true;
+  }
+  /// The next word; nothing behind the last.
+  std::optional<token> next();
+
+ private:
+  [[nodiscard]] bool separates(size_t at) const {
+    return separates_[static_cast<unsigned char>(line_[at])];
+  }
+
+  std::string_view line_;
+  size_t at_ = 0;
+  std::array<bool, 256> separates_{};
+};
+
+/// All of them.
 std::vector<token> split(std::string_view line, std::string_view separators);
 
 /// The whole text as a number in this base, nothing if it is not one or out of an int's range.

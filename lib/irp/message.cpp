@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <ranges>
 
 #include "lib/irp/layout.h"
 
@@ -212,14 +213,16 @@ MessageReader::MessageReader(const Protocols& protocols) {
       any.add({.lead_in = {}, .bits = std::vector<bool>(section.bits)}, section);
     }
     if (any.check_bits() < kFewestCheckBits) continue;
-    layouts_.push_back({protocol.get(), std::move(*found)});
+    layouts_[found->front().bits].push_back({protocol.get(), std::move(*found)});
   }
 }
 
 MessageReader::~MessageReader() = default;
 
 bool MessageReader::reads(const Protocol& protocol) const {
-  return std::ranges::find(layouts_, &protocol, &Layout::protocol) != layouts_.end();
+  return std::ranges::any_of(layouts_ | std::views::values, [&](const auto& alike) {
+    return std::ranges::find(alike, &protocol, &Layout::protocol) != alike.end();
+  });
 }
 
 std::optional<Message> MessageReader::read(std::span<const Section> signal) const {
@@ -228,7 +231,9 @@ std::optional<Message> MessageReader::read(std::span<const Section> signal) cons
   for (size_t start = 0; start < pieces.size() && !nearest; ++start) {
     const auto rest = std::span(pieces).subspan(start);
     double nearest_distance = 0;
-    for (const Layout& layout : layouts_) {
+    const auto alike = layouts_.find(rest[0].section.bits.size());
+    if (alike == layouts_.end()) continue;
+    for (const Layout& layout : alike->second) {
       const auto received = rest.first(layout.fitting(rest));
       if (received.empty()) continue;
       std::optional<Message> found = layout.read(received);

@@ -9,6 +9,7 @@
 #pragma once
 
 #include <cstddef>
+#include <map>
 #include <optional>
 #include <span>
 #include <string>
@@ -55,7 +56,7 @@ class MessageReader {
 
  private:
   struct Layout;
-  std::vector<Layout> layouts_;
+  std::map<size_t, std::vector<Layout>> layouts_;  // by the bits of their first section
 };
 
 }  // namespace irp

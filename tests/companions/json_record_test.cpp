@@ -22,7 +22,8 @@ const irp::MessageReader& definitions() {
 record record_of(const std::string& text) {
   std::istringstream stream(text);
   pattern_reader reader(stream);
-  return make_record({.source = "a", .read = *reader.next(), .position = 0}, definitions());
+  return make_record({.source = "a", .read = *reader.next(), .position = 0, .live = false},
+                     definitions());
 }
 
 /// Everything that a protocol sends at once, as one pattern.

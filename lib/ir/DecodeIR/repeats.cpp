@@ -93,6 +93,8 @@ void Signal::decode2() {
   for (;;) {
     if (!absorbed) endMarker |= last.ends_press();
     decode();
+    // The next call goes on behind the last counted frame, so it sees absorbed results again.
+    exhausted_ = *protocol_ == '\0' && !absorbed;
     if (*protocol_ == '\0') break;
     const result next = currentResult();
     const verdict judged = judge(kept, last, next, endMarker);

@@ -33,6 +33,9 @@ class Signal {
   void decode();
   /// decode, and the repeats of what it found: the results of a whole key press.
   void decode2();
+  /// Whether decode2 came to the end of the signal: another call, with the same context, would find
+  /// nothing.
+  [[nodiscard]] bool exhausted() const { return exhausted_; }
 
   /// For a claim that is sure of its match: for as many start positions as the frame has bursts,
   /// claims of this level and below are held back by the recognisers that claim by levels.
@@ -141,4 +144,5 @@ class Signal {
   std::optional<analysis::answer> found_;
   // Kept from one decode to the next: frames that follow may continue the result.
   bool xmpFlag_ = false;
+  bool exhausted_ = false;
 };
