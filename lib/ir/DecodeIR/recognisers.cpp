@@ -28,7 +28,7 @@ const std::array<recogniser, 32> kRecognisers = {{
     {0, "XMP", {9, 9, 10000, 5000}, xmp},
     {1, "Zenith", between(16, 26, 12000), zenith},
     {2, "X10", between(10, 12, 3400), x10},
-    {3, "XX", between(6, 18, 10000), xx},
+    {3, "XX", between(5, 18, 10000), xx},
     {4, "TDC", between(9, 34, 10000), tdc},
     {5, "Sejin", between(10, 18, 10000), sejin},
     {6, "Q1", kNever, unpublished},

@@ -29,9 +29,12 @@ inline constexpr pulse_distance kAkord{477, {18, 8}, 1, 1, 2, 32};
 inline constexpr pulse_distance kLg{560, {15.2F, 7.6F}, 1, 1, 3, 28};
 inline constexpr pulse_distance kLgFast{512, {17, 8}, 1, 1, 3, 28};
 inline constexpr pulse_distance kLgShortLead{500, {6.4F, 19.5F}, 1, 1, 3, 28};
-inline constexpr pulse_distance kCoolix{554, {8, 8}, 1, 1, 3, 48};
+// Two frames follow each other; the program's patterns end with the first.
+inline constexpr pulse_distance kMidea = pulse_distance{550, {8, 8}, 1, 1, 3, 48}.gaps(4300, 4300);
 inline constexpr pulse_distance kJvc = pulse_distance{527, {16, 8}, 1, 1, 3, 16}.clock(0.945F, 1.04F);
-inline constexpr pulse_distance kJvcRepeat = pulse_distance{527, {}, 1, 1, 3, 16}.gaps(kGapUs, 9000).clock(0.945F, 1.04F);
+inline constexpr pulse_distance kJvcShort = pulse_distance{
+    527, {7950 / 527.0F, 3900 / 527.0F}, 1, 1, 3, 16}.clock(0.945F, 1.04F);
+inline constexpr pulse_distance kJvcRepeat = pulse_distance{527, {}, 1, 1, 3, 16}.gaps(kGapUs, 9000).clock(0.945F, 1.04F).marks(kJvcShortestMarkUs, kAnyUs);
 inline constexpr pulse_distance kProton = pulse_distance{500, {16, 8}, 1, 1, 3, 16, {8, {1, 8}}}.clock(0.93F, 1.11F);
 inline constexpr pulse_distance kBose{500, {2, 3}, 1, 1, 3, 16};
 inline constexpr pulse_distance kKonka = pulse_distance{500, {6, 6}, 1, 3, 5, 16, {16, {1, 8}}}.clock(0.96F, 1.04F);
@@ -54,12 +57,15 @@ inline constexpr pulse_distance kDigivision{182, {20, 10}, 3, 3, 6, 40, {24, {20
 inline constexpr pulse_distance kDyson = pulse_distance{770, {3, 1}, 1, 1, 2, 15}.clock(0.91F, 1.05F);
 inline constexpr pulse_distance kLogitech{127, {31, 36}, 3, 4, 8, 24};
 inline constexpr pulse_distance kInterVideo = pulse_distance{300, {10, 5}, 1, 1, 3, 17}.clock(0.95F, 1.05F);
+inline constexpr pulse_distance kInterVideoShort = pulse_distance{
+    310, {3020 / 310.0F, 1470 / 310.0F}, 1, 266 / 310.0F, 780 / 310.0F, 17}.clock(0.88F, 1.06F);
 inline constexpr pulse_distance kSim2 = pulse_distance{400, {6, 7}, 3, 3, 7, 16}.clock(0.95F, 1.05F);
 inline constexpr pulse_distance kMetz19{106, {8, 22}, 4, 9, 16, 19};
 inline constexpr pulse_distance kWhynter = pulse_distance{750, {}, 1, 1, 3, 33, {1, {4, 4}}}.clock(0.96F, 1.04F);
 inline constexpr pulse_distance kLego = pulse_distance{158, {1, 6.5F}, 1, 1.66F, 3.5F, 16}
     .gaps(5000, kGapBeforeUs).clock(0.92F, 1.08F);
 inline constexpr pulse_distance kPaceMss = pulse_distance{630, {1, 5}, 1, 7, 11, 10, {0, {1, 5}}}.clock(0.95F, 1.05F);
+inline constexpr pulse_distance kPaceMssOnce = pulse_distance{660, {760 / 660.0F, 3030 / 660.0F}, 1, 6.6F, 10.4F, 11}.clock(0.95F, 1.05F);
 inline constexpr pulse_distance kBarco{10, {1, 25}, 1, 5, 15, 11, {11, {1, 25}}};
 inline constexpr pulse_distance kRevox = pulse_distance{15, {1, 29}, 1, 9, 19, 11, {11, {1, 29}}}.clock(0.9F, 1.18F);
 // The gap of these two is as long as the lead-in's space: the stop mark of one frame is the
@@ -80,9 +86,11 @@ inline constexpr pulse_distance leadless(float unit, float mark, float zero, flo
       .gaps(gap_us, gap_us)
       .clock(1 - clock_range, 1 + clock_range);
 }
-inline constexpr pulse_distance kSharp = leadless(264, 1, 3, 7, 15, 12000, 0.08F);
+inline constexpr pulse_distance kSharp = leadless(264, 1, 3, 7, 15, 12000, 0.08F).any_marks(484);
 inline constexpr pulse_distance kSharpOld = leadless(264, 1, 3, 7, 12, 12000, 0.04F);
-inline constexpr pulse_distance kMitsubishi = leadless(300, 1, 3, 7, 16, 12000, 0.05F);
+inline constexpr pulse_distance kMitsubishi = leadless(300, 1, 3, 7, 16, 12000, 0.06F);
+// As fast as JVC's repeats, whose marks are half of the short burst, not a quarter.
+inline constexpr pulse_distance kMitsubishiFast = leadless(264, 1, 3, 7, 16, 12000, 0.07F).marks(0, kJvcShortestMarkUs);
 // Alike but for the marks; where a receiver has brought these together readAkai tells.
 inline constexpr pulse_distance kAkai = pulse_distance{289, {}, 1, 2.6F, 6.3F, 10}
     .gaps(3600, 3600).clock(0.93F, 1.05F).marks(0, kAkaiLongestMarkUs);
@@ -90,12 +98,15 @@ inline constexpr pulse_distance kMatsui = pulse_distance{525, {}, 1, 1, 3, 10}
     .gaps(7000, 7000).clock(0.95F, 1.035F).marks(kMatsuiShortestMarkUs, kAnyUs);
 inline constexpr pulse_distance kThomson = leadless(505, 1, 4, 9, 12, 13000, 0.04F);
 inline constexpr pulse_distance kLumagen = leadless(416, 1, 6, 12, 12, 9500, 0.03F);
-inline constexpr pulse_distance kRecs80 = leadless(158, 1, 31, 47, 11, 15000, 0.04F);
-inline constexpr pulse_distance kRecs80Slow = leadless(180, 1, 31, 47, 11, 15000, 0.04F);
+inline constexpr pulse_distance kRecs80 = leadless(158, 1, 31, 47, 11, 15000, 0.04F).any_marks(620);
+inline constexpr pulse_distance kRecs80Slow = leadless(180, 1, 31, 47, 11, 15000, 0.04F).any_marks(480);
+inline constexpr pulse_distance kRecs80Long = leadless(247, 1, 31, 47, 11, 15000, 0.04F).any_marks(700);
 inline constexpr pulse_distance kVelleman = leadless(700, 1, 5060 / 700.0F, 7590 / 700.0F, 11, 15000, 0.04F);
 inline constexpr pulse_distance kViewstar = leadless(337, 1, 8, 5, 5, 5000, 0.04F).marks(0, 500);
-inline constexpr pulse_distance kArcher = leadless(12, 1, 275, 4700 / 12.0F, 5, 9000, 0.03F);
-inline constexpr pulse_distance kJerrold = leadless(44, 1, 7500 / 44.0F, 11500 / 44.0F, 5, 18000, 0.03F);
+inline constexpr pulse_distance kArcher = leadless(12, 1, 275, 4700 / 12.0F, 5, 9000, 0.03F).any_marks(350);
+inline constexpr pulse_distance kJerrold = leadless(44, 1, 7500 / 44.0F, 11500 / 44.0F, 5, 18000, 0.03F).any_marks(350);
+inline constexpr pulse_distance kJerroldSlow = leadless(80, 1, 7870 / 80.0F, 11800 / 80.0F, 5, 18000, 0.03F).any_marks(350);
+inline constexpr pulse_distance kFisher = leadless(510, 1, 3, 7, 6, 15000, 0.07F);
 inline constexpr pulse_distance kPid0001 = leadless(24, 1, 9314 / 24.0F, 13486 / 24.0F, 5, 18000, 0.03F);
 inline constexpr pulse_distance kPid0004 = leadless(12, 1, 130 / 12.0F, 31, 6, 15000, 0.06F);
 inline constexpr pulse_distance kGreeNext = leadless(570, 1, 1, 3, 32, 9000, 0.08F);

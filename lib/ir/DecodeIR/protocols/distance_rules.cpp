@@ -202,6 +202,13 @@ bool readJvc(const reading& read, answer*) {
           fits(read.seen.off(0) + read.fit.bias, wire.lead.off * unit));
 }
 
+// The first bit of a RECS80 frame is a one; in frames that begin with a zero it belongs to the
+// address, for all that is known, and keeps their devices apart.
+bool readRecs80(const reading&, answer* out) {
+  out->device += 8;
+  return true;
+}
+
 // A maker with a row of its own sent a damaged frame if it comes here.
 bool readKaseikyo(const reading& read, answer* out) {
   for (const maker& known : kMakers) {

@@ -10,6 +10,9 @@ namespace analysis {
 inline constexpr float kMatsuiShortestMarkUs = 425;
 inline constexpr float kAkaiLongestMarkUs = 452;
 
+// Between Mitsubishi's marks, a quarter of the short burst, and JVC's, half of it.
+inline constexpr float kJvcShortestMarkUs = 385;
+
 // Checks: whether the frame's check bits agree with its data.
 bool anthemSum(const reading& read);
 bool denonKXor(const reading& read);
@@ -22,6 +25,7 @@ bool lgSum(const reading& read);
 bool lumagenParity(const reading& read);
 bool makerParity(const reading& read);
 bool mitsubishiKSum(const reading& read);
+bool mideaSum(const reading& read);
 bool pairsDiffer(const reading& read);
 bool sharpDvdXor(const reading& read);
 bool teacKSum(const reading& read);
@@ -41,8 +45,10 @@ bool readJvc(const reading& read, answer* out);
 bool readKaseikyo(const reading& read, answer* out);
 bool readNec(const reading& read, answer* out);
 bool readNec40(const reading& read, answer* out);
+bool readMidea(const reading& read, answer* out);
 bool readNecx(const reading& read, answer* out);
 bool read48Nec(const reading& read, answer* out);
+bool readRecs80(const reading& read, answer* out);
 bool readPid0083(const reading& read, answer* out);
 
 }  // namespace analysis

@@ -3,8 +3,9 @@
 //
 // Modulation: bi-phase, half bit 512 µs at 30.3 kHz (Blaupunkt), 500 µs at 38 kHz (NRC); a one is
 //   mark, space
-// Frame: lead-in 1,-5 half bits, then 10 (Blaupunkt), 16 (NRC16) or 17 bits (NRC17)
+// Frame: lead-in 1,-5 half bits, then 7 (NRC7), 10 (Blaupunkt), 16 (NRC16) or 17 bits (NRC17)
 // Layout (one letter per bit, least significant first; the first bit is always 1):
+//   NRC7       1 FFFFFF          start frame: F = 62
 //   Blaupunkt  1 FFFFFF DDD      start frame: F = 63,  D = 7
 //   NRC16      1 FFFFFFFF DDDDDDD             F = 254, D = 127
 //   NRC17      1 FFFFFFFF DDDDDDDD            F = 254, D = 255
@@ -27,9 +28,9 @@ constexpr float kLeadSpaceMinUs = 4 * kHalfBit.unit_us;
 constexpr float kLeadSpaceMaxUs = 6 * kHalfBit.unit_us;
 constexpr float kFrameGapUs = 8000;  // ends a start frame or a body
 constexpr float kBodyMinUs = 11000;  // from a start frame to its body
-constexpr float kBodyMaxUs = 28000;
+constexpr float kBodyMaxUs = 31000;
 constexpr int kMostBits = 17;
-constexpr int kFewestBits = 10;  // Blaupunkt, whose body has no suffix
+constexpr int kLongestPlainBits = 10;  // NRC7 and Blaupunkt, whose bodies have no suffix
 
 struct xx_variant {
   const char* name;
@@ -37,7 +38,8 @@ struct xx_variant {
   unsigned start_function, start_device;
 };
 
-constexpr std::array<xx_variant, 3> kVariants = {{
+constexpr std::array<xx_variant, 4> kVariants = {{
+    {"NRC7", 7, 6, 0, 62, 0},
     {"Blaupunkt", 10, 6, 3, 63, 7},
     {"NRC16", 16, 8, 7, 254, 127},
     {"NRC17", 17, 8, 8, 254, 255},
@@ -112,10 +114,10 @@ std::optional<answer> xx(const frame& seen) {
     } else {
       found.name.add("{prefix}");
     }
-  } else if (told.variant->bits > kFewestBits && seen.before == 0) {
+  } else if (told.variant->bits > kLongestPlainBits && seen.before == 0) {
     found.name.add("{body}");
   }
-  found.device = static_cast<int>(told.device);
+  if (told.variant->device_bits > 0) found.device = static_cast<int>(told.device);
   found.function = static_cast<int>(told.function);
   found.hex.first = static_cast<int>(msb(told.function, told.variant->function_bits));
   return found;

@@ -193,11 +193,13 @@ class distance_reader {
     const float shortest_space = std::min(wire_.zero, wire_.one) * wire_.unit;
     const float most_bias = std::min(
         {receiver::kMostBiasUs, kLongestBiasMark * mark_, kLongestBiasSpace * shortest_space});
-    const float shortest = std::max(kShortestMark * (fit_.scale * mark_), wire_.shortest_mark);
+    const float shortest =
+        wire_.any_mark ? wire_.shortest_mark
+                       : std::max(kShortestMark * (fit_.scale * mark_), wire_.shortest_mark);
     if (mean < shortest || mean > wire_.longest_mark) {
       return refuse({reason::mark, -1, mean, shortest, wire_.longest_mark});
     }
-    return (fit_.bias >= receiver::kLeastBiasUs && fit_.bias <= most_bias) ||
+    return wire_.any_mark || (fit_.bias >= receiver::kLeastBiasUs && fit_.bias <= most_bias) ||
            refuse({reason::bias, -1, fit_.bias, receiver::kLeastBiasUs, most_bias});
   }
 

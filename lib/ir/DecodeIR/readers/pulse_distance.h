@@ -43,6 +43,7 @@ struct pulse_distance {
   float slowest = 1.1F;
   float shortest_mark = 0;  // µs, range of the mean mark, where only that tells two codes apart
   float longest_mark = kAnyUs;
+  bool any_mark = false;  // a mark as long or short as that may stand for the nominal one
 
   [[nodiscard]] constexpr pulse_distance gaps(float after, float before,
                                               float most_before = kAnyUs) const {
@@ -62,6 +63,14 @@ struct pulse_distance {
     pulse_distance changed = *this;
     changed.shortest_mark = shortest;
     changed.longest_mark = longest;
+    return changed;
+  }
+
+  /// For codes whose marks carry nothing beside much longer spaces: receivers for another carrier
+  /// lengthen them to twice their length and more, or leave only a spike.
+  [[nodiscard]] constexpr pulse_distance any_marks(float longest) const {
+    pulse_distance changed = marks(0, longest);
+    changed.any_mark = true;
     return changed;
   }
 

@@ -69,7 +69,7 @@ TEST(Matchers, ReadFramesAsSentAndAsReceived) {
 const std::pair<const char*, std::vector<std::string_view>> kTypes[] = {
     {"DENON", {"Denon", "Denon{1}", "Denon{2}"}},
     {"DISH", {"Dish_Network"}},
-    {"JVC", {"JVC", "JVC{2}"}},
+    {"JVC", {"JVC", "JVC-short", "JVC{2}"}},
     {"MITSUBISHI", {"Mitsubishi"}},
     {"NEC", {"NEC", "NEC1", "NEC2", "NEC-Yamaha", "NEC1-Yamaha", "NEC-f16", "NEC1-f16"}},
     {"NEC", {"NEC2-f16", "NEC1-rnc", "Apple", "Pioneer", "Pioneer-2Part", "Roku", "Tivo"}},
