@@ -35,7 +35,7 @@ refusal missing(const frame_bounds& bounds, const frame& seen) {
   }
   const bool before = seen.gap_before < bounds.min_gap_before;
   return {before ? reason::gap_before : reason::gap_behind, -1,
-          before ? seen.gap_before : seen.trailing_gap,
+          before ? seen.gap_before : seen.gap_behind(),
           before ? bounds.min_gap_before : bounds.min_gap, frame::kSilenceUs};
 }
 

@@ -6,6 +6,7 @@
 // behind it.
 #pragma once
 
+#include <algorithm>
 #include <optional>
 #include <span>
 
@@ -27,6 +28,7 @@ struct frame {
   float gap_before = 0;          // µs, kSilenceUs before the first burst
   float trailing_gap = 0;        // µs
   float framing_gap = 0;         // µs, the smaller of the two gaps
+  float cut_us = kSilenceUs;     // the space that the signal was cut in, if it reaches there
   float total_us = 0;            // without the trailing gap
   float largest_us = 0;          // its longest mark or space, the trailing gap excluded
   int carrier_hz = 0;            // 0: not known, or not modulated
@@ -45,6 +47,8 @@ struct frame {
   [[nodiscard]] float off(int i) const { return first[2 * i + 1]; }
   [[nodiscard]] float burst(int i) const { return on(i) + off(i); }
   /// Durations without the trailing gap.
+  /// The space behind the frame, which is no gap where the signal was cut inside it.
+  [[nodiscard]] float gap_behind() const { return std::min(trailing_gap, cut_us); }
   [[nodiscard]] int durations() const { return 2 * length - 1; }
 
   /// Whether a pulse of t µs spans less than half a carrier cycle.
@@ -80,11 +84,13 @@ struct frame {
 struct frame_bounds {
   int min_bursts = 2;
   int max_bursts = frame::kMostBursts;
-  float min_gap = 0;         // µs of trailing gap
-  float min_gap_before = 0;  // µs of gap before the frame
+  float min_gap = 0;          // µs of trailing gap
+  float min_gap_before = 0;   // µs of gap before the frame
+  bool ends_in_data = false;  // whether a signal may end in the last bit's space, without a gap
 
   [[nodiscard]] bool hold(const frame& seen) const {
-    return seen.length >= min_bursts && seen.length <= max_bursts && seen.trailing_gap >= min_gap &&
+    const float behind = ends_in_data ? seen.trailing_gap : seen.gap_behind();
+    return seen.length >= min_bursts && seen.length <= max_bursts && behind >= min_gap &&
            seen.gap_before >= min_gap_before;
   }
 };

@@ -18,6 +18,10 @@ std::optional<answer> first_of(const frame& seen) {
 constexpr frame_bounds between(int fewest, int most, float gap_us) {
   return {fewest, most, gap_us, gap_us};
 }
+constexpr frame_bounds ending_in_data(frame_bounds bounds) {
+  bounds.ends_in_data = true;
+  return bounds;
+}
 
 constexpr frame_bounds kNever = between(frame::kMostBursts + 1, frame::kMostBursts, 1e9F);
 
@@ -41,7 +45,7 @@ const std::array<recogniser, 32> kRecognisers = {{
     {13, "CanalSat", between(12, 29, 6000), canalsat},
     {14, "Nokia", between(8, 18, 5000), first_of<nokia, xiaomi>},
     {15, "PCTV", between(2, 12, 10000), pctv},
-    {16, "F12", between(12, 33, 6000), f12},
+    {16, "F12", ending_in_data(between(12, 33, 6000)), f12},
     {17, "Sony", between(9, 21, 5000), sony},
     {18, "SingleBurstSize", between(8, 16, 10000), single_burst_size},
     {19, "GXB", between(15, 15, 10000), gxb},

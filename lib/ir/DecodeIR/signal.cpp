@@ -6,6 +6,8 @@
 #include <climits>
 #include <cstring>
 
+#include "lib/ir/receiver.h"
+
 namespace {
 
 constexpr unsigned kStartMask = 0xFFFFF;  // context[0] holds the start burst in its low 20 bits
@@ -70,7 +72,11 @@ Signal::Signal(unsigned int* context, const int* bursts, int freq, int singleCou
     nRepeat_ = nExtra_ = 0;
     lastBurst_ = nSingle_;
   }
-  if (nRepeat_ == 0) bursts_[static_cast<size_t>(2 * nSingle_ - 1)] = kEndGapUs;
+  if (nRepeat_ == 0) {
+    float& end = bursts_[static_cast<size_t>(2 * nSingle_ - 1)];
+    if (end > kNoSpaceUs && end < receiver::kShortestGapUs) cut_us_ = end;
+    end = kEndGapUs;
+  }
 }
 
 void Signal::setPreempt(int level) {
@@ -131,6 +137,7 @@ bool Signal::tryFrame(const float* at) {
     // Most ends are refused by their gap, before anything of the frame is looked at.
     if (at[2 * bursts - 1] >= shortestGap_) {
       frame_.grow_to(bursts);
+      frame_.cut_us = bursts == frame_.reach ? cut_us_ : analysis::frame::kSilenceUs;
       frame_.carrier_hz =
           cycles_ != nullptr ? getFreq(frame_.before, frame_.before + bursts) : freq_;
       if (callRecognisers()) return true;

@@ -19,6 +19,7 @@
 class Signal {
  public:
   static constexpr float kEndGapUs = 999999.0F;  // stands for the silence after the signal
+  static constexpr float kNoSpaceUs = 50;        // at most this: the signal ended with a mark
   static constexpr int kDittoRecogniser = 10;    // tryGap counts dittos
 
   /// The twelve arguments of _DecodeIR (DecodeIR.h explains them), and the recognisers to run.
@@ -121,11 +122,12 @@ class Signal {
   int* hex_;
 
   // --- The signal -------------------------------------------------------------------------
-  std::unique_ptr<float[]> bursts_;  // single, repeat, repeat again, extra, four zeros
-  int nSingle_, nRepeat_, nExtra_;   // bursts
-  int lastBurst_;                    // bursts that a frame may reach to (exclusive)
-  int extraStart_ = 0;               // first burst of the extra part, 0 for none
-  int freq_;                         // Hz, as the caller gave it
+  std::unique_ptr<float[]> bursts_;             // single, repeat, repeat again, extra, four zeros
+  int nSingle_, nRepeat_, nExtra_;              // bursts
+  int lastBurst_;                               // bursts that a frame may reach to (exclusive)
+  int extraStart_ = 0;                          // first burst of the extra part, 0 for none
+  float cut_us_ = analysis::frame::kSilenceUs;  // the space that it was cut in
+  int freq_;                                    // Hz, as the caller gave it
   int interfaceLevel_ = 2;
   bool hasRepeatInfo_;
   const uint32_t* cycles_ = nullptr;  // the caller's cycle counts, one slot a burst

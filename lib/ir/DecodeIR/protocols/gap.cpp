@@ -75,8 +75,8 @@ std::optional<answer> read_distance(const frame& seen) {
   reading fitted{seen, nullptr, {}, {}};
   for (const row* const candidate : distance_rows(seen.length)) {
     const pulse_distance& wire = *candidate->wire.distance();
-    if (seen.trailing_gap < wire.min_gap) {
-      seen.refused({reason::gap_behind, -1, seen.trailing_gap, wire.min_gap, kAnyUs},
+    if (seen.gap_behind() < wire.min_gap) {
+      seen.refused({reason::gap_behind, -1, seen.gap_behind(), wire.min_gap, kAnyUs},
                    candidate->name);
       continue;
     }
@@ -143,7 +143,7 @@ std::optional<answer> read_ditto(const frame& seen) {
 
 std::optional<answer> gap(const frame& seen) {
   if (auto found = read_distance(seen)) return found;
-  if (seen.preempt_level > 0) return {};
+  if (seen.preempt_level > 0 || seen.gap_behind() < kGapUs) return {};
   if (auto found = read_ditto(seen)) return found;
   return unknown_gap(seen);
 }

@@ -89,6 +89,15 @@ TEST(Gap, ACutFrameHasNoName) {
   });
 }
 
+// Half of a frame of 56 bits looks like one of 48; what ends before the cut is whole.
+TEST(Gap, ASignalThatWasCutInsideAFrameHasNoName) {
+  const std::vector<int> whole = frame("Panasonic2", {{"D", 4}, {"S", 1}, {"X", 2}, {"F", 8}});
+  EXPECT_EQ(call({whole.begin(), whole.begin() + 100}).name, "");
+  std::vector<int> two = signal("Panasonic", {{"D", 4}, {"S", 1}, {"F", 8}}, 2);
+  two.resize(140);
+  EXPECT_EQ(text(call(two)), "Panasonic D4 S1 F8 H239 [no repeat]");
+}
+
 TEST(Gap, OneDurationMayBeOutOfLine) {
   const std::vector<int> nec = frame("NEC", {{"D", 4}, {"F", 8}});
   const std::vector<int> jvc = frame("JVC", {{"D", 4}, {"F", 8}});
