@@ -93,6 +93,16 @@ constexpr bool last_mark_is_plausible(double us, double sent_us, bool proven) {
 /// more.
 constexpr unsigned kLongestStrayUs = 200;
 constexpr unsigned kShortestGapUs = 5000;
+/// Whether a mark behind or before a gap is stray.
+constexpr bool is_stray(float mark_us, float gap_us) {
+  return mark_us <= kLongestStrayUs && gap_us >= kShortestGapUs;
+}
+
+/// The longest mark of a frame is no shorter than the first of these, and no space inside it
+/// shorter than the second. More, and the flashes of 10 µs that some remotes send 50 µs apart are
+/// lost; less, and a list of zeros has a name.
+constexpr float kShortestMarkUs = 5;
+constexpr float kShortestSpaceUs = 20;
 
 // --- The signal analysis -----------------------------------------------------------------------
 // Its readers hold each duration to narrower bounds than the matchers, since they look at every

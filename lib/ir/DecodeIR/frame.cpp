@@ -6,15 +6,13 @@
 namespace analysis {
 
 frame::frame(std::span<const float> signal, int carrier)
-    : reach(static_cast<int>(signal.size() / 2)),
-      sent(reach),
-      gap_before(kSilenceUs),
-      carrier_hz(carrier) {
-  begin(signal.data(), reach);
+    : reach(static_cast<int>(signal.size() / 2)), sent(reach), carrier_hz(carrier) {
+  begin(signal.data(), reach, kSilenceUs);
 }
 
-void frame::begin(const float* at, int bursts) {
+void frame::begin(const float* at, int bursts, float gap) {
   first = at;
+  space_before_ = gap;
   begun_ = bursts;
   length = 1;
   on_times.clear();
@@ -31,9 +29,29 @@ void frame::grow_to(int bursts) {
     on_times.insert(next);
     total_us += next[-1] + next[0];
   }
-  trailing_gap = off(length - 1);
+  take_gaps();
   largest_us = std::max(on_times.largest, off_times.largest);
   framing_gap = std::min(trailing_gap, gap_before);
+}
+
+/// Finds the gaps on both sides; a stray mark inside one is part of it.
+void frame::take_gaps() {
+  const float* const last = first + 2 * (length - 1);
+  trailing_gap = last[1];
+  if (length < reach && is_gap(trailing_gap) && receiver::is_stray(last[2], last[3])) {
+    trailing_gap += last[2] + last[3];
+  }
+  gap_before = space_before_;
+  if (before > 0 && is_gap(gap_before)) {
+    const float further = before > 1 ? first[-3] : kSilenceUs;
+    if (receiver::is_stray(first[-2], further)) gap_before += first[-2] + further;
+  }
+}
+
+/// Whether a space is so long that it parts the frame from a stray mark, whatever lies inside.
+bool frame::is_gap(float space) const {
+  constexpr float kLonger = 1.1F;  // than every space of the frame, so that none of them is one
+  return space >= receiver::kShortestGapUs && space > kLonger * off_times.largest;
 }
 
 setBurst frame::burst_lengths() const {

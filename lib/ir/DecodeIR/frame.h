@@ -12,6 +12,7 @@
 
 #include "lib/ir/DecodeIR/refusal.h"
 #include "lib/ir/DecodeIR/statistics.h"
+#include "lib/ir/receiver.h"
 
 namespace analysis {
 
@@ -27,8 +28,8 @@ struct frame {
   int sent = 0;                  // the same without the second copy of a repeat part
   float gap_before = 0;          // µs, kSilenceUs before the first burst
   float trailing_gap = 0;        // µs
-  float framing_gap = 0;         // µs, the smaller of the two gaps
   float cut_us = kSilenceUs;     // the space that the signal was cut in, if it reaches there
+  float framing_gap = 0;         // µs, the smaller of the two gaps
   float total_us = 0;            // without the trailing gap
   float largest_us = 0;          // its longest mark or space, the trailing gap excluded
   int carrier_hz = 0;            // 0: not known, or not modulated
@@ -46,11 +47,16 @@ struct frame {
   [[nodiscard]] float on(int i) const { return first[2 * i]; }
   [[nodiscard]] float off(int i) const { return first[2 * i + 1]; }
   [[nodiscard]] float burst(int i) const { return on(i) + off(i); }
-  /// Durations without the trailing gap.
   /// The space behind the frame, which is no gap where the signal was cut inside it.
   [[nodiscard]] float gap_behind() const { return std::min(trailing_gap, cut_us); }
+  /// Durations without the trailing gap.
   [[nodiscard]] int durations() const { return 2 * length - 1; }
 
+  /// Whether an infrared link can carry it.
+  [[nodiscard]] bool is_possible() const {
+    return on_times.largest >= receiver::kShortestMarkUs &&
+           off_times.smallest >= receiver::kShortestSpaceUs;
+  }
   /// Whether a pulse of t µs spans less than half a carrier cycle.
   [[nodiscard]] bool unmodulated(float t) const {
     return static_cast<float>(carrier_hz) * t < 500000.0F;
@@ -71,12 +77,17 @@ struct frame {
     return std::nullopt;
   }
 
-  /// How the search lets a frame grow: from `bursts` bursts at `at` to as many as it likes.
-  void begin(const float* at, int bursts);
+  /// How the search lets a frame grow: from `bursts` bursts at `at`, `gap` µs behind what is before
+  /// it, to as many as it likes.
+  void begin(const float* at, int bursts, float gap);
   void grow_to(int bursts);
 
  private:
-  int begun_ = 2;  // bursts that it began with
+  void take_gaps();
+  [[nodiscard]] bool is_gap(float space) const;
+
+  int begun_ = 2;           // bursts that it began with
+  float space_before_ = 0;  // µs, to whatever is before it
 };
 
 /// What a frame must at least be before a recogniser looks closer. Cheap to test, so most

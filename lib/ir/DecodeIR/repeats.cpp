@@ -7,6 +7,7 @@
 
 #include "lib/ir/DecodeIR/bit_buffer.h"
 #include "lib/ir/DecodeIR/signal.h"
+#include "lib/ir/receiver.h"
 
 using analysis::answer;
 
@@ -125,10 +126,13 @@ Signal::verdict Signal::judge(const result& kept, const place& last, const resul
                               bool endMarker) const {
   const std::string_view name = next.name.view();
   const std::string_view keptName = kept.name.view();
-  // Counted dittos leave the recorded length one burst short.
+  // Counted dittos leave the recorded length one burst short; a stray mark between two copies
+  // belongs to neither.
+  const float* const behind = bursts_.get() + 2 * static_cast<ptrdiff_t>(last.end());
+  const bool oneBetween =
+      (last.by_ditto_recogniser && last.has_dittos) || receiver::is_stray(behind[0], behind[1]);
   const bool startsAtEnd =
-      last.end() == next.start() ||
-      (last.by_ditto_recogniser && last.has_dittos && last.end() == next.start() - 1);
+      last.end() == next.start() || (oneBetween && last.end() == next.start() - 1);
   const bool sameNumbers = next.device == kept.device && next.subdevice == kept.subdevice &&
                            next.function == kept.function &&
                            next.remark.view() == kept.remark.view();

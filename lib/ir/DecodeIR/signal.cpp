@@ -17,6 +17,14 @@ constexpr int kMostCountdown = 0xFFF;
 constexpr int kMostLength = 0xFFFF + 2;
 constexpr int kHighestLevel = 9;
 
+/// Whether the burst at `at` looks like a lead-in: its mark and all of it are longer than the next.
+/// It may be longer than the gap to what another sender left before it.
+bool isLeadIn(const float* at) {
+  constexpr float kMark = 2;
+  constexpr float kBurst = 1.4F;
+  return at[0] > kMark * at[2] && at[0] + at[1] > kBurst * (at[2] + at[3]);
+}
+
 }  // namespace
 
 Signal::Signal(unsigned int* context, const int* bursts, int freq, int singleCount, int repeatCount,
@@ -110,29 +118,29 @@ void Signal::searchFrom(int start) {
   const int lastStart = nRepeat_ < 2 ? nSingle_ + 2 * nRepeat_ - 1 : nSingle_ + nRepeat_;
   for (frame_.before = start; frame_.before < lastStart; ++frame_.before) {
     const float* const at = bursts_.get() + 2 * static_cast<ptrdiff_t>(frame_.before);
-    frame_.gap_before = frame_.before == 0 ? analysis::frame::kSilenceUs : at[-1];
+    float gap = frame_.before == 0 ? analysis::frame::kSilenceUs : at[-1];
     if (frame_.before == nSingle_ && nRepeat_ > 0) {
-      frame_.gap_before =
-          std::max(frame_.gap_before, bursts_[static_cast<size_t>(2 * (nSingle_ + nRepeat_) - 1)]);
+      gap = std::max(gap, bursts_[static_cast<size_t>(2 * (nSingle_ + nRepeat_) - 1)]);
     }
     const bool startsHere = frame_.before == 0 || frame_.before == nSingle_ ||
                             at[-1] + 0.5F * at[-2] > at[0] + at[1] ||
+                            (at[-1] >= receiver::kShortestGapUs && isLeadIn(at)) ||
                             at[0] > analysis::frame::kLongestInsideUs;
-    if (startsHere && tryFrame(at)) return;
+    if (startsHere && tryFrame(at, gap)) return;
     frame_.length = 2;
     recogniserIndex_ = 0;
     if (--preemptCountdown_ < 1) preemptCountdown_ = preemptLevel_ = 0;
   }
 }
 
-/// Lets the frame that starts at `at` grow until a recogniser names it.
-bool Signal::tryFrame(const float* at) {
+/// Lets the frame that starts at `at`, behind `gap` µs, grow until a recogniser names it.
+bool Signal::tryFrame(const float* at, float gap) {
   frame_.reach = lastBurst_ - frame_.before;
   frame_.sent = nSingle_ + nRepeat_ - frame_.before;
   frame_.preempt_level = preemptLevel_;
   const int longest = std::min(analysis::frame::kMostBursts, frame_.reach);
   if (frame_.length > longest) return false;
-  frame_.begin(at, frame_.length);
+  frame_.begin(at, frame_.length, gap);
   for (int bursts = frame_.length; bursts <= longest; ++bursts) {
     // Most ends are refused by their gap, before anything of the frame is looked at.
     if (at[2 * bursts - 1] >= shortestGap_) {
@@ -140,7 +148,7 @@ bool Signal::tryFrame(const float* at) {
       frame_.cut_us = bursts == frame_.reach ? cut_us_ : analysis::frame::kSilenceUs;
       frame_.carrier_hz =
           cycles_ != nullptr ? getFreq(frame_.before, frame_.before + bursts) : freq_;
-      if (callRecognisers()) return true;
+      if (frame_.is_possible() && callRecognisers()) return true;
     }
     recogniserIndex_ = 0;
   }

@@ -97,7 +97,7 @@ class Signal {
   enum class verdict { kCopy, kX10Copy, kSupersedes, kAbsorbed, kEnd };
 
   void searchFrom(int start);
-  bool tryFrame(const float* at);
+  bool tryFrame(const float* at, float gap);
   bool callRecognisers();
   bool recognise(int index);
   void claim(const analysis::answer& found);

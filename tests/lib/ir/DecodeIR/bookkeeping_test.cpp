@@ -360,12 +360,16 @@ TEST_F(Bookkeeping, CycleCountsGiveTheCarrier) {
   std::vector<uint32_t> unlike(16, 9999);
   std::copy_n(std::array{570U, 1140U, 570U, 570U}.begin(), 4, unlike.begin());
   EXPECT_EQ(carrierOf(unlike, {{1, 3, "RC5"}}), 38000U);
-  for (int& duration : bursts_) duration = 1;
+  for (int& duration : bursts_) duration = 20;
   context_.fill(0);
   EXPECT_EQ(carrierOf(std::vector<uint32_t>(16, 65535), {{0, 4, "RC5"}}), unsigned{INT_MAX});
-  for (int& duration : bursts_) duration = 0;
-  context_.fill(0);
-  EXPECT_EQ(carrierOf(std::vector<uint32_t>(16, 570), {{0, 4, "RC5"}}), 0U) << "no marks at all";
+  std::fill(bursts_.begin(), bursts_.end(), 0);
+  subDevice_ = -8;
+  const uint32_t* const cycles = unlike.data();
+  std::memcpy(&context_[6], &cycles, sizeof cycles);
+  const Signal dark(context_.data(), bursts_.data(), 38000, single_, repeat_, protocol_, &device_,
+                    &subDevice_, &obc_, hex_.data(), misc_, error_);
+  EXPECT_EQ(dark.getFreq(0, 4), 0) << "no marks at all";
 }
 
 TEST_F(Bookkeeping, ExtraPartFollowsBothRepeats) {
@@ -416,6 +420,15 @@ TEST(Search, FramesStartAfterAGapAndGrowToTheEnd) {
       {"too short by one", {500, 500, 500, 850, 500, 600, 500, 500}, 4, 0, "0+2 0+3 0+4 "},
       {"a long mark", {500, 500, 500, 500, 14001, 600, 500, 500}, 4, 0, "0+2 0+3 0+4 2+2 "},
       {"too short by one", {500, 500, 500, 500, 14000, 600, 500, 500}, 4, 0, "0+2 0+3 0+4 "},
+      {"a lead-in", {500, 5000, 9000, 4500, 4499, 4600, 500, 500}, 4, 0, "0+2 0+3 0+4 1+2 1+3 "},
+      {"whose mark is too short",
+       {500, 5000, 9000, 4500, 4500, 4600, 500, 500},
+       4,
+       0,
+       "0+2 0+3 0+4 "},
+      {"or the gap", {500, 4999, 9000, 4500, 4499, 4600, 500, 500}, 4, 0, "0+2 0+3 0+4 "},
+      {"marks too short for light", {4, 500, 4, 500, 5, 500}, 3, 0, "0+3 "},
+      {"spaces that no receiver tells", {5, 20, 5, 19, 500, 500}, 3, 0, "0+2 "},
       // The repeat part follows twice, and starts a frame once whatever is before it.
       {"a repeat part", {500, 500, 500, 500, 500, 500}, 1, 2, "0+2 0+3 0+4 0+5 1+2 1+3 1+4 "},
       {"of one burst", {500, 500, 500, 500, 500, 500}, 2, 1, "0+2 0+3 0+4 2+2 "},
@@ -511,6 +524,24 @@ TEST(Search, TellsTheRecognisersOfTheFrame) {
        0,
        "gaps 20000 999999 framing 20000 total 2600 largest 900 carrier 38000 marks 500 500 900 "
        "spaces 100 600 bursts 1000 1100 middle 1000 1100"},
+      {"a stray mark is part of the gap",
+       {500, 5000, 200, 6000, 500, 5454, 500, 500},
+       4,
+       0,
+       "gaps 11200 999999 framing 11200 total 6454 largest 5454 carrier 38000 marks 500 500 500 "
+       "spaces 5454 5454 bursts 5954 5954 middle 5954 5954"},
+      {"unless it is longer",
+       {500, 5000, 201, 6000, 500, 5454, 500, 500},
+       4,
+       0,
+       "gaps 6000 999999 framing 6000 total 6454 largest 5454 carrier 38000 marks 500 500 500 "
+       "spaces 5454 5454 bursts 5954 5954 middle 5954 5954"},
+      {"or the frame has as long spaces",
+       {500, 5000, 200, 6000, 500, 5455, 500, 500},
+       4,
+       0,
+       "gaps 6000 999999 framing 6000 total 6455 largest 5455 carrier 38000 marks 500 500 500 "
+       "spaces 5455 5455 bursts 5955 5955 middle 5955 5955"},
       {"the gap before a repeat part is the longer of two",
        {500, 3000, 500, 400, 500, 20000},
        1,

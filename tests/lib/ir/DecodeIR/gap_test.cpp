@@ -98,6 +98,29 @@ TEST(Gap, ASignalThatWasCutInsideAFrameHasNoName) {
   EXPECT_EQ(text(call(two)), "Panasonic D4 S1 F8 H239 [no repeat]");
 }
 
+TEST(Gap, StrayMarksChangeNothing) {
+  Random random(4);
+  for (const Side side : {Side::kBefore, Side::kAfter}) {
+    for (const int gap_us : {5000, 6000, 9000, 12000}) {
+      for (const auto& [protocol, wanted] : {std::pair{"NEC", "NEC D4 F8 H239 [no repeat]"},
+                                             {"RC5", "RC5 D4 F8 H8 [no repeat: T=0]"}}) {
+        const std::vector<int> sent = frame(protocol, {{"D", 4}, {"F", 8}});
+        EXPECT_EQ(text(call(with_stray_mark(sent, random, side, gap_us))), wanted) << gap_us;
+      }
+    }
+  }
+  // Two copies with a stray mark between them, and half a frame before one.
+  const std::vector<int> nec = frame("NEC", {{"D", 4}, {"F", 8}});
+  std::vector<int> copies = nec;
+  copies.insert(copies.end(), {20000, 90, 20000});
+  copies.insert(copies.end(), nec.begin(), nec.end());
+  EXPECT_EQ(text(call(copies)), "NEC2 D4 F8 H239 [+ 1 copy]");
+  std::vector<int> behind(nec.begin() + 30, nec.end());
+  behind.push_back(6000);
+  behind.insert(behind.end(), nec.begin(), nec.end());
+  EXPECT_EQ(text(call(behind)), "NEC D4 F8 H239 [no repeat]");
+}
+
 TEST(Gap, OneDurationMayBeOutOfLine) {
   const std::vector<int> nec = frame("NEC", {{"D", 4}, {"F", 8}});
   const std::vector<int> jvc = frame("JVC", {{"D", 4}, {"F", 8}});
