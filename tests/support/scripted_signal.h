@@ -31,6 +31,7 @@ struct step {
   int preempt = 0;  // the level that the recogniser asks for, 0 for none
   int kind = -1, kind2 = -1;
   const char* error = "";
+  analysis::press_part part = analysis::press_part::none;  // another one: the press has a remark
 };
 
 /// Steps that say more than a name and numbers. Dittos come from the row of the pulse-distance
@@ -65,6 +66,10 @@ inline step with_error(step s, const char* error) {
   s.error = error;
   return s;
 }
+inline step as_part(step s, analysis::press_part part) {
+  s.part = part;
+  return s;
+}
 inline step from_row(step s, int row) {
   s.row = row;
   return s;
@@ -72,6 +77,13 @@ inline step from_row(step s, int row) {
 
 /// What the recognisers play.
 inline std::vector<step> script;
+inline int presses_told = 0;
+
+inline void tell(const analysis::press& whole, analysis::answer* found) {
+  ++presses_told;
+  found->remark.print("%d%s%s, %g us", whole.frames, whole.has_first ? ", first" : "",
+                      whole.has_last ? ", last" : "", whole.end[0]);
+}
 
 template <size_t kRow>
 std::optional<analysis::answer> play(const analysis::frame& seen) {
@@ -88,6 +100,8 @@ std::optional<analysis::answer> play(const analysis::frame& seen) {
     found.repeat_kind = s.kind;
     found.repeat_kind2 = s.kind2;
     found.level = s.preempt;
+    found.part = s.part;
+    if (s.part != analysis::press_part::none) found.tell_press = tell;
     if (s.xmp) found.xmp_repeat = true;
     return found;
   }

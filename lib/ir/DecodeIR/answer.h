@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <optional>
+#include <span>
 #include <string_view>
 
 namespace analysis {
@@ -74,6 +75,21 @@ inline constexpr int kTimingLevel = 1;    // the durations fit
 inline constexpr int kCheckedLevel = 2;   // and checks of the data hold
 inline constexpr int kExtendedLevel = 2;  // the claim takes in bursts behind the frame
 
+/// What a frame says of its own place in a press; `none` where all frames are alike.
+enum class press_part : uint8_t { none, first, middle, last };
+
+/// The frames of a key press: one and its copies.
+struct press {
+  int frames = 1;
+  bool has_first = false, has_last = false;  // whether one is the first, the last of its press
+  std::span<const float> end = {};  // the signal from the last of them on: durations, mark first
+
+  void note(press_part part) {
+    has_first |= part == press_part::first;
+    has_last |= part == press_part::last;
+  }
+};
+
 struct answer {
   static constexpr size_t kMostNameChars = 63;
   static constexpr size_t kMostRemarkChars = 199;
@@ -93,6 +109,10 @@ struct answer {
   int level = 0;                        // of preemption, 0 for none
   int length = 0;                       // bursts that are claimed, 0: those of the frame
   burst_layout layout = {};
+  press_part part = press_part::none;
+  /// Completes the remark when all frames of the press are known; null where a frame says it all.
+  /// Looking at the press from every frame of it would cost the square of its length.
+  void (*tell_press)(const press& whole, answer* found) = nullptr;
 };
 
 }  // namespace analysis

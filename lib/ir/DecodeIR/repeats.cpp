@@ -74,6 +74,16 @@ struct Signal::place {
 /// A result of the search.
 struct Signal::result : place, answer {};
 
+/// The press as far as it is known.
+struct Signal::held_key {
+  result kept;            // what it is called
+  place last;             // its last counted frame
+  analysis::press whole;  // its counted frames
+  bool over = false;      // whether an identical frame is none of its copies
+
+  explicit held_key(const result& first) : kept(first), last(first) { whole.note(first.part); }
+};
+
 Signal::result Signal::currentResult() const {
   return {{{context_[0], context_[1]},
            frame_.trailing_gap,
@@ -86,49 +96,64 @@ void Signal::decode2() {
   decode();
   if (*error_ != '\0' || *protocol_ == '\0') return;
 
-  result kept = currentResult();
-  place last = kept;  // the last counted frame
-  int frames = 1;     // 1 + copies
-  bool endMarker = false;
+  held_key held(currentResult());
   bool absorbed = false;
   for (;;) {
-    if (!absorbed) endMarker |= last.ends_press();
+    if (!absorbed) held.over |= held.last.ends_press();
     decode();
     // The next call goes on behind the last counted frame, so it sees absorbed results again.
     exhausted_ = *protocol_ == '\0' && !absorbed;
     if (*protocol_ == '\0') break;
     const result next = currentResult();
-    const verdict judged = judge(kept, last, next, endMarker);
+    const verdict judged = judge(held, next);
     if (judged == verdict::kEnd) break;
     absorbed = judged == verdict::kAbsorbed;
-    if (absorbed) continue;
-    last = next;
-    if (judged == verdict::kSupersedes) {
-      kept = next;
-      endMarker = false;
-    } else {
-      ++frames;
-    }
-    if (judged == verdict::kX10Copy && kept.variant) {
-      kept.variant = false;
-      kept.repeat_kind = kKindX10;
-      kept.repeat_kind2 = -1;
-      kept.remark.clear();
-    }
+    if (!absorbed) count(next, judged, &held);
   }
-  writeResults(kept);
-  context_[0] = last.context[0];
-  context_[1] = last.context[1];
-  finish(kept, last, frames);
+  tellPress(&held);
+  writeResults(held.kept);
+  context_[0] = held.last.context[0];
+  context_[1] = held.last.context[1];
+  finish(held.kept, held.last, held.whole.frames);
 }
 
-Signal::verdict Signal::judge(const result& kept, const place& last, const result& next,
-                              bool endMarker) const {
+/// Lets the recogniser complete the remark.
+void Signal::tellPress(held_key* held) const {
+  if (held->kept.tell_press == nullptr) return;
+  analysis::press whole = held->whole;
+  whole.end = {burstAt(held->last.start()), burstAt(lastBurst_)};
+  // A repeat part is sent again, although its second copy is not searched.
+  if (nRepeat_ > 0 && held->last.end() >= nSingle_ + nRepeat_) ++whole.frames;
+  held->kept.tell_press(whole, &held->kept);
+}
+
+/// Takes in a further result as what it was judged to be.
+void Signal::count(const result& next, verdict judged, held_key* held) {
+  result& kept = held->kept;
+  held->last = next;
+  held->whole.note(next.part);
+  if (judged == verdict::kSupersedes) {
+    kept = next;
+    held->over = false;
+    return;
+  }
+  ++held->whole.frames;
+  if (judged == verdict::kX10Copy && kept.variant) {
+    kept.variant = false;
+    kept.repeat_kind = kKindX10;
+    kept.repeat_kind2 = -1;
+    kept.remark.clear();
+  }
+}
+
+Signal::verdict Signal::judge(const held_key& held, const result& next) const {
+  const result& kept = held.kept;
+  const place& last = held.last;
   const std::string_view name = next.name.view();
   const std::string_view keptName = kept.name.view();
   // Counted dittos leave the recorded length one burst short; a stray mark between two copies
   // belongs to neither.
-  const float* const behind = bursts_.get() + 2 * static_cast<ptrdiff_t>(last.end());
+  const float* const behind = burstAt(last.end());
   const bool oneBetween =
       (last.by_ditto_recogniser && last.has_dittos) || receiver::is_stray(behind[0], behind[1]);
   const bool startsAtEnd =
@@ -136,9 +161,11 @@ Signal::verdict Signal::judge(const result& kept, const place& last, const resul
   const bool sameNumbers = next.device == kept.device && next.subdevice == kept.subdevice &&
                            next.function == kept.function &&
                            next.remark.view() == kept.remark.view();
+  // A start frame begins a press, and continues one that began with another copy of it.
+  const bool startsAnew = next.part == analysis::press_part::first && !held.whole.has_first;
 
   if (name == keptName && sameNumbers && !next.has_dittos && !next.variant && startsAtEnd &&
-      !endMarker) {
+      !startsAnew && !held.over) {
     return verdict::kCopy;
   }
   const int after = next.start() - last.start();  // bursts

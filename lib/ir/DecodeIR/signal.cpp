@@ -117,7 +117,7 @@ void Signal::decode() {
 void Signal::searchFrom(int start) {
   const int lastStart = nRepeat_ < 2 ? nSingle_ + 2 * nRepeat_ - 1 : nSingle_ + nRepeat_;
   for (frame_.before = start; frame_.before < lastStart; ++frame_.before) {
-    const float* const at = bursts_.get() + 2 * static_cast<ptrdiff_t>(frame_.before);
+    const float* const at = burstAt(frame_.before);
     float gap = frame_.before == 0 ? analysis::frame::kSilenceUs : at[-1];
     if (frame_.before == nSingle_ && nRepeat_ > 0) {
       gap = std::max(gap, bursts_[static_cast<size_t>(2 * (nSingle_ + nRepeat_) - 1)]);

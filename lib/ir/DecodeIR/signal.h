@@ -93,9 +93,13 @@ class Signal {
  private:
   struct place;
   struct result;
+  struct held_key;
   /// What a further result is to the press that began with the kept one.
   enum class verdict { kCopy, kX10Copy, kSupersedes, kAbsorbed, kEnd };
 
+  [[nodiscard]] const float* burstAt(int i) const {
+    return bursts_.get() + 2 * static_cast<ptrdiff_t>(i);
+  }
   void searchFrom(int start);
   bool tryFrame(const float* at, float gap);
   bool callRecognisers();
@@ -103,8 +107,9 @@ class Signal {
   void claim(const analysis::answer& found);
 
   [[nodiscard]] result currentResult() const;
-  [[nodiscard]] verdict judge(const result& kept, const place& last, const result& next,
-                              bool endMarker) const;
+  [[nodiscard]] verdict judge(const held_key& held, const result& next) const;
+  static void count(const result& next, verdict judged, held_key* held);
+  void tellPress(held_key* held) const;
   static bool belongsToSolidtek(const result& kept, const result& next);
   void writeResults(const analysis::answer& found);
   void finish(const result& kept, const place& last, int frames);

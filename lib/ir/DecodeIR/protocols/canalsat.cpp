@@ -23,37 +23,18 @@ namespace {
 constexpr int kBits = 23;  // with the start bit
 constexpr int kToggleAt = 14;
 constexpr int kZeroAt = 15;
-constexpr float kFramesGapUs = 40000;  // a longer space parts two frames of one key press
 constexpr bi_phase_code kCanalSat{
     .half_bit = {.unit_us = 250}, .coding = bi_phase::mark_first_is_one, .bits = kBits};
 constexpr bi_phase_code kCanalSatLd{
     .half_bit = {.unit_us = 320}, .coding = bi_phase::mark_first_is_one, .bits = kBits};
 
-/// Whether the frames right before this one are its like and go back to one with the toggle at
-/// zero.
-bool follows_start_frame(const reading& read) {
-  constexpr unsigned kToggle = 1U << kToggleAt;
-  const float* at = read.seen.first;
-  int before = read.seen.before;
-  while (before > 0) {
-    int length = 1;
-    while (length < before && at[-2 * length - 1] < kFramesGapUs) ++length;
-    at -= 2 * length;
-    before -= length;
-    bit_buffer earlier;
-    if (!read_bi_phase(at, 2 * length - 1, *read.from->wire.phase(), &earlier) ||
-        ((earlier.getLsb(0, kBits) ^ read.bits.getLsb(0, kBits)) & ~kToggle) != 0) {
-      return false;
-    }
-    if (earlier.getBit(kToggleAt) == 0) return true;
-  }
-  return false;
+void tell_start(const press& whole, answer* found) {
+  if (!whole.has_first) found->remark = "no start frame";
 }
 
-bool tell_start(const reading& read, answer* found) {
-  if (read.bits.getBit(kToggleAt) != 0 && !follows_start_frame(read)) {
-    found->remark = "no start frame";
-  }
+bool note_part(const reading& read, answer* found) {
+  found->part = read.bits.getBit(kToggleAt) == 0 ? press_part::first : press_part::middle;
+  found->tell_press = tell_start;
   return true;
 }
 
@@ -65,7 +46,7 @@ constexpr row kRows[] = {
      .subdevice = {8, 6},
      .function = {16, 7},
      .constants = {{0, 1, 1}, {kZeroAt, 1, 0}},
-     .finish = tell_start},
+     .finish = note_part},
     {.name = "CanalSatLD",
      .wire = &kCanalSatLd,
      .msb = true,
@@ -74,7 +55,7 @@ constexpr row kRows[] = {
      .function = {16, 6},
      .constants = {{0, 1, 1}, {kZeroAt, 1, 0}},
      .mirrors = {{21, 22, 1}},
-     .finish = tell_start},
+     .finish = note_part},
 };
 static_assert(are_sound(kRows));
 

@@ -19,7 +19,7 @@
 //   1266,422,1266,422,422,1266,1266,422,422,1266,1266,422,422,1266,422,1266,422,1266,422,1266,422,
 //   1266,422
 // Facts: public protocol definitions in IRP notation.
-#include <cstddef>
+#include <span>
 
 #include "lib/ir/DecodeIR/protocols/protocols.h"
 #include "lib/ir/DecodeIR/protocols/rows.h"
@@ -29,6 +29,8 @@ namespace {
 
 constexpr float kUnitUs = 422;
 constexpr int kF12Bits = 12;
+constexpr int kDeviceBits = 3;
+constexpr int kAddressBits = 4;  // device and subdevice
 constexpr int kDialBits = 4;
 constexpr pulse_pair kPair{.zero_mark = 1, .zero_space = 3, .one_mark = 3, .one_space = 1};
 constexpr pulse_width kF12{
@@ -46,26 +48,22 @@ constexpr pulse_width kElunevision{
 constexpr float kF12xGapUs = 20 * kUnitUs;  // the longest one between the frames of F12x
 constexpr float kPairGapUs = 38 * kUnitUs;  // ... of F12-0 and F12-1
 
-/// The function of the last of the frames that follow this one at the short gap of F12x.
-unsigned last_function(const reading& read) {
-  constexpr field kAddress{0, 4};
-  constexpr field kFunction{4, 8};
-  unsigned function = read.get(kFunction);
-  const float* at = read.seen.first;
-  int bursts = read.seen.reach;
-  while (bursts >= 2 * kF12Bits && at[2 * kF12Bits - 1] <= kF12xGapUs) {
-    at += 2 * static_cast<ptrdiff_t>(kF12Bits);
-    bursts -= kF12Bits;
+/// The function of the last of the frames that follow those of the press at the short gap of F12x.
+void tell_last_function(const press& whole, answer* found) {
+  const auto address = static_cast<unsigned>(found->device | found->subdevice << kDeviceBits);
+  int function = found->function;
+  std::span<const float> rest = whole.end;
+  while (rest.size() >= 4 * kF12Bits && rest[2 * kF12Bits - 1] <= kF12xGapUs) {
+    rest = rest.subspan(2 * kF12Bits);
     slicer frame;
-    reading next{read.seen, read.from, {}, {}};
-    if (!frame.slice(at, 2 * kF12Bits - 1, kF12.units) ||
-        !read_pairs(frame, 0, kF12Bits, kPair, &next.bits) ||
-        next.get(kAddress) != read.get(kAddress)) {
+    bit_buffer bits;
+    if (!frame.slice(rest.data(), 2 * kF12Bits - 1, kF12.units) ||
+        !read_pairs(frame, 0, kF12Bits, kPair, &bits) || bits.getLsb(0, kAddressBits) != address) {
       break;
     }
-    function = next.get(kFunction);
+    function = bits.lsb_number(kAddressBits, kF12Bits - kAddressBits);
   }
-  return function;
+  if (function != found->function) found->remark.print("E = %d", function);
 }
 
 /// The gap tells the variants apart.
@@ -77,8 +75,7 @@ bool name_f12(const reading& read, answer* found) {
     return true;
   }
   found->name.add("x");
-  const auto last = static_cast<int>(last_function(read));
-  if (last != found->function) found->remark.print("E = %d", last);
+  found->tell_press = tell_last_function;
   return true;
 }
 

@@ -18,7 +18,6 @@
 //   1920,480,480,480,480,480,480,480,480,480,480,480,480,480,480,480,480,480,480,480,480,480,480,
 //   480,480,480,480,960,480,480,960,480,480
 // Facts: public protocol definitions in IRP notation.
-#include <algorithm>
 #include <bit>
 
 #include "lib/ir/DecodeIR/protocols/protocols.h"
@@ -29,89 +28,6 @@ namespace {
 
 constexpr int k56kHz = 47000;  // between the carriers of a pair
 constexpr float kClockError = 0.06F;
-constexpr float kFrameGapUs = 20000;       // between the frames of a press ...
-constexpr float kLongestPauseUs = 120000;  // ... and no longer than this
-constexpr int kMostFramesBeside = 16;      // looked at for the first and last one of a press
-
-/// What a frame of a press is, as its own bits tell.
-enum class part { kFirst, kMiddle, kLast };
-
-/// A run of bursts that may be a frame.
-struct run {
-  const float* first;
-  int bursts;
-};
-
-/// Which frames of a press are there.
-struct press {
-  bool has_first = false, has_last = false;
-  int frames = 0;
-
-  void add(part place) {
-    has_first |= place == part::kFirst;
-    has_last |= place == part::kLast;
-    ++frames;
-  }
-  [[nodiscard]] const char* missing() const {
-    if (frames == 1 && has_first) return "only start frame";
-    if (frames == 1 && has_last) return "only end frame";
-    if (!has_first && !has_last) return "no start and end frames";
-    if (!has_first) return "no start frame";
-    return has_last ? "" : "no end frame";
-  }
-};
-
-/// The run behind `at` up to a gap, of at most `most` bursts; none when there is no gap.
-run run_after(run at, const float* end, int most) {
-  const float* const first = at.first + 2 * at.bursts;
-  const int available = std::min(static_cast<int>((end - first) / 2), most);
-  if (available <= 0 || first[-1] > kLongestPauseUs) return {first, 0};
-  for (int i = 0; i < available; ++i) {
-    if (first[2 * i + 1] >= kFrameGapUs) return {first, i + 1};
-  }
-  return {first, 0};
-}
-
-/// The run before `at` back to a gap.
-run run_before(run at, const float* begin, int most) {
-  const int available = std::min(static_cast<int>((at.first - begin) / 2), most);
-  if (available <= 0 || at.first[-1] > kLongestPauseUs) return {at.first, 0};
-  for (int i = 1; i <= available; ++i) {
-    const float* const first = at.first - 2 * i;
-    if (first == begin || first[-1] >= kFrameGapUs) return {first, i};
-  }
-  return {at.first, 0};
-}
-
-/// The press that a frame belongs to, with those of its frames that stand around it. `place` tells
-/// what a frame is.
-press press_of(const reading& read, part (*place)(const reading&)) {
-  const frame& seen = read.seen;
-  const float* const begin = seen.first - 2 * static_cast<ptrdiff_t>(seen.before);
-  const float* const end = seen.first + 2 * static_cast<ptrdiff_t>(seen.reach);
-  const bi_phase_code& wire = *read.from->wire.phase();
-  press all;
-  all.add(place(read));
-  const auto join = [&](run beside) {
-    reading other{seen, read.from, {}, {}};
-    const bool fits = beside.bursts > 0 &&
-                      read_bi_phase(beside.first, 2 * beside.bursts - 1, wire, &other.bits) &&
-                      other.checks_hold() &&
-                      other.get(read.from->device) == read.get(read.from->device) &&
-                      other.get(read.from->function) == read.get(read.from->function);
-    if (fits) all.add(place(other));
-    return fits;
-  };
-  run beside{seen.first, seen.length};
-  do {
-    beside = run_after(beside, end, wire.units());
-  } while (join(beside) && all.frames <= kMostFramesBeside);
-  beside = {seen.first, seen.length};
-  do {
-    beside = run_before(beside, begin, wire.units());
-  } while (join(beside) && all.frames <= 2 * kMostFramesBeside);
-  return all;
-}
 
 constexpr bi_phase_code code(float half_bit_us, int longest, int lead_space,
                              std::array<int, 3> lead, int bits, bi_phase coding) {
@@ -147,11 +63,18 @@ bool nibble_sum(const reading& read) {
   return sum % 16 == read.get({28, 4});
 }
 
-bool tell_missing(const reading& read, answer* found) {
-  const press all = press_of(read, [](const reading& one) {
-    return static_cast<part>(one.get({5, 2}));
-  });
-  found->remark = all.missing();
+const char* missing(const press& whole) {
+  if (whole.frames == 1 && whole.has_first) return "only start frame";
+  if (whole.frames == 1 && whole.has_last) return "only end frame";
+  if (!whole.has_first && !whole.has_last) return "no start and end frames";
+  if (!whole.has_first) return "no start frame";
+  return whole.has_last ? "" : "no end frame";
+}
+
+bool finish_ortek(const reading& read, answer* found) {
+  constexpr press_part kParts[] = {press_part::first, press_part::middle, press_part::last};
+  found->part = kParts[read.get({5, 2})];
+  found->tell_press = [](const press& whole, answer* told) { told->remark = missing(whole); };
   return true;
 }
 
@@ -161,10 +84,10 @@ void name_by_carrier(const reading& read, const char* usual, answer* found) {
 
 bool finish_amino(const reading& read, answer* found) {
   name_by_carrier(read, "", found);
-  const press all = press_of(read, [](const reading& one) {
-    return one.get({5, 1}) == 1 ? part::kFirst : part::kMiddle;
-  });
-  found->remark.print("T=%d", all.has_first ? 1 : 0);
+  found->part = read.get({5, 1}) == 1 ? press_part::first : press_part::middle;
+  found->tell_press = [](const press& whole, answer* told) {
+    told->remark.print("T=%d", whole.has_first ? 1 : 0);
+  };
   return true;
 }
 
@@ -191,7 +114,7 @@ constexpr row kRows[] = {
      .function = {7, 6},
      .check_bits = 4,
      .check = ortek_sum,
-     .finish = tell_missing},
+     .finish = finish_ortek},
     {.name = "Amino",
      .wire = &kAmino,
      .msb = true,

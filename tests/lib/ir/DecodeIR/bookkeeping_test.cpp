@@ -184,6 +184,30 @@ TEST_F(Bookkeeping, CopiesAbsorbedResultsAndEnds) {
   }
 }
 
+// However many frames a press has, it is looked at once.
+TEST_F(Bookkeeping, TheRemarkOfAPressIsMadeOfAllItsFrames) {
+  using enum analysis::press_part;
+  const step frames[] = {{0, 4, "Amino", 1}, {4, 4, "Amino", 1}, {8, 4, "Amino", 1}};
+  const struct {
+    analysis::press_part parts[3];
+    const char* answer;
+  } cases[] = {
+      {{first, middle, last}, "Amino D1 [+ 2 copies: 3, first, last, 15002 us]"},
+      {{middle, middle, middle}, "Amino D1 [+ 2 copies: 3, 15002 us]"},
+      {{middle, last, first}, "Amino D1 [+ 1 copy: 2, last, 15001 us]"},
+      {{first, first, middle}, "Amino D1 [+ 2 copies: 3, first, 15002 us]"},
+  };
+  for (int i = 0; i < 3; ++i) bursts_[static_cast<size_t>(8 * i)] += i;
+  for (const auto& c : cases) {
+    context_.fill(0);
+    presses_told = 0;
+    std::vector<step> played;
+    for (size_t i = 0; i < 3; ++i) played.push_back(as_part(frames[i], c.parts[i]));
+    EXPECT_EQ(press(played), c.answer);
+    EXPECT_EQ(presses_told, 1);
+  }
+}
+
 TEST_F(Bookkeeping, LongPauseEndsThePress) {
   bursts_[7] = 200000;
   EXPECT_EQ(press({kNec, kNecCopy}), "NEC2 [+ 1 copy]");

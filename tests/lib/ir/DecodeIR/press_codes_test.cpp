@@ -93,6 +93,9 @@ std::vector<int> ortek(const std::vector<int>& places) {
 }
 
 TEST(OrtekMce, TheRemarkTellsWhatIsMissingOfThePress) {
+  std::vector<int> held(42, 1);
+  held.front() = 0;
+  held.back() = 2;
   const std::pair<std::vector<int>, const char*> cases[] = {
       {{0}, "no repeat: only start frame"},
       {{1}, "no repeat: no start and end frames"},
@@ -102,6 +105,8 @@ TEST(OrtekMce, TheRemarkTellsWhatIsMissingOfThePress) {
       {{1, 1, 2}, "+ 2 copies: no start frame"},
       {{0, 1, 1, 2}, "+ 3 copies"},
       {{0, 2}, "+ 1 copy"},
+      {{1, 0, 1}, "no repeat: no start and end frames"},
+      {held, "+ 41 copies"},
   };
   for (const auto& [places, misc] : cases) {
     EXPECT_EQ(text(call(ortek(places))), "OrtekMCE D21 F34 H17 [" + std::string(misc) + ']');
