@@ -11,21 +11,36 @@ constexpr int kPasses = 3;
 constexpr uint32_t kHashSeed = 5381;
 constexpr uint32_t kHashFactor = 33;
 
+// Timings of one length, and how many.
+struct share {
+  uint32_t sum = 0;
+  uint32_t count = 0;
+};
+
 // The mean of all timings that a cluster was ever given. It is kept over the passes, so that
 // early passes weigh in; an empty cluster keeps the mean it started with.
 struct cluster {
   uint16_t mean = 0;
-  uint32_t sum = 0;
-  uint32_t count = 0;
+  share all;
 
-  void add(uint16_t timing) {
-    sum += timing;
-    ++count;
-  }
-  void settle() {
-    if (count > 0) mean = static_cast<uint16_t>(sum / count);
+  void add(const share& given) {
+    all.sum += given.sum;
+    all.count += given.count;
+    if (all.count > 0) mean = static_cast<uint16_t>(all.sum / all.count);
   }
 };
+
+// The timings above one limit and not above another. Without a branch for each: which side of a
+// limit a timing is on cannot be guessed.
+share share_between(std::span<const uint16_t> timings, int above, int most) {
+  share found;
+  for (const uint16_t timing : timings) {
+    const bool inside = timing > above && timing <= most;
+    found.sum += inside ? timing : 0U;
+    found.count += inside ? 1U : 0U;
+  }
+  return found;
+}
 
 // Splits the timings into short and long ones: what is above the result is long.
 uint16_t find_threshold(std::span<const uint16_t> timings, uint16_t max_edge) {
@@ -38,15 +53,13 @@ uint16_t find_threshold(std::span<const uint16_t> timings, uint16_t max_edge) {
   }
   if (long_ones.mean == 0) long_ones.mean = short_ones.mean;
 
+  const share all = share_between(timings, -1, max_edge);
   uint16_t mid = 0;
   for (int pass = 0; pass < kPasses; ++pass) {
     mid = static_cast<uint16_t>((short_ones.mean + long_ones.mean) >> 1);
-    for (const uint16_t timing : timings) {
-      if (timing > max_edge) continue;
-      (timing > mid ? long_ones : short_ones).add(timing);
-    }
-    short_ones.settle();
-    long_ones.settle();
+    const share above = share_between(timings, mid, max_edge);
+    long_ones.add(above);
+    short_ones.add({all.sum - above.sum, all.count - above.count});
   }
   return mid;
 }
