@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "lib/ir/ir.h"
+#include "lib/libutil/output.h"
 #include "lib/libutil/text_writer.h"
 #include "src/common.h"
 
@@ -30,8 +31,7 @@ constexpr size_t kAround = 128;
 using line_room = std::array<char, std::size(ir_packet{}.buf) * kMostPerEntry + kAround>;
 
 void print(text_writer& line) {
-  const std::string_view text = line.add('\n').text();
-  std::fwrite(text.data(), 1, text.size(), stdout);
+  output::print(line.add('\n').text());
   line.clear();
 }
 

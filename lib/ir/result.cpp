@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "lib/ir/result.h"
 
-#include <cstdio>
+#include "lib/libutil/output.h"
 
 namespace {
 
@@ -31,6 +31,6 @@ void report_result(const ir_result& result) {
   if (result_sink != nullptr) {
     result_sink(result, result_user);
   } else {
-    std::fwrite(result.line.data(), 1, result.line.size(), stdout);
+    output::print(result.line);
   }
 }

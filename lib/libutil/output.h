@@ -3,6 +3,9 @@
 // afterwards arrives, so whatever prints without end has to ask.
 #pragma once
 
+#include <cstdio>
+#include <string_view>
+
 namespace output {
 
 /// Why standard output is broken: an errno value, EIO where the cause was not seen; 0 while it
@@ -14,6 +17,11 @@ bool reader_has_gone();
 
 /// Whether a short text can be written without waiting.
 bool has_room();
+
+/// Prints. This is a program of one thread: the stream is not locked for it.
+inline void print(std::string_view text) {
+  fwrite_unlocked(text.data(), 1, text.size(), stdout);
+}
 
 /// Writes out what is buffered. False when standard output is broken. A point of interrupt.h.
 bool flush();

@@ -4,13 +4,15 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string_view>
 
-/// Writes into the caller's room, which has to outlive it; what does not fit is cut off.
+/// Writes into the caller's room, which has to outlive it. A text that does not fit is cut off, a
+/// decimal number left out.
 /// The room is not a member, so that the compiler can keep the place to write at in a register.
 class text_writer {
  public:
@@ -36,6 +38,7 @@ class text_writer {
   }
 
   text_writer& add_decimal(uint32_t value) {
+    if (value < kFourDigits && room() >= 4) return add_four_digits(value);
     const auto [end, error] = std::to_chars(at_, end_, value);
     if (error == std::errc()) at_ = end;
     return *this;
@@ -58,6 +61,30 @@ class text_writer {
   void clear() { at_ = begin_; }
 
  private:
+  static constexpr uint32_t kFourDigits = 10'000;
+
+  // The digits of 0 to 99, the first one in the low byte.
+  static constexpr auto kPairs = [] {
+    std::array<uint16_t, 100> pairs{};
+    for (unsigned i = 0; i < pairs.size(); i++) {
+      pairs[i] = static_cast<uint16_t>(('0' + i / 10) | ('0' + i % 10) << 8);
+    }
+    return pairs;
+  }();
+
+  // Durations have three or four digits, which no branch can tell beforehand: to_chars takes twice
+  // as long. Always writes four chars; those behind the number are overwritten.
+  text_writer& add_four_digits(uint32_t value) {
+    constexpr uint32_t kCharBits = 8;
+    const uint32_t zeros =
+        (value < 1000 ? 1U : 0U) + (value < 100 ? 1U : 0U) + (value < 10 ? 1U : 0U);
+    uint32_t digits = kPairs[value / 100] | uint32_t{kPairs[value % 100]} << 2 * kCharBits;
+    digits >>= zeros * kCharBits;
+    for (int i = 0; i < 4; i++) at_[i] = static_cast<char>(digits >> i * kCharBits);
+    at_ += 4 - zeros;
+    return *this;
+  }
+
   [[nodiscard]] size_t room() const { return static_cast<size_t>(end_ - at_); }
 
   char* begin_;

@@ -175,7 +175,7 @@ void decodeit(ir_packet* p) {
   }
   decode_families(p);
   output::flush();
-  std::puts("++++\n");
+  output::print("++++\n\n");
 }
 
 void decode_line(const char* line) {
