@@ -15,13 +15,7 @@ namespace companions {
 
 namespace {
 
-constexpr int kDigits = 4;
-constexpr uint16_t kUnmodulated = 0x0100;
-constexpr double kClockHz = 4'145'146;  // the frequency word counts its periods
-
-double exact_period_us(uint16_t frequency) {
-  return frequency * 1e6 / kClockHz;
-}
+using pronto::kDigits;
 
 bool is_word(std::string_view text) {
   return text.size() == kDigits && number(text, pronto::kBase);
@@ -84,7 +78,7 @@ class reader : public form_reader {
       return out.fault(counts.line,
                        {counts.column, "the pair counts do not fit the number of Pronto words"});
     }
-    const double period = exact_period_us(parts.frequency);
+    const double period = pronto::exact_period_us(parts.frequency);
     for (const pronto::sequence& part : {parts.once, parts.repeat}) {
       for (const uint16_t& word : part.frame) {
         if (word * period <= kLongestDurationUs) continue;
@@ -96,8 +90,9 @@ class reader : public form_reader {
                   .durations = durations(parts.once, period),
                   .repeat = durations(parts.repeat, period)};
     found.period_us = period;
-    found.carrier_hz =
-        words_[0] == kUnmodulated ? 0 : static_cast<int>(pronto::frequency_hz(parts.frequency));
+    found.carrier_hz = words_[0] == pronto::kUnmodulated
+                           ? 0
+                           : static_cast<int>(pronto::frequency_hz(parts.frequency));
     if (found.durations.empty()) {
       found.durations.swap(found.repeat);
       found.held = !found.durations.empty();
@@ -133,18 +128,18 @@ void write_sequence(std::ostream& out, const std::vector<int>& durations, double
 void write(std::ostream& out, const pattern& signal) {
   const int told = signal.carrier_hz.value_or(kUsualCarrierHz);
   const int carrier_hz = told > 0 ? told : kUsualCarrierHz;  // the unit of unmodulated codes, too
-  const auto frequency =
-      static_cast<uint16_t>(std::clamp(std::lround(kClockHz / carrier_hz), 1L, 0xFFFFL));
+  const uint16_t frequency = pronto::frequency_word(carrier_hz);
+  const double period_us = pronto::exact_period_us(frequency);
   const std::vector<int> none;
   const std::vector<int>& once = signal.held ? none : signal.durations;
   const std::vector<int>& repeat = signal.held ? signal.durations : signal.repeat;
-  write_hex(out, told > 0 ? 0 : kUnmodulated, kDigits);
+  write_hex(out, told > 0 ? pronto::kLearned : pronto::kUnmodulated, kDigits);
   for (const size_t word : {size_t{frequency}, (once.size() + 1) / 2, (repeat.size() + 1) / 2}) {
     out << ' ';
     write_hex(out, static_cast<uint32_t>(word), kDigits);
   }
-  write_sequence(out, once, exact_period_us(frequency));
-  write_sequence(out, repeat, exact_period_us(frequency));
+  write_sequence(out, once, period_us);
+  write_sequence(out, repeat, period_us);
   out << '\n';
 }
 

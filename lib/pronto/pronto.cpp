@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "lib/pronto/pronto.h"
 
+#include <algorithm>
+#include <cmath>
+
 #include "lib/libutil/number.h"
 
 namespace pronto {
@@ -8,9 +11,6 @@ namespace {
 
 constexpr uint64_t kClockHz = 4'145'146;  // the frequency word counts its periods
 constexpr uint64_t kUsPerSecond = 1'000'000;
-
-constexpr uint16_t kLearned = 0x0000;
-constexpr uint16_t kUnmodulated = 0x0100;
 
 sequence to_sequence(std::span<const uint16_t> words) {
   if (words.empty()) return {};
@@ -23,9 +23,19 @@ uint32_t period_us(uint16_t frequency) {
   return static_cast<uint32_t>((frequency * kUsPerSecond + kClockHz / 2) / kClockHz);
 }
 
+double exact_period_us(uint16_t frequency) {
+  return static_cast<double>(frequency * kUsPerSecond) / kClockHz;
+}
+
 uint32_t frequency_hz(uint16_t frequency) {
   if (frequency == 0) return 0;
   return static_cast<uint32_t>((kClockHz + frequency / 2U) / frequency);
+}
+
+uint16_t frequency_word(int carrier_hz) {
+  constexpr long kHighest = 0xFFFF;
+  return static_cast<uint16_t>(
+      std::clamp(std::lround(static_cast<double>(kClockHz) / carrier_hz), 1L, kHighest));
 }
 
 std::vector<uint16_t> words_of(std::string_view text) {

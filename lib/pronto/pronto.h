@@ -25,12 +25,20 @@ namespace pronto {
 inline constexpr int kBase = 16;
 inline constexpr std::string_view kSeparators = " ,";
 inline constexpr size_t kHeaderWords = 4;
+inline constexpr int kDigits = 4;                                    // of a word
+inline constexpr uint16_t kLearned = 0x0000, kUnmodulated = 0x0100;  // the formats with durations
 
 /// The carrier period in whole µs, rounded: 26 for 006D, 0 for words below 3.
 uint32_t period_us(uint16_t frequency);
 
+/// The same exactly.
+double exact_period_us(uint16_t frequency);
+
 /// The carrier frequency in Hz, rounded; 0 for the word 0.
 uint32_t frequency_hz(uint16_t frequency);
+
+/// The word of a carrier in Hz, the nearest one of 1 to FFFF. REQUIRES: carrier_hz > 0.
+uint16_t frequency_word(int carrier_hz);
 
 /// The words of a text between blanks and commas, each read as strtoll reads it: its low 16 bits,
 /// 0 for what is no number. number::whole(piece, kBase) tells what is one.
