@@ -2,9 +2,7 @@
 // vantrel-convert: infrared signals from one text form into another.
 #include <cstdio>
 #include <cstdlib>
-#include <iomanip>
 #include <iostream>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -15,22 +13,6 @@
 namespace {
 
 using namespace companions;
-
-std::vector<std::string> form_names() {
-  std::vector<std::string> names;
-  for (const form* const one : forms()) names.emplace_back(one->name);
-  return names;
-}
-
-std::string list_of_forms() {
-  constexpr int kNameColumns = 12;
-  std::ostringstream text;
-  text << "FORM is one of:\n" << std::left;
-  for (const form* const one : forms()) {
-    text << "  " << std::setw(kNameColumns) << one->name << one->about << '\n';
-  }
-  return text.str();
-}
 
 /// Writes what was read, as it comes.
 class conversion {
@@ -78,15 +60,10 @@ int main(int argc, char** argv) {
   bool split = false;
   std::vector<std::string> files;
   options line("vantrel-convert", "Converts infrared signals from one text form into another.");
-  line.add_option("-f,--from", from, "The form of the files; told by their text without it")
-      ->type_name("FORM")
-      ->check(CLI::IsMember(form_names()).description(""));
-  line.add_option("-t,--to", to, "The form to write; raw without it")
-      ->type_name("FORM")
-      ->check(CLI::IsMember(form_names()).description(""));
+  line.add_form("-f,--from", from, "The form of the files; told by their text without it");
+  line.add_form("-t,--to", to, "The form to write; raw without it");
   line.add_flag("-s,--split", split, "Make a signal of every part between spaces of over 14 ms");
   line.add_files(files);
-  line.footer(list_of_forms());
   if (const auto status = line.read(argc, argv)) return *status;
 
   conversion all(*find_form(to), split);

@@ -8,7 +8,9 @@
 #include <functional>
 #include <iostream>
 #include <set>
+#include <sstream>
 
+#include "companions/convert.h"
 #include "companions/encode.h"
 #include "companions/encode_json.h"
 #include "companions/options.h"
@@ -61,6 +63,10 @@ void list(const irp::Protocols& protocols, bool as_json) {
   }
 }
 
+bool is_for_sendir(const form& its) {
+  return is_own_list(its) || &its == &kProntoForm;
+}
+
 /// Says once for a protocol that the carrier will not be the one it needs.
 void warn_of_carrier(const irp::Protocol& protocol) {
   static std::set<std::string> said;
@@ -69,22 +75,57 @@ void warn_of_carrier(const irp::Protocol& protocol) {
 }
 
 /// Ends as `vantrel sendir` does.
-[[noreturn]] void send(const std::string& form, const std::string& text) {
-  const std::string option = "--" + form + "=" + text;
+[[noreturn]] void send(const form& its, const std::string& text) {
+  const bool is_list = is_own_list(its) && &its != &kRawForm;  // AnalysIR lists, too
+  const std::string name(is_list ? "csv" : its.name);
+  const std::string option = "--" + name + "=" + text;
   execlp(vantrel_program().c_str(), "vantrel", "sendir", option.c_str(), nullptr);
   throw irp::Error("cannot run vantrel sendir");
 }
 
-void encode(const arguments& wanted, const key_code& code) {
-  const press sent = render_press(*code.protocol, code.parameters, wanted.repeats);
-  const std::string text = sendir_text(sent, wanted.form);
-  warn_of_carrier(*code.protocol);
-  if (wanted.form == "pronto" && sent.has_ending) {
-    complain("Pronto hex leaves out what " + code.protocol->name() + " sends at the end");
+/// "NEC1 D=4 F=8"
+std::string name_of(const key_code& code) {
+  std::string text = code.protocol->name();
+  for (const auto& [name, value] : code.parameters) {
+    text.append(" ").append(name).append("=") += std::to_string(value);
   }
-  if (wanted.send) send(wanted.form, text);
-  std::cout << text << '\n' << std::flush;
+  return text;
 }
+
+/// Writes codes in the form that was asked for, or sends one.
+class encoder {
+ public:
+  explicit encoder(const arguments& wanted)
+      : wanted_(wanted), to_(*find_form(wanted.form)), fitting_(to_, std::cerr) {}
+
+  /// False where the form cannot hold the signal. Throws irp::Error.
+  bool encode(const key_code& code) {
+    const press sent = render_press(*code.protocol, code.parameters, wanted_.repeats);
+    const std::string name = name_of(code);
+    const auto signal = fitting_.fit(signal_of(sent, name, to_), name);
+    if (!signal) return false;
+    if (is_for_sendir(to_)) warn_of_carrier(*code.protocol);
+    if (to_.holds.repeat && sent.has_ending) {
+      complain(std::string(to_.name) + " leaves out what " + code.protocol->name() +
+               " sends at the end");
+    }
+    std::ostringstream text;
+    writer_->write(wanted_.send ? text : std::cout, *signal);
+    if (wanted_.send) send(to_, text.str().substr(0, text.str().find('\n')));
+    std::cout.flush();
+    return true;
+  }
+  void end() {
+    writer_->end(std::cout);
+    fitting_.report();
+  }
+
+ private:
+  const arguments& wanted_;
+  const form& to_;
+  fitting fitting_;
+  std::unique_ptr<form_writer> writer_ = to_.writer();
+};
 
 key_code code_of_words(const irp::Protocols& protocols, const std::vector<std::string>& words) {
   if (words.empty()) throw irp::Error("which protocol? --list shows them all");
@@ -97,15 +138,15 @@ key_code code_of_words(const irp::Protocols& protocols, const std::vector<std::s
 }
 
 /// Every record of a text; false when one could not be sent.
-bool encode_records(const arguments& wanted, const irp::Protocols& protocols,
-                    const std::string& source, std::istream& text) {
+bool encode_records(encoder& to, const irp::Protocols& protocols, const std::string& source,
+                    std::istream& text) {
   bool good = true;
   std::string line;
   for (size_t number = 1; irp::next_line(text, line, kLongestRecord); ++number) {
     if (line.empty()) continue;
     try {
       if (line.size() > kLongestRecord) throw irp::Error("the line is too long");
-      encode(wanted, code_of_record(protocols, line));
+      good = to.encode(code_of_record(protocols, line)) && good;
     } catch (const irp::Error& fault) {
       good = complain(source + ':' + std::to_string(number) + ": " + fault.what());
     }
@@ -114,10 +155,11 @@ bool encode_records(const arguments& wanted, const irp::Protocols& protocols,
   return good;
 }
 
-bool encode_files(const arguments& wanted, const irp::Protocols& protocols) {
-  if (wanted.words.empty()) return encode_records(wanted, protocols, "-", std::cin);
+bool encode_files(encoder& to, const irp::Protocols& protocols,
+                  const std::vector<std::string>& names) {
+  if (names.empty()) return encode_records(to, protocols, "-", std::cin);
   bool good = true;
-  for (const std::string& name : wanted.words) {
+  for (const std::string& name : names) {
     std::ifstream file;
     if (name != "-") file.open(name);
     if (!file) {
@@ -125,7 +167,7 @@ bool encode_files(const arguments& wanted, const irp::Protocols& protocols) {
       continue;
     }
     std::istream& text = name == "-" ? std::cin : file;
-    good = encode_records(wanted, protocols, name, text) && good;
+    good = encode_records(to, protocols, name, text) && good;
   }
   return good;
 }
@@ -135,15 +177,20 @@ bool run(const arguments& wanted) {
   if (wanted.send && (wanted.list || wanted.from_json)) {
     throw irp::Error("--send goes with a protocol and its numbers only");
   }
+  if (wanted.send && !is_for_sendir(*find_form(wanted.form))) {
+    throw irp::Error("--send goes with the forms of sendir only: raw, csv and pronto");
+  }
   irp::Protocols protocols;
   const bool good = load(wanted, protocols);
   if (wanted.list) {
     list(protocols, wanted.json);
     return good;
   }
-  if (wanted.from_json) return encode_files(wanted, protocols) && good;
-  encode(wanted, code_of_words(protocols, wanted.words));
-  return good;
+  encoder to(wanted);
+  const bool all = wanted.from_json ? encode_files(to, protocols, wanted.words)
+                                    : to.encode(code_of_words(protocols, wanted.words));
+  to.end();
+  return all && good;
 }
 
 }  // namespace
@@ -157,9 +204,8 @@ int main(int argc, char** argv) {
   line.add_option("-n,--repeats", wanted.repeats, "Hold the key for so many more frames")
       ->type_name("N")
       ->check(CLI::Range(0, kMostRepeats));
-  line.add_option("-t,--to", wanted.form, "Write as this option of sendir takes it")
-      ->type_name("FORM")
-      ->check(CLI::IsMember({"raw", "csv", "pronto"}));
+  line.add_form("-t,--to", wanted.form,
+                "The form to write; raw without it. sendir takes raw, csv and pronto");
   line.add_option("-d,--definitions", wanted.definitions, "A file with further protocols")
       ->type_name("FILE");
   line.add_flag("-l,--list", wanted.list, "Show all protocols and who knows them");

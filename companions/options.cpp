@@ -4,7 +4,11 @@
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
+#include <iomanip>
+#include <set>
+#include <sstream>
 
+#include "companions/formats/form.h"
 #include "version_info.h"
 
 namespace companions {
@@ -16,6 +20,23 @@ options::options(const std::string& program, const std::string& about) : CLI::Ap
 
 void options::add_files(std::vector<std::string>& files) {
   add_option("FILE", files, "What to read; standard input without any and for -")->type_name("");
+}
+
+void options::add_form(const std::string& flags, std::string& name, const std::string& about) {
+  constexpr int kNameColumns = 14;
+  std::set<std::string> names;
+  std::ostringstream list;
+  list << "FORM is one of:\n" << std::left;
+  const auto add = [&](std::string_view its_name, std::string_view its_about) {
+    names.emplace(its_name);
+    list << "  " << std::setw(kNameColumns) << its_name << its_about << '\n';
+  };
+  for (const form* const one : forms()) add(one->name, one->about);
+  add("csv", "comma, as sendir calls it");
+  add_option(flags, name, about)
+      ->type_name("FORM")
+      ->check(CLI::IsMember(std::move(names)).description(""));
+  footer(list.str());
 }
 
 std::optional<int> options::read(int argc, char** argv) {

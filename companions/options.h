@@ -25,6 +25,9 @@ class options : public CLI::App {
   /// Takes the words that are no options as names of files, "-" for standard input.
   void add_files(std::vector<std::string>& files);
 
+  /// An option that takes the name of a form; --help lists them all.
+  void add_form(const std::string& flags, std::string& name, const std::string& about);
+
   /// Reads the words into the variables that the options were added with. Holds the exit status
   /// when the program is to end now: success after --help and --version, failure after a wrong
   /// word, which standard error explains.

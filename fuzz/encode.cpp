@@ -20,8 +20,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   try {
     const auto code = companions::code_of_record(protocols, line);
     const auto sent = companions::render_press(*code.protocol, code.parameters, 1);
-    for (const char* option : {"raw", "csv", "pronto"}) {
-      require(!companions::sendir_text(sent, option).empty());
+    for (const companions::form* const to : companions::forms()) {
+      require(!companions::signal_of(sent, "key", *to).durations.empty());
     }
   } catch (const irp::Error& fault) {
     require(fault.what()[0] != '\0');

@@ -126,13 +126,17 @@ extern const form kAnalysirForm, kBroadlinkForm, kBroadlinkHexForm, kCArrayForm,
     kEsphomeForm, kIrCtlForm, kIrFileForm, kJsonForm, kLircdForm, kMode2Form, kProntoForm, kRawForm,
     kTasmotaForm;
 
+/// Whether it is one of the lists that vantrel itself takes, which hold a signal as it is sent or
+/// heard: without the silence behind it.
+bool is_own_list(const form& one);
+
 /// What the decoders take of a pattern: the durations of vantrel's own lists as they were written,
 /// those of other forms without the silence behind them.
 std::vector<int> frame_of(const pattern& whole);
 /// The same of its repeat sequence.
 std::vector<int> repeat_of(const pattern& whole);
 
-/// The form of this name; null for none.
+/// The form of this name, or "csv" for "comma", as sendir has it; null for none.
 const form* find_form(std::string_view name);
 
 /// All forms, in the order in which they are tried on a text.

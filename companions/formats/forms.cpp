@@ -36,10 +36,15 @@ std::optional<read_result> findings::take() {
   return oldest;
 }
 
+bool is_own_list(const form& one) {
+  return &one == &kRawForm || &one == &kCommaForm || &one == &kAnalysirForm;
+}
+
 std::vector<int> frame_of(const pattern& whole) {
-  const bool as_written = whole.form == kCommaForm.name || whole.form == kAnalysirForm.name ||
-                          whole.form == kRawForm.name;
-  return as_written ? whole.durations : without_gap(in_whole_periods(whole, whole.durations));
+  const form* const its = find_form(whole.form);
+  return its != nullptr && is_own_list(*its)
+             ? whole.durations
+             : without_gap(in_whole_periods(whole, whole.durations));
 }
 
 std::vector<int> repeat_of(const pattern& whole) {
@@ -47,6 +52,7 @@ std::vector<int> repeat_of(const pattern& whole) {
 }
 
 const form* find_form(std::string_view name) {
+  if (name == "csv") return &kCommaForm;
   const auto all = forms();
   const auto found =
       std::find_if(all.begin(), all.end(), [name](const form* one) { return one->name == name; });

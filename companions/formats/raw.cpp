@@ -41,7 +41,7 @@ void read(const text_line& line, findings& out) {
 void write(std::ostream& out, const pattern& signal) {
   if (signal.elapsed_ms) out << '+' << int64_t{*signal.elapsed_ms} * 1000 << '\n';
   write_signed(out, signal.durations, "+", "-", " ");
-  out << " \n";
+  out << (signal.durations.size() == 1 ? " \n" : "\n");  // alone and without a blank it is a time
 }
 
 }  // namespace

@@ -1,6 +1,12 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # Completion of the companion programs for bash. A test compares the options with the programs' help.
 
+_vantrel_forms() {
+  local forms
+  forms=$("${COMP_WORDS[0]}" --help 2>/dev/null | sed -n '/^FORM is/,$s/^  \([a-z0-9-]*\) .*/\1/p')
+  mapfile -t COMPREPLY < <(compgen -W "$forms" -- "$1")
+}
+
 _vantrel_companion() {
   local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
   local options="--help --version"
@@ -8,16 +14,14 @@ _vantrel_companion() {
     vantrel-convert)
       options+=" --from --to --split"
       if [[ $previous == --from || $previous == --to || $previous == -[ft] ]]; then
-        local forms
-        forms=$("${COMP_WORDS[0]}" --help 2>/dev/null | sed -n '/^FORM is/,$s/^  \([a-z0-9-]*\) .*/\1/p')
-        mapfile -t COMPREPLY < <(compgen -W "$forms" -- "$current")
+        _vantrel_forms "$current"
         return
       fi
       ;;
     vantrel-encode)
       options+=" --repeats --to --send --from-json --list --json --definitions"
       if [[ $previous == --to || $previous == -t ]]; then
-        mapfile -t COMPREPLY < <(compgen -W "raw csv pronto" -- "$current")
+        _vantrel_forms "$current"
         return
       fi
       if [[ $COMP_CWORD -eq 1 && $current != -* ]]; then  # names hold blanks and brackets

@@ -6,6 +6,7 @@
 #include <fstream>
 
 #include "companions/decoders.h"
+#include "companions/formats/reader.h"
 #include "companions/supported.h"
 #include "tests/support/companion_run.h"
 #include "tests/support/contract.h"
@@ -88,6 +89,23 @@ TEST(VantrelEncode, WritesWhatSendirAndDecodeTake) {
             std::string::npos);
 }
 
+TEST(VantrelEncode, WritesEveryForm) {
+  for (const companions::form* const to : companions::forms()) {
+    const auto made = encode({"NEC1", "D=4", "F=8", "-n1", "--to", std::string(to->name)});
+    EXPECT_EQ(made.status, 0) << to->name;
+    std::istringstream text(made.out);
+    const auto found = companions::pattern_reader(text, to).next();
+    ASSERT_TRUE(found && std::holds_alternative<companions::pattern>(found->what)) << to->name;
+    const auto& signal = std::get<companions::pattern>(found->what);
+    std::vector<int> sent = irp::protocol("NEC1").render({{"D", 4}, {"F", 8}}).whole();
+    const size_t once = signal.repeat.empty() ? 71 : 68;  // and the silence, where it is held
+    ASSERT_GE(signal.durations.size(), once) << to->name;
+    for (size_t i = 0; i < once; ++i) EXPECT_NEAR(signal.durations[i], sent[i], 16) << to->name;
+    EXPECT_EQ(signal.carrier_hz.has_value(), to->holds.carrier) << to->name;
+    EXPECT_EQ(signal.name.empty(), to->holds.spell == nullptr) << to->name;
+  }
+}
+
 TEST(VantrelEncode, SaysThatTheCarrierIsNotSent) {
   const std::pair<const char*, const char*> kCases[] = {
       {"RC5 D=1 F=2", "RC5 needs a carrier of 36000 Hz"},
@@ -114,6 +132,8 @@ TEST(VantrelEncode, SaysWhatIsWrong) {
       {"NEC1 D=4 F=8 -n2",
        "a gap of 96156 us is too long for the lists of sendir, Pronto hex can hold it"},
       {"NEC1 D=4 F=8 --json", "--json goes with --list only"},
+      {"NEC1 D=4 F=8 --send --to ir",
+       "--send goes with the forms of sendir only: raw, csv and pronto"},
       {"--from-json --send", "--send goes with a protocol and its numbers only"},
       {"--from-json /nowhere", "cannot read /nowhere"},
       {"NEC1 --definitions /nowhere", "cannot read /nowhere"},
