@@ -84,6 +84,7 @@ const char* text_of(reason why) {
                                     "the number of bursts",
                                     "the space before the frame",
                                     "the space behind the frame",
+                                    "how long the frame lasts",
                                     "the lead-in",
                                     "a duration that is no whole number of units",
                                     "a burst that is no symbol",

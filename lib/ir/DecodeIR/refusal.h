@@ -14,6 +14,7 @@ enum class reason : uint8_t {
   bursts,      // the number of bursts is another
   gap_before,  // the space before the frame
   gap_behind,  // the space behind it
+  length,      // how long it lasts
   lead_in,     // the first burst
   unit,        // a duration is no whole number of units
   symbol,      // a burst is none of the code's symbols
@@ -29,13 +30,15 @@ enum class reason : uint8_t {
 };
 
 /// What was found and what would have been taken: in µs but for clock and skew (factors) and bursts
-/// (a number); all 0 for edge, check and damage.
+/// (a number). least and most are 0 where a reader has no range, all three where it has no number:
+/// for edge, check and damage.
 struct refusal {
   reason why = reason::none;
   int burst = -1;  // 0 the first, -1: the frame as a whole
   float found = 0;
   float least = 0, most = 0;
 
+  [[nodiscard]] constexpr bool given() const { return why != reason::none; }
   /// One that is to be `wanted`, within the tolerance.
   static constexpr refusal off(reason why, int burst, float found, float wanted, float tolerance) {
     return {why, burst, found, wanted - tolerance, wanted + tolerance};

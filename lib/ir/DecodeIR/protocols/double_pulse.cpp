@@ -42,7 +42,7 @@ bool double_pulses_fit(const frame& seen, const bit_buffer& symbols, float lead_
     expected.space(units(bit + 1));
   }
   expected.mark(unit);
-  return expected.fits(seen.first, kFit);
+  return expected.fits(seen, kFit);
 }
 
 }  // namespace analysis

@@ -36,12 +36,16 @@ std::optional<answer> elan(const frame& seen) {
   slicer frame;
   if (seen.length != kBursts) return {};
   if (!frame.slice(seen, kRule)) return seen.refused(frame.why());
-  if (frame.units(2 * kMiddle) != 2 || frame.units(2 * kMiddle + 1) != 2) return {};
+  if (frame.units(2 * kMiddle) != 2 || frame.units(2 * kMiddle + 1) != 2) {
+    return seen.refused({reason::split, kMiddle, seen.burst(kMiddle)});
+  }
   bit_buffer bits;
-  if (!read_pairs(frame, 1, kHalf, kBit, &bits)) return {};
-  if (!read_pairs(frame, kMiddle + 1, kHalf, kBit, &bits)) return {};
+  if (!read_pairs(frame, 1, kHalf, kBit, &bits) ||
+      !read_pairs(frame, kMiddle + 1, kHalf, kBit, &bits)) {
+    return seen.refused({reason::symbol});
+  }
   bits.makeMsb();
-  if (!complements(bits, 0) || !complements(bits, kHalf)) return {};
+  if (!complements(bits, 0) || !complements(bits, kHalf)) return seen.refused({reason::check});
   const auto function = static_cast<int>(bits.getMsb(kHalf, 8));
   return answer{.name = "Elan",
                 .device = static_cast<int>(bits.getMsb(0, 8)),

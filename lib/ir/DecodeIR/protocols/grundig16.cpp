@@ -41,12 +41,17 @@ bool lead_fits(const frame& seen) {
 std::optional<answer> grundig16(const frame& seen) {
   // The body begins behind the second mark, which is no whole number of units.
   slicer frame;
-  if (!lead_fits(seen) || !frame.slice(seen.first + 2, seen.durations() - 2, kRule)) return {};
+  if (!lead_fits(seen)) {
+    return seen.refused(refusal::off(reason::lead_in, 0, seen.on(0), kLeadUs[0], kLeadToleranceUs));
+  }
+  if (!frame.slice(seen.first + 2, seen.durations() - 2, kRule)) return seen.refused(frame.why());
   bit_buffer levels = frame.bits();
   levels.skipTo(1);
   levels.decodeRaw(kSymbols * kCode.units);
   bit_buffer bits;
-  if (!levels.atEnd() || !read_phases(levels, 0, kSymbols, kCode, &bits)) return {};
+  if (!levels.atEnd() || !read_phases(levels, 0, kSymbols, kCode, &bits)) {
+    return seen.refused({reason::edge});
+  }
   bits.makeMsb();
   const auto function = static_cast<int>(bits.getMsb(1, 8));
   answer found{"Grundig16", static_cast<int>(bits.getMsb(9, 7)), -1, function, {function}};

@@ -33,24 +33,34 @@ constexpr unsigned kLead = 0b0011;
 /// The bits behind the lead-in; false when the frame is no whole number of symbols.
 bool read_frame(const frame& seen, const slice_rule& rule, bit_buffer* bits) {
   slicer frame;
-  if (!frame.slice(seen, rule)) return false;
+  if (!frame.slice(seen, rule)) {
+    seen.refused(frame.why());
+    return false;
+  }
   bit_buffer levels = frame.bits();
   levels.decodeRaw((1 + kSymbols) * kCode.units);
   bits->cleanup();
-  return levels.atEnd() && levels.getLsb(0, kCode.units) == kLead &&
-         read_phases(levels, kCode.units, kSymbols, kCode, bits);
+  if (levels.atEnd() && levels.getLsb(0, kCode.units) == kLead &&
+      read_phases(levels, kCode.units, kSymbols, kCode, bits)) {
+    return true;
+  }
+  seen.refused({reason::edge});
+  return false;
 }
 
 }  // namespace
 
 std::optional<answer> humax(const frame& seen) {
-  if (std::abs(seen.on(0) - kLeadMarkUs) > kLeadToleranceUs) return {};
+  if (std::abs(seen.on(0) - kLeadMarkUs) > kLeadToleranceUs) {
+    return seen.refused(
+        refusal::off(reason::lead_in, 0, seen.on(0), kLeadMarkUs, kLeadToleranceUs));
+  }
   bit_buffer bits;
   // The unit is so short that a receiver's bias can look like one unit more or less.
   if (!read_frame(seen, kRule, &bits) && !read_frame(seen, kBiased, &bits)) return {};
   bits.makeMsb();
   const unsigned toggle = bits.getMsb(12, 2);
-  if (bits.getMsb(20, 1) == bits.getMsb(21, 1) || toggle > 1) return {};
+  if (bits.getMsb(20, 1) == bits.getMsb(21, 1) || toggle > 1) return seen.refused({reason::check});
   const auto function = static_cast<int>(bits.getMsb(14, 7));
   answer found{"Humax 4Phase",
                static_cast<int>(bits.getMsb(0, 6)),

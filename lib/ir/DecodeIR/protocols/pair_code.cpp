@@ -37,7 +37,12 @@ bool read_pair_code(const frame& seen, const pair_code& code, bit_buffer* bits) 
   if (count > kMostSymbols || !lead_fits(seen, code) || !marks_fit(seen, code)) return false;
   std::array<uint8_t, kMostSymbols> symbols{};
   step_line line{code.symbols.base_us, code.symbols.step_us};
-  if (!readSteps(seen.first + 2, count, code.symbols, &line, symbols.data())) return false;
+  refusal why;
+  if (!readSteps(seen.first + 2, count, code.symbols, &line, symbols.data(), &why)) {
+    if (why.burst >= 0) ++why.burst;  // behind the lead-in
+    seen.refused(why);
+    return false;
+  }
   for (int i = 0; i < count; ++i) {
     const unsigned symbol = symbols[static_cast<size_t>(i)];
     bits->append((symbol & 2) != 0);

@@ -39,7 +39,9 @@ constexpr int k56kHz = 47000;  // between the two carriers
 }  // namespace
 
 std::optional<answer> sejin(const frame& seen) {
-  if (seen.total_us < kShortestUs || seen.total_us > kLongestUs) return {};
+  if (seen.total_us < kShortestUs || seen.total_us > kLongestUs) {
+    return seen.refused({reason::length, -1, seen.total_us, kShortestUs, kLongestUs});
+  }
   slicer frame;
   if (!frame.slice(seen, kSlot)) return seen.refused(frame.why());
   if (!frame.has_ordinary_bias(kSlot)) return seen.refused({reason::bias, -1, frame.bias()});
@@ -48,7 +50,7 @@ std::optional<answer> sejin(const frame& seen) {
   bit_buffer bits;
   if (!levels.atEnd() || levels.getLsb(0, kLeadLevels) != kLead ||
       !read_phases(levels, kLeadLevels, kSymbols, kCode, &bits)) {
-    return {};
+    return seen.refused({reason::edge});
   }
   bits.makeMsb();
   unsigned sum = 0;

@@ -77,7 +77,9 @@ bool read_frame(const frame& seen, bit_buffer* bits) {
     bits->append(first == 1);
   }
   const bool framed_by_bits = bits->getBit(0) == 0 && bits->getBit(bits->size() - 1) == 1;
-  return framed_by_bits && expected.bursts() == seen.length && expected.fits(seen.first, kFit);
+  if (framed_by_bits && expected.bursts() == seen.length) return expected.fits(seen, kFit);
+  seen.refused({reason::edge});
+  return false;
 }
 
 /// The answer with a function of `width` bits from bit `first` on.
@@ -115,7 +117,9 @@ answer other_length(const bit_buffer& bits) {
 }  // namespace
 
 std::optional<answer> solidtek(const frame& seen) {
-  if (seen.on(0) < 0.8F * kLeadMarkUs || seen.on(0) > 1.3F * kLeadMarkUs) return {};
+  if (seen.on(0) < 0.8F * kLeadMarkUs || seen.on(0) > 1.3F * kLeadMarkUs) {
+    return seen.refused({reason::lead_in, 0, seen.on(0), 0.8F * kLeadMarkUs, 1.3F * kLeadMarkUs});
+  }
   if (seen.burst(0) < kShortestLeadUs || seen.on_times.second > 1.6F * kDoubleMarkUs) return {};
   if (seen.off_times.largest > 1.6F * kDoubleSpaceUs) return {};
   bit_buffer bits;
@@ -129,7 +133,8 @@ std::optional<answer> solidtek(const frame& seen) {
   } else if (data_bits >= 8 && data_bits % 8 == 0) {
     found = other_length(bits);
   }
-  if (found) found->layout.lead = 1;
+  if (!found) return seen.refused({reason::check});
+  found->layout.lead = 1;
   return found;
 }
 

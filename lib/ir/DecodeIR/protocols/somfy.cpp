@@ -33,13 +33,15 @@ bool fits(const frame& seen, const bit_buffer& bits) {
     expected.mark(mark);
     expected.space(kBurstUs - mark);
   }
-  return expected.fits(seen.first, kFit);
+  return expected.fits(seen, kFit);
 }
 
 }  // namespace
 
 std::optional<answer> somfy(const frame& seen) {
-  if (seen.on(0) < 0.8F * kLeadMarkUs || seen.on(0) > 1.25F * kLeadMarkUs) return {};
+  if (seen.on(0) < 0.8F * kLeadMarkUs || seen.on(0) > 1.25F * kLeadMarkUs) {
+    return seen.refused({reason::lead_in, 0, seen.on(0), 0.8F * kLeadMarkUs, 1.25F * kLeadMarkUs});
+  }
   if (seen.off_times.largest > kBurstUs) return {};
   bit_buffer bits(seen.first, 2 * seen.length);
   bits.threshold = kBetweenMarksUs;
@@ -47,7 +49,8 @@ std::optional<answer> somfy(const frame& seen) {
   bits.decodeX(kBits);
   const unsigned function = bits.getLsb(0, 2);
   const unsigned device = bits.getLsb(2, 3);
-  if (bits.getLsb(5, 4) != (4 * function + device + 3) % 16 || !fits(seen, bits)) return {};
+  if (bits.getLsb(5, 4) != (4 * function + device + 3) % 16) return seen.refused({reason::check});
+  if (!fits(seen, bits)) return {};
   return answer{.name = "Somfy",
                 .device = bits.lsb_number(2, 3),
                 .function = bits.lsb_number(0, 2),

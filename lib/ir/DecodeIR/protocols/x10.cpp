@@ -34,10 +34,14 @@ constexpr int kRepeatBursts = 12;
 constexpr int kFunctionBits = 5;
 constexpr int kHouseBits = 4;
 
-/// Reads `bursts` bursts, the last one the end mark.
-bool read_frame(const float* frame, int bursts, bit_buffer* bits) {
-  if (frame[2 * (bursts - 1)] < kEndMarkMinUs) return false;
-  *bits = bit_buffer(frame, 2 * bursts);
+/// Reads `bursts` bursts from burst `first` on, the last one the end mark.
+bool read_frame(const frame& seen, int first, int bursts, bit_buffer* bits) {
+  const int last = first + bursts - 1;
+  if (seen.on(last) < kEndMarkMinUs) {
+    seen.refused({reason::stop, last, seen.on(last), kEndMarkMinUs, kEndMark * kUnitUs});
+    return false;
+  }
+  *bits = bit_buffer(seen.first + ptrdiff_t{2} * first, 2 * bursts);
   bits->threshold = kLongMarkMinUs;
   bits->decodeX(bursts - 1);
   expected_frame expected;
@@ -47,7 +51,7 @@ bool read_frame(const float* frame, int bursts, bit_buffer* bits) {
     expected.space((kBurst - mark) * kUnitUs);
   }
   expected.mark(kEndMark * kUnitUs);
-  return expected.fits(frame, kFit);
+  return expected.fits(seen, kFit, first);
 }
 
 /// Whether bit 0 is the lead-in and `width` bits are sent twice, complemented the second time.
@@ -56,8 +60,8 @@ bool is_doubled(const bit_buffer& bits, int width) {
   return bits.getBit(0) != 0 && both == (1U << width) - 1;
 }
 
-bool read_repeat(const float* frame, bit_buffer* bits) {
-  return read_frame(frame, kRepeatBursts, bits) && is_doubled(*bits, kFunctionBits);
+bool read_repeat(const frame& seen, int first, bit_buffer* bits) {
+  return read_frame(seen, first, kRepeatBursts, bits) && is_doubled(*bits, kFunctionBits);
 }
 
 answer code(const char* name, const bit_buffer& bits, int first, int width) {
@@ -71,13 +75,13 @@ answer code(const char* name, const bit_buffer& bits, int first, int width) {
 
 std::optional<answer> x10(const frame& seen) {
   bit_buffer bits;
-  if (seen.length == kRepeatBursts && read_repeat(seen.first, &bits)) {
+  if (seen.length == kRepeatBursts && read_repeat(seen, 0, &bits)) {
     return code("X10", bits, 1, kFunctionBits);
   }
-  if (seen.length != kStartBursts || !read_frame(seen.first, kStartBursts, &bits)) return {};
+  if (seen.length != kStartBursts || !read_frame(seen, 0, kStartBursts, &bits)) return {};
   bit_buffer repeated;
-  const bool has_repeat = seen.reach >= kStartBursts + kRepeatBursts &&
-                          read_repeat(seen.first + 2 * kStartBursts, &repeated);
+  const bool has_repeat =
+      seen.reach >= kStartBursts + kRepeatBursts && read_repeat(seen, kStartBursts, &repeated);
   if (!has_repeat && is_doubled(bits, kHouseBits)) return code("X10-house", bits, 1, kHouseBits);
 
   answer found = code("X10", bits, 0, kFunctionBits);

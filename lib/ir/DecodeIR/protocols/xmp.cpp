@@ -102,7 +102,8 @@ constexpr step_line kNominal{kDigitRule.base_us, kDigitRule.step_us};
 
 /// Reads nine bursts with the clock of `line`.
 bool readDigits(const float* frame, step_line line, half* found) {
-  if (!readSteps(frame, kDigits, kDigitRule, &line, found->digit.data())) return false;
+  refusal why;
+  if (!readSteps(frame, kDigits, kDigitRule, &line, found->digit.data(), &why)) return false;
   if (found->sum() == kSumXmp || found->sum() == kSumVelodyne) return true;
   // The digits 8 and 9 of a repeat are close enough for a learning remote to confuse them.
   if (found->isFirst() || found->digit[2] != kLastOfPress || found->sum() != 1) return false;
@@ -182,7 +183,7 @@ std::optional<answer> xmp(const frame& seen) {
   if (seen.preempt_level >= kExtendedLevel) return {};
   if (seen.burst(0) < kShortestBurstUs || seen.burst(1) < kShortestBurstUs) return {};
   half found{};
-  if (!readHalf(seen.first, anchored(seen.first), &found)) return {};
+  if (!readHalf(seen.first, anchored(seen.first), &found)) return seen.refused({reason::symbol});
   if (seen.trailing_gap >= kBetweenHalvesMinUs && seen.trailing_gap <= kBetweenHalvesMaxUs) {
     return read_whole(seen, found);
   }

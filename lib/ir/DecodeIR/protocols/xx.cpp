@@ -59,21 +59,23 @@ bool lead_fits(const float* frame) {
   return frame[0] <= kLeadMarkMaxUs && frame[1] >= kLeadSpaceMinUs && frame[1] <= kLeadSpaceMaxUs;
 }
 
-bool read_frame(const float* frame, int bursts, xx_frame* found) {
+/// Reads `bursts` bursts from `at` on; what stops it.
+refusal read_frame(const float* at, int bursts, xx_frame* found) {
+  if (!lead_fits(at)) return {reason::lead_in, 0, at[1], kLeadSpaceMinUs, kLeadSpaceMaxUs};
   // The space of the lead-in varies by half a unit; it tells nothing about the bits.
   slicer sliced;
-  if (!lead_fits(frame) || !sliced.slice(frame + 2, 2 * bursts - 3, kHalfBit)) return false;
-  if (!sliced.has_ordinary_bias(kHalfBit)) return false;
+  if (!sliced.slice(at + 2, 2 * bursts - 3, kHalfBit)) return sliced.why();
+  if (!sliced.has_ordinary_bias(kHalfBit)) return {reason::bias, -1, sliced.bias()};
   level_reader levels(sliced);
   bit_buffer bits;
-  if (!levels.rest(kMostBits, bi_phase::mark_first_is_one, &bits)) return false;
+  if (!levels.rest(kMostBits, bi_phase::mark_first_is_one, &bits)) return {reason::edge};
   for (const xx_variant& variant : kVariants) {
     if (variant.bits != bits.size() || bits.getBit(0) == 0) continue;
     *found = {&variant, bits.getLsb(1, variant.function_bits),
               bits.getLsb(1 + variant.function_bits, variant.device_bits)};
-    return true;
+    return {};
   }
-  return false;
+  return {reason::check};
 }
 
 /// Bursts of the frame at `frame`, of at most `available`; 0 when it does not end among them.
@@ -89,7 +91,7 @@ int read_body(const frame& seen, const xx_frame& start, xx_frame* body) {
   if (seen.trailing_gap < kBodyMinUs || seen.trailing_gap > kBodyMaxUs) return 0;
   const float* const rest = seen.first + 2 * seen.length;
   const int bursts = bursts_to_gap(rest, seen.reach - seen.length);
-  const bool fits = bursts > 0 && read_frame(rest, bursts, body) &&
+  const bool fits = bursts > 0 && !read_frame(rest, bursts, body).given() &&
                     body->variant == start.variant && !body->is_start();
   return fits ? bursts : 0;
 }
@@ -99,7 +101,9 @@ int read_body(const frame& seen, const xx_frame& start, xx_frame* body) {
 std::optional<answer> xx(const frame& seen) {
   if (seen.preempt_level >= kExtendedLevel || seen.off_times.largest > kLeadSpaceMaxUs) return {};
   xx_frame told{};
-  if (!read_frame(seen.first, seen.length, &told)) return {};
+  if (const refusal why = read_frame(seen.first, seen.length, &told); why.given()) {
+    return seen.refused(why);
+  }
 
   answer found{.name = told.variant->name, .layout = {.lead = 1}};
   if (told.is_start()) {

@@ -42,9 +42,7 @@ class level_pairs {
     return one ? 1 : 0;
   }
   /// Whether these levels were all of the frame.
-  [[nodiscard]] bool fit() const {
-    return at_ == seen_.length && expected_.fits(seen_.first, kFit);
-  }
+  [[nodiscard]] bool fit() const { return at_ == seen_.length && expected_.fits(seen_, kFit); }
 
  private:
   const frame& seen_;
@@ -63,7 +61,7 @@ std::optional<answer> zenith(const frame& seen) {
   int function = 0;
   for (int i = 0; i < bits; ++i) {
     const int first = levels.next();
-    if (levels.at_end() || levels.next() == first) return {};
+    if (levels.at_end() || levels.next() == first) return seen.refused({reason::edge});
     function = function << 1 | first;
   }
   if (!levels.fit()) return {};

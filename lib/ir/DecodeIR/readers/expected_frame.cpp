@@ -21,7 +21,8 @@ void expected_frame::add(float us, int kind) {
   }
 }
 
-bool expected_frame::fits(const float* frame, const fit_rule& rule) const {
+bool expected_frame::fits(const frame& seen, const fit_rule& rule, int first) const {
+  const float* const frame = seen.first + ptrdiff_t{2} * first;
   int odd = -1;
   for (int pass = 0; pass < 2; ++pass) {
     const estimate found = estimateWithout(frame, odd);
@@ -35,12 +36,27 @@ bool expected_frame::fits(const float* frame, const fit_rule& rule) const {
         worstBy = by;
       }
     }
-    if (worst < 0) {
-      return std::abs(found.clock - 1) <= rule.clock_error &&
-             std::abs(found.bias) <= rule.most_bias_us;
+    if (worst < 0) return is_likely(seen, found, rule);
+    const bool forgiven = rule.checked || worst == 0 || worst == bursts() - 1;
+    if (pass > 0 || !forgiven) {
+      refusal why = off(frame, worst, found, rule);
+      why.burst += first;
+      seen.refused(why);
+      return false;
     }
-    if (!rule.checked && worst != 0 && worst != bursts() - 1) return false;
     odd = worst;
+  }
+  return false;
+}
+
+/// Whether a receiver and a remote have such a bias and clock.
+bool expected_frame::is_likely(const frame& seen, const estimate& found, const fit_rule& rule) {
+  if (std::abs(found.clock - 1) > rule.clock_error) {
+    seen.refused(refusal::off(reason::clock, -1, found.clock, 1, rule.clock_error));
+  } else if (std::abs(found.bias) > rule.most_bias_us) {
+    seen.refused(refusal::off(reason::bias, -1, found.bias, 0, rule.most_bias_us));
+  } else {
+    return true;
   }
   return false;
 }
@@ -74,6 +90,20 @@ float expected_frame::error(const float* frame, int burst, const estimate& found
   const float want = wantOn + us(2 * burst + 1) * found.clock;
   const float burstError = std::abs(on + frame[2 * burst + 1] - want) - kRelativeError * want;
   return std::max(onError, burstError);
+}
+
+/// The refusal of a burst: by its mark, or else by all of it.
+refusal expected_frame::off(const float* frame, int burst, const estimate& found,
+                            const fit_rule& rule) const {
+  const float on = frame[2 * burst];
+  const float wantOn = us(2 * burst) * found.clock;
+  const float tolerance = rule.tolerance_us + kRelativeError * wantOn;
+  if (burst == bursts() - 1 || std::abs(on - wantOn - found.bias) > tolerance) {
+    return refusal::off(reason::mark, burst, on, wantOn + found.bias, tolerance);
+  }
+  const float want = wantOn + us(2 * burst + 1) * found.clock;
+  return refusal::off(reason::symbol, burst, on + frame[2 * burst + 1], want,
+                      rule.tolerance_us + kRelativeError * want);
 }
 
 }  // namespace analysis

@@ -12,6 +12,7 @@
 #include <array>
 #include <cstddef>
 
+#include "lib/ir/DecodeIR/frame.h"
 #include "lib/ir/receiver.h"
 
 namespace analysis {
@@ -33,8 +34,9 @@ class expected_frame {
   void space(float us) { add(us, 1); }
   /// Bursts of the frame; the space after the last mark is not compared.
   [[nodiscard]] int bursts() const { return (count_ + 1) / 2; }
-  /// Whether `frame`, bursts() pairs of mark and space in µs, has these durations.
-  [[nodiscard]] bool fits(const float* frame, const fit_rule& rule) const;
+  /// Whether the bursts() bursts of a signal from burst `first` of the frame on have these
+  /// durations. Tells the listener of the frame where not.
+  [[nodiscard]] bool fits(const frame& seen, const fit_rule& rule, int first = 0) const;
 
  private:
   struct estimate {
@@ -44,6 +46,9 @@ class expected_frame {
   [[nodiscard]] float us(int i) const { return us_[static_cast<size_t>(i)]; }
   [[nodiscard]] estimate estimateWithout(const float* frame, int odd) const;
   [[nodiscard]] float error(const float* frame, int burst, const estimate& found) const;
+  static bool is_likely(const frame& seen, const estimate& found, const fit_rule& rule);
+  [[nodiscard]] refusal off(const float* frame, int burst, const estimate& found,
+                            const fit_rule& rule) const;
 
   std::array<float, kMostDurations> us_;
   int count_ = 0;

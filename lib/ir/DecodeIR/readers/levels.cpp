@@ -43,15 +43,19 @@ bool level_reader::rest(int most, bi_phase coding, bit_buffer* to) {
 
 namespace {
 
-bool read_sliced(const slicer& frame, const bi_phase_code& wire, bit_buffer* bits) {
-  if (wire.ordinary_bias && !frame.has_ordinary_bias(wire.half_bit)) return false;
+/// What stops it, if anything.
+refusal read_sliced(const slicer& frame, const bi_phase_code& wire, bit_buffer* bits) {
+  if (wire.ordinary_bias && !frame.has_ordinary_bias(wire.half_bit)) {
+    return {reason::bias, -1, frame.bias()};
+  }
   level_reader levels(frame);
   int level = 1;
   for (const int width : wire.lead) {
-    if (width > 0 && levels.level(width) != level) return false;
+    if (width > 0 && levels.level(width) != level) return {reason::edge, levels.burst()};
     level = 1 - level;
   }
-  return levels.bits(wire.bits, wire.coding, bits) && levels.at_end();
+  if (levels.bits(wire.bits, wire.coding, bits) && levels.at_end()) return {};
+  return {reason::edge, levels.burst()};
 }
 
 }  // namespace
@@ -59,20 +63,14 @@ bool read_sliced(const slicer& frame, const bi_phase_code& wire, bit_buffer* bit
 bool read_bi_phase(const frame& seen, const bi_phase_code& wire, bit_buffer* bits, refusal* why) {
   slicer frame;
   if (!wire.fits_length(seen.total_us)) {
-    *why = {reason::clock, -1, seen.total_us};
+    *why = {reason::length, -1, seen.total_us, wire.shortest_us(), wire.longest_us()};
   } else if (!frame.slice(seen, wire.half_bit)) {
     *why = frame.why();
-  } else if (!read_sliced(frame, wire, bits)) {
-    *why = {reason::edge};
   } else {
-    return true;
+    *why = read_sliced(frame, wire, bits);
+    return !why->given();
   }
   return false;
-}
-
-bool read_bi_phase(const float* durations, int count, const bi_phase_code& wire, bit_buffer* bits) {
-  slicer frame;
-  return frame.slice(durations, count, wire.half_bit) && read_sliced(frame, wire, bits);
 }
 
 bool read_phases(const bit_buffer& raw, int first, int count, const four_phase& code,

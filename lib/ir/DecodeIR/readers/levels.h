@@ -29,6 +29,8 @@ class level_reader {
   bool bits(int count, bi_phase coding, bit_buffer* to, int width = 1);
   /// Takes the bits up to the frame's end, at most `most`. False also when there are more.
   bool rest(int most, bi_phase coding, bit_buffer* to);
+  /// The burst of the next level.
+  [[nodiscard]] int burst() const { return at_ / 2; }
   /// Whether every mark has been read.
   [[nodiscard]] bool at_end() const { return at_ >= frame_.count(); }
 
@@ -52,11 +54,15 @@ struct bi_phase_code {
 
   /// Half bits of a frame.
   [[nodiscard]] constexpr int units() const { return lead[0] + lead[1] + lead[2] + 2 * bits; }
-  /// Whether a frame this long, without its gap, can be one.
+  /// Between which two lengths a frame lies, without its gap, where length_error says so.
+  [[nodiscard]] float shortest_us() const {
+    return (1 - length_error) * static_cast<float>(units() - 1) * half_bit.unit_us;
+  }
+  [[nodiscard]] float longest_us() const {
+    return (1 + length_error) * static_cast<float>(units()) * half_bit.unit_us;
+  }
   [[nodiscard]] bool fits_length(float total_us) const {
-    const auto most = static_cast<float>(units());
-    return length_error == 0 || (total_us > (1 - length_error) * (most - 1) * half_bit.unit_us &&
-                                 total_us < (1 + length_error) * most * half_bit.unit_us);
+    return length_error == 0 || (total_us > shortest_us() && total_us < longest_us());
   }
   /// Bursts of the shortest and the longest frame.
   [[nodiscard]] constexpr int fewest_bursts() const { return bits / 2; }
@@ -65,8 +71,6 @@ struct bi_phase_code {
 
 /// Reads a frame into empty bits. False when it is not one; `why` then says what stopped it.
 bool read_bi_phase(const frame& seen, const bi_phase_code& wire, bit_buffer* bits, refusal* why);
-/// The same for `count` durations (µs, mark first).
-bool read_bi_phase(const float* durations, int count, const bi_phase_code& wire, bit_buffer* bits);
 
 /// The levels of the symbols 0 to 3 of a four-phase code, which carry two bits each; the first
 /// level sent is the lowest bit, a mark is a one.

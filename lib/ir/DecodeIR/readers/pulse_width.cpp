@@ -12,12 +12,17 @@ bool read_pulse_width(const frame& seen, const pulse_width& wire, bit_buffer* bi
   slicer frame;
   const bool fits = frame.slice(seen, wire.units);
   const int last = wire.bursts() - 1;
+  const auto off = [&](reason why_not, int burst, int units) {
+    return refusal::off(why_not, burst, seen.on(burst),
+                        static_cast<float>(units) * wire.units.unit_us,
+                        wire.units.tolerance * wire.units.unit_us);
+  };
   if (!fits) {
     *why = frame.why();
   } else if (wire.whole_lead && frame.units(0) != wire.units.lead) {
-    *why = {reason::lead_in, 0, seen.on(0)};
+    *why = off(reason::lead_in, 0, wire.units.lead);
   } else if (wire.stop && frame.units(frame.count() - 1) != 1) {
-    *why = {reason::stop, last, seen.on(last)};
+    *why = off(reason::stop, last, 1);
   } else if (!read_pairs(frame, wire.lead, wire.bits, wire.pair, bits)) {
     *why = {reason::symbol};
   } else {

@@ -43,10 +43,15 @@ step_line lineThrough(const float* bursts, int count, const uint8_t* digits, flo
 }
 
 bool readDigits(const float* bursts, int count, const step_rule& rule, const step_line& line,
-                uint8_t* digits) {
+                uint8_t* digits, refusal* why) {
   for (int i = 0; i < count; ++i) {
     const float digit = std::floor((burstAt(bursts, i) - line.base) / line.step + 0.5F);
-    if (digit < 0 || digit > static_cast<float>(rule.most)) return false;
+    if (digit < 0 || digit > static_cast<float>(rule.most)) {
+      const float half = 0.5F * line.step;
+      *why = {reason::symbol, i, burstAt(bursts, i), line.base - half,
+              line.base + static_cast<float>(rule.most) * line.step + half};
+      return false;
+    }
     digits[i] = static_cast<uint8_t>(digit);
   }
   return true;
@@ -55,13 +60,17 @@ bool readDigits(const float* bursts, int count, const step_rule& rule, const ste
 /// Whether the bursts lie close to their digits on the line, and, where the rule says so, none of
 /// them far off among quiet ones: that one is damaged, and which digit it was cannot be told.
 bool lieClose(const float* bursts, int count, const step_rule& rule, const step_line& line,
-              const uint8_t* digits) {
+              const uint8_t* digits, refusal* why) {
   float squares = 0;
   float largest = 0;
   for (int i = 0; i < count; ++i) {
     const float off = (burstAt(bursts, i) - line.base) / line.step - static_cast<float>(digits[i]);
     squares += off * off;
-    largest = std::max(largest, off * off);
+    if (off * off > largest || i == 0) {
+      largest = off * off;
+      const float wanted = line.base + static_cast<float>(digits[i]) * line.step;
+      *why = refusal::off(reason::symbol, i, burstAt(bursts, i), wanted, kFarOff * line.step);
+    }
   }
   const auto n = static_cast<float>(count);
   if (squares > kMostScatter * kMostScatter * n) return false;
@@ -72,12 +81,16 @@ bool lieClose(const float* bursts, int count, const step_rule& rule, const step_
 }  // namespace
 
 bool readSteps(const float* bursts, int count, const step_rule& rule, step_line* line,
-               uint8_t* digits) {
+               uint8_t* digits, refusal* why) {
   for (int round = 0; round < kRounds; ++round) {
-    if (!readDigits(bursts, count, rule, *line, digits)) return false;
+    if (!readDigits(bursts, count, rule, *line, digits, why)) return false;
     *line = lineThrough(bursts, count, digits, rule.step_us);
-    if (std::abs(line->base - rule.base_us) > kMostBaseError * rule.step_us) return false;
-    if (lieClose(bursts, count, rule, *line, digits)) return true;
+    if (std::abs(line->base - rule.base_us) > kMostBaseError * rule.step_us) {
+      *why = refusal::off(reason::clock, -1, line->base / rule.base_us, 1,
+                          kMostBaseError * rule.step_us / rule.base_us);
+      return false;
+    }
+    if (lieClose(bursts, count, rule, *line, digits, why)) return true;
   }
   return false;
 }

@@ -8,6 +8,8 @@
 
 #include <cstdint>
 
+#include "lib/ir/DecodeIR/refusal.h"
+
 namespace analysis {
 
 struct step_rule {
@@ -26,8 +28,9 @@ struct step_line {
 /// is where to start on entry and the estimate on return. False when a burst lies outside the
 /// digits, when base or step are not those of the rule, or when the bursts scatter between digits
 /// or one of them lies between two.
+/// `why` then says what stopped it, the first of the bursts counted as 0.
 /// REQUIRES: count > 1.
 bool readSteps(const float* bursts, int count, const step_rule& rule, step_line* line,
-               uint8_t* digits);
+               uint8_t* digits, refusal* why);
 
 }  // namespace analysis

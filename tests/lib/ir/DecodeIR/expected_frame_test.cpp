@@ -5,8 +5,10 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <string>
 #include <vector>
 
+#include "lib/ir/DecodeIR/explain.h"
 #include "lib/ir/DecodeIR/readers/steps.h"
 
 namespace {
@@ -21,56 +23,79 @@ const std::vector<float> kDurations = {3000, 600, 600,  1200, 1200, 600,
                                        600,  600, 1200, 1200, 600,  50};
 
 expected_frame expected() {
-  expected_frame frame;
+  expected_frame wanted;
   for (size_t i = 0; i + 1 < kDurations.size(); ++i) {
     if (i % 2 == 0) {
-      frame.mark(kDurations[i]);
+      wanted.mark(kDurations[i]);
     } else {
-      frame.space(kDurations[i]);
+      wanted.space(kDurations[i]);
     }
   }
-  return frame;
+  return wanted;
+}
+
+/// What stops the durations, as "reason, burst"; empty where they fit.
+std::string stopped(const std::vector<float>& durations, const fit_rule& rule) {
+  struct : refusal_listener {
+    std::string told;
+    void refused(const char*, const refusal& why) override {
+      told = text_of(why.why) + (", " + std::to_string(why.burst));
+    }
+  } listener;
+  frame seen(durations);
+  seen.listener = &listener;
+  const bool fits = expected().fits(seen, rule);
+  EXPECT_EQ(fits, listener.told.empty());
+  return listener.told;
 }
 
 TEST(FrameFit, NeighboursOfOneKindAreOneDuration) {
-  expected_frame frame;
-  frame.space(100);  // silence before the frame
-  frame.mark(300);
-  frame.mark(300);
-  frame.space(200);
-  frame.space(200);
-  frame.mark(300);
-  EXPECT_EQ(frame.bursts(), 2);
+  expected_frame wanted;
+  wanted.space(100);  // silence before the frame
+  wanted.mark(300);
+  wanted.mark(300);
+  wanted.space(200);
+  wanted.space(200);
+  wanted.mark(300);
+  EXPECT_EQ(wanted.bursts(), 2);
   const std::vector<float> durations = {600, 400, 300, 9999};
-  EXPECT_TRUE(frame.fits(durations.data(), kRule));
+  EXPECT_TRUE(wanted.fits(frame(durations), kRule));
 }
 
 TEST(FrameFit, BiasAndClockAreFoundAndLimited) {
   struct {
     float bias, clock;
-    bool fits;
-  } const cases[] = {{0, 1, true},    {120, 1.02F, true}, {-60, 0.97F, true},
-                     {220, 1, false}, {0, 1.09F, false},  {0, 0.9F, false}};
+    const char* stopped;
+  } const cases[] = {{0, 1, ""},
+                     {120, 1.02F, ""},
+                     {-60, 0.97F, ""},
+                     {220, 1, "the marks and spaces against each other, -1"},
+                     {0, 1.09F, "the clock, -1"},
+                     {0, 0.9F, "the clock, -1"}};
   for (const auto& c : cases) {
     std::vector<float> durations = kDurations;
     for (size_t i = 0; i < durations.size(); ++i) {
       durations[i] = durations[i] * c.clock + (i % 2 == 0 ? c.bias : -c.bias);
     }
-    EXPECT_EQ(expected().fits(durations.data(), kRule), c.fits) << c.bias << ' ' << c.clock;
+    EXPECT_EQ(stopped(durations, kRule), c.stopped) << c.bias << ' ' << c.clock;
   }
 }
 
 TEST(FrameFit, OneOddBurstIsForgivenWhereItMayBe) {
   struct {
     std::vector<size_t> odd;
-    bool unchecked, checked;
-  } const cases[] = {{{0}, true, true},  {{10}, true, true},      {{4}, false, true},
-                     {{7}, false, true}, {{0, 10}, false, false}, {{3, 8}, false, false}};
+    const char *unchecked, *checked;
+  } const cases[] = {{{0}, "", ""},
+                     {{10}, "", ""},
+                     {{4}, "a mark, 2", ""},
+                     {{7}, "a burst that is no symbol, 3", ""},
+                     {{0, 10}, "a mark, 0", "a mark, 0"},
+                     {{3, 8}, "a mark, 4", "a burst that is no symbol, 1"}};
   for (const auto& c : cases) {
     std::vector<float> durations = kDurations;
     for (const size_t i : c.odd) durations[i] += 350;
-    EXPECT_EQ(expected().fits(durations.data(), kRule), c.unchecked) << c.odd[0];
-    EXPECT_EQ(expected().fits(durations.data(), kCheckedRule), c.checked) << c.odd[0];
+    EXPECT_EQ(stopped(durations, kRule), c.unchecked) << c.odd[0];
+    EXPECT_EQ(stopped(durations, kCheckedRule), c.checked) << c.odd[0];
   }
 }
 
@@ -84,13 +109,14 @@ TEST(StepReader, ReadsDigitsOfAnotherBaseAndClock) {
     int spoilt;  // which burst
     float by;    // in steps
     bool isRead;
+    int stopped = 0;  // the burst, -1 for all of them
   } const cases[] = {
       {"as defined", 444, 167, 0, 0, true},
       {"slow clock", 457, 172, 0, 0, true},
       {"marks a carrier period short", 416, 167, 0, 0, true},
-      {"another base", 520, 167, 0, 0, false},
-      {"one between two digits", 444, 167, 2, 0.45F, false},
-      {"one beyond the digits", 444, 167, 1, 0.6F, false},
+      {"another base", 520, 167, 0, 0, false, -1},
+      {"one between two digits", 444, 167, 2, 0.45F, false, 2},
+      {"one beyond the digits", 444, 167, 1, 0.6F, false, 1},
   };
   for (const auto& c : cases) {
     std::vector<float> durations;
@@ -101,9 +127,13 @@ TEST(StepReader, ReadsDigitsOfAnotherBaseAndClock) {
     }
     std::array<uint8_t, 8> digits{};
     step_line line{kSteps.base_us, kSteps.step_us};
-    EXPECT_EQ(readSteps(durations.data(), 8, kSteps, &line, digits.data()), c.isRead) << c.what;
+    refusal why;
+    ASSERT_EQ(readSteps(durations.data(), 8, kSteps, &line, digits.data(), &why), c.isRead)
+        << c.what;
     if (c.isRead) {
       EXPECT_EQ(digits, kDigits) << c.what;
+    } else {
+      EXPECT_EQ(why.burst, c.stopped) << c.what;
     }
   }
 }
