@@ -18,7 +18,7 @@ inline constexpr pulse_distance kNecSlow = pulse_distance{690, {16, 8}, 1, 1, 3,
 inline constexpr pulse_distance kNecx{564, {8, 8}, 1, 1, 3, 32};
 inline constexpr pulse_distance kNec48{564, {16, 8}, 1, 1, 3, 48};
 inline constexpr pulse_distance kNec24{550, {16, 8}, 1, 1, 3, 24};
-inline constexpr pulse_distance kAiwa{555, {16, 8}, 1, 1, 3, 42};
+inline constexpr pulse_distance kAiwa = pulse_distance{555, {16, 8}, 1, 1, 3, 42}.uneven();
 inline constexpr pulse_distance kNec40{555, {16, 8}, 1, 1, 3, 40};
 // Of 40 bits that nothing checks only the exact clock speaks for IODATA: NEC's is 2 % slower.
 inline constexpr pulse_distance kIodata = pulse_distance{550, {16, 8}, 1, 1, 3, 40}.clock(0.985F, 1.0155F);
@@ -30,7 +30,7 @@ inline constexpr pulse_distance kLg{560, {15.2F, 7.6F}, 1, 1, 3, 28};
 inline constexpr pulse_distance kLgFast{512, {17, 8}, 1, 1, 3, 28};
 inline constexpr pulse_distance kLgShortLead{500, {6.4F, 19.5F}, 1, 1, 3, 28};
 // Two frames follow each other; the program's patterns end with the first.
-inline constexpr pulse_distance kMidea = pulse_distance{550, {8, 8}, 1, 1, 3, 48}.gaps(4300, 4300);
+inline constexpr pulse_distance kMidea = pulse_distance{550, {8, 8}, 1, 1, 3, 48}.gaps(4300, 4300).uneven();
 inline constexpr pulse_distance kJvc = pulse_distance{527, {16, 8}, 1, 1, 3, 16}.clock(0.945F, 1.04F);
 inline constexpr pulse_distance kJvcShort = pulse_distance{
     527, {7950 / 527.0F, 3900 / 527.0F}, 1, 1, 3, 16}.clock(0.945F, 1.04F);
@@ -45,12 +45,12 @@ inline constexpr pulse_distance kGi4dtv = pulse_distance{992, {5, 2}, 1, 1, 3, 1
 inline constexpr pulse_distance kGiRg = pulse_distance{1000, {5, 3}, 1, 1, 3, 16}.clock(0.96F, 1.04F);
 inline constexpr pulse_distance kEmerson{850, {4, 4}, 1, 1, 3, 24};
 inline constexpr pulse_distance kPanasonicOld{833, {4, 4}, 1, 1, 3, 22};
-inline constexpr pulse_distance kSamsung20 = pulse_distance{564, {8, 8}, 1, 1, 3, 20}.clock(0.97F, 1.03F);
+inline constexpr pulse_distance kSamsung20 = pulse_distance{564, {8, 8}, 1, 1, 3, 20}.clock(0.965F, 1.03F);
 inline constexpr pulse_distance kSamsung36{560, {4500 / 560.0F, 4500 / 560.0F}, 1, 1, 3, 36, {16, {1, 9}}};
 inline constexpr pulse_distance kSamsungSmtG = pulse_distance{
     497, {4497 / 497.0F, 4497 / 497.0F}, 1, 1, 3, 36, {16, {1, 4497 / 497.0F}}}.clock(0.95F, 1.05F);
-inline constexpr pulse_distance kKaseikyo = pulse_distance{425, {8, 4}, 1, 1, 3, 48}.clock(0.87F, 1.1F);
-inline constexpr pulse_distance kKaseikyo56 = pulse_distance{425, {8, 4}, 1, 1, 3, 56}.clock(0.87F, 1.1F);
+inline constexpr pulse_distance kKaseikyo = pulse_distance{425, {8, 4}, 1, 1, 3, 48}.clock(0.87F, 1.13F).uneven();
+inline constexpr pulse_distance kKaseikyo56 = pulse_distance{425, {8, 4}, 1, 1, 3, 56}.clock(0.87F, 1.13F).uneven();
 inline constexpr pulse_distance kRca = pulse_distance{475, {8, 8}, 1, 2, 4, 24}.gaps(5500, kGapBeforeUs);
 inline constexpr pulse_distance kRcaOld = pulse_distance{475, {40, 8}, 1, 2, 4, 24, {}, 2}.gaps(5500, kGapBeforeUs);
 inline constexpr pulse_distance kDigivision{182, {20, 10}, 3, 3, 6, 40, {24, {20, 10}}};
@@ -98,9 +98,9 @@ inline constexpr pulse_distance kMatsui = pulse_distance{525, {}, 1, 1, 3, 10}
     .gaps(7000, 7000).clock(0.95F, 1.035F).marks(kMatsuiShortestMarkUs, kAnyUs);
 inline constexpr pulse_distance kThomson = leadless(505, 1, 4, 9, 12, 13000, 0.04F);
 inline constexpr pulse_distance kLumagen = leadless(416, 1, 6, 12, 12, 9500, 0.03F);
-inline constexpr pulse_distance kRecs80 = leadless(158, 1, 31, 47, 11, 15000, 0.04F).any_marks(620);
-inline constexpr pulse_distance kRecs80Slow = leadless(180, 1, 31, 47, 11, 15000, 0.04F).any_marks(480);
-inline constexpr pulse_distance kRecs80Long = leadless(247, 1, 31, 47, 11, 15000, 0.04F).any_marks(700);
+inline constexpr pulse_distance kRecs80 = leadless(158, 1, 31, 47, 11, 15000, 0.06F).any_marks(620);
+inline constexpr pulse_distance kRecs80Slow = leadless(180, 1, 31, 47, 11, 15000, 0.06F).any_marks(480);
+inline constexpr pulse_distance kRecs80Long = leadless(247, 1, 31, 47, 11, 15000, 0.06F).any_marks(700);
 inline constexpr pulse_distance kVelleman = leadless(700, 1, 5060 / 700.0F, 7590 / 700.0F, 11, 15000, 0.04F);
 inline constexpr pulse_distance kViewstar = leadless(337, 1, 8, 5, 5, 5000, 0.04F).marks(0, 500);
 inline constexpr pulse_distance kArcher = leadless(12, 1, 275, 4700 / 12.0F, 5, 9000, 0.03F).any_marks(350);

@@ -139,7 +139,7 @@ class distance_reader {
     if (nominal_sum_[0] <= 0 || nominal_sum_[1] <= 0) return true;
     fit_.skew = found_sum_[0] / nominal_sum_[0] - found_sum_[1] / nominal_sum_[1];
     const float jitter = std::min(kClockJitterUs, mark_) / std::min(zero_, one_);
-    const float most = kClockTolerance + jitter;
+    const float most = kClockTolerance + wire_.more_skew + jitter;
     return near(fit_.skew, 0, most) || refuse({reason::skew, -1, fit_.skew, -most, most});
   }
 

@@ -43,6 +43,8 @@ struct pulse_distance {
   float slowest = 1.1F;
   float shortest_mark = 0;  // µs, range of the mean mark, where only that tells two codes apart
   float longest_mark = kAnyUs;
+  float more_skew =
+      0;  // by which the clocks of zeros and ones may differ beyond what jitter explains
   bool any_mark = false;  // a mark as long or short as that may stand for the nominal one
 
   [[nodiscard]] constexpr pulse_distance gaps(float after, float before,
@@ -71,6 +73,13 @@ struct pulse_distance {
   [[nodiscard]] constexpr pulse_distance any_marks(float longest) const {
     pulse_distance changed = marks(0, longest);
     changed.any_mark = true;
+    return changed;
+  }
+
+  /// For codes whose rows prove much: learning remotes round marks and spaces to a few lengths.
+  [[nodiscard]] constexpr pulse_distance uneven() const {
+    pulse_distance changed = *this;
+    changed.more_skew = 0.05F;
     return changed;
   }
 
