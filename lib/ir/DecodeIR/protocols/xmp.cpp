@@ -18,7 +18,10 @@
 // Facts: public protocol definitions in IRP notation.
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstdint>
+#include <limits>
+#include <span>
 
 #include "lib/ir/DecodeIR/protocols/protocols.h"
 #include "lib/ir/DecodeIR/readers/steps.h"
@@ -88,6 +91,9 @@ struct half {
   [[nodiscard]] int subDeviceOfFirst() const { return digit[0] << 4 | digit[2]; }
   [[nodiscard]] key_codes function() const { return {byte(4), byte(6)}; }
   [[nodiscard]] bool isRepeat() const { return (digit[2] & kRepeatBit) != 0; }
+  [[nodiscard]] bool has_known_toggle() const {
+    return (digit[2] & ~kRepeatBit) == 0 || digit[2] == kLastOfPress;
+  }
   [[nodiscard]] int subDeviceOfSecond() const { return digit[0] << 4 | digit[3]; }
 };
 
@@ -129,12 +135,87 @@ bool makeFrame(const half& first, const half& second) {
          first.subDeviceOfFirst() == second.subDeviceOfSecond();
 }
 
+/// The readings of a half whose sum holds, each burst as the digit below it or above it: learning
+/// remotes take neighbouring lengths for one, between two digits.
+class likely_halves {
+ public:
+  struct reading {
+    half digits;
+    float off;       // from the bursts: the sum of squares, in steps
+    float furthest;  // of one digit, in steps
+  };
+
+  likely_halves(const float* frame, const step_line& line) : frame_(frame), line_(line) {
+    if (marksFit(frame)) add({}, 0);
+  }
+  /// None where there are too many to tell.
+  [[nodiscard]] std::span<const reading> all() const {
+    return std::span(found_).first(count_ <= kMost ? count_ : 0);
+  }
+
+ private:
+  static constexpr size_t kMost = 64;
+
+  void add(const reading& begun, size_t at) {
+    if (at == kDigits) {
+      if (begun.digits.sum() == kSumXmp && count_++ < kMost) found_[count_ - 1] = begun;
+      return;
+    }
+    const float exact = (frame_[2 * at] + frame_[2 * at + 1] - line_.base) / line_.step;
+    const float below = std::floor(exact);
+    for (const float digit : {below, below + 1}) {
+      if (digit < 0 || digit > kDigitRule.most) continue;
+      const float by = std::abs(exact - digit);
+      reading more{begun.digits, begun.off + by * by, std::max(begun.furthest, by)};
+      more.digits.digit[at] = static_cast<uint8_t>(digit);
+      add(more, at + 1);
+    }
+  }
+
+  const float* frame_;
+  step_line line_;
+  std::array<reading, kMost> found_;
+  size_t count_ = 0;
+};
+
+/// The likeliest halves that belong together, if no others are nearly as likely.
+bool read_likely(const frame& seen, half* first, half* second) {
+  constexpr float kMargin = 1.3F;
+  constexpr float kMostOff = 0.58F;  // steps
+  const step_line line = anchored(seen.first);
+  const likely_halves firsts(seen.first, line);
+  const likely_halves seconds(seen.first + 2 * kHalfBursts, line);
+  float furthest = 0;
+  float best = std::numeric_limits<float>::infinity();
+  float next = best;
+  for (const auto& one : firsts.all()) {
+    for (const auto& other : seconds.all()) {
+      const float off = one.off + other.off;
+      if (off >= next || !makeFrame(one.digits, other.digits)) continue;
+      next = std::max(off, best);
+      if (off >= best) continue;
+      best = off;
+      furthest = std::max(one.furthest, other.furthest);
+      *first = one.digits;
+      *second = other.digits;
+    }
+  }
+  return next > kMargin * best && furthest <= kMostOff && second->has_known_toggle();
+}
+
+bool read_halves(const frame& seen, half* first, half* second) {
+  const step_line own = anchored(seen.first);
+  return (readHalf(seen.first, own, first) && readHalf(seen.first + 2 * kHalfBursts, own, second) &&
+          makeFrame(*first, *second)) ||
+         read_likely(seen, first, second);
+}
+
 /// The halves of one frame; nothing when they do not belong together.
-std::optional<answer> read_whole(const frame& seen, const half& first) {
+std::optional<answer> read_whole(const frame& seen) {
   if (seen.reach < kFrameBursts || seen.off(kFrameBursts - 1) < kFrameGapUs) return {};
+  half first{};
   half second{};
-  if (!readHalf(seen.first + 2 * kHalfBursts, anchored(seen.first), &second)) return {};
-  if (!makeFrame(first, second)) return {};
+  if (!read_halves(seen, &first, &second)) return {};
   const key_codes codes = second.function();
   answer found{codes.name(), first.byte(6), first.subDeviceOfFirst(), codes.obc(), {codes.obc()}};
   found.remark.print("OEM = %d", first.byte(4));
@@ -182,12 +263,13 @@ answer lone_second(const half& second) {
 std::optional<answer> xmp(const frame& seen) {
   if (seen.preempt_level >= kExtendedLevel) return {};
   if (seen.burst(0) < kShortestBurstUs || seen.burst(1) < kShortestBurstUs) return {};
-  half found{};
-  if (!readHalf(seen.first, anchored(seen.first), &found)) return seen.refused({reason::symbol});
   if (seen.trailing_gap >= kBetweenHalvesMinUs && seen.trailing_gap <= kBetweenHalvesMaxUs) {
-    return read_whole(seen, found);
+    if (auto whole = read_whole(seen)) return whole;
+    return seen.refused({reason::symbol});
   }
   if (!seen.framed(kLoneHalfGapUs)) return {};
+  half found{};
+  if (!readHalf(seen.first, anchored(seen.first), &found)) return seen.refused({reason::symbol});
   if (found.sum() != kSumXmp) return velodyne(found);
   if (found.isFirst()) return lone_first(found);
   // Nothing but its sum speaks for a second half alone, and a piece of another code may have it.

@@ -137,6 +137,16 @@ TEST_F(Xmp, AFrameWithADamagedHalfHasNoName) {
   expectUnnamed("cut", {whole_.begin(), whole_.begin() + 31});
 }
 
+TEST_F(Xmp, ALengthBetweenTwoDigitsIsTheOneThatTheSumsName) {
+  constexpr int kStepUs = 136;
+  std::vector<int> sent = whole_;
+  sent[31] += kStepUs * 55 / 100;
+  EXPECT_EQ(call(sent).misc, "no repeat: OEM = 68, OBC2 = 33 Hex2 = 21");
+  sent[11] -= kStepUs / 2;
+  sent[13] += kStepUs / 2;
+  expectUnnamed("a 4 and a 3 that may have changed places", sent);
+}
+
 TEST_F(Xmp, AStrayMarkBeforeTheFrameDoesNotHideIt) {
   std::vector<int> sent = {120, 8000};
   sent.insert(sent.end(), whole_.begin(), whole_.end());
