@@ -109,10 +109,11 @@ std::optional<analysis::answer> play(const analysis::frame& seen) {
 }
 
 template <size_t... kRows>
-constexpr std::array<analysis::recogniser, 32> scriptedTable(std::index_sequence<kRows...>) {
-  return {{{static_cast<int>(kRows), "scripted", {}, play<kRows>}...}};
+constexpr analysis::recogniser_table scriptedTable(std::index_sequence<kRows...>) {
+  return analysis::recogniser_table{{{{static_cast<int>(kRows), "scripted", {}, play<kRows>}...}}};
 }
-inline constexpr auto kScriptedTable = scriptedTable(std::make_index_sequence<32>());
+inline constexpr analysis::recogniser_table kScriptedTable =
+    scriptedTable(std::make_index_sequence<32>());
 
 /// Twelve bursts of which every one may start a frame; the caller's parameters can be changed.
 class ScriptedCall : public testing::Test {
@@ -188,13 +189,14 @@ inline offers offered(const std::vector<int>& bursts, int single, int repeat,
   std::array<analysis::recogniser, 32> table;
   table.fill({0, "none", {.min_bursts = 101, .min_gap = bounds.min_gap}, look});
   table[5].bounds = bounds;
+  const analysis::recogniser_table asked(table);
   offer = {};
   unsigned context[2] = {0, 0};
   char text[3][255] = {"", "", ""};
   int numbers[3] = {-1, -1, -1};
   int hex[4];
   Signal(context, bursts.data(), 38000, single, repeat, text[0], &numbers[0], &numbers[1],
-         &numbers[2], hex, text[1], text[2], table)
+         &numbers[2], hex, text[1], text[2], asked)
       .decode2();
   return offer;
 }

@@ -27,7 +27,7 @@ constexpr frame_bounds kNever = between(frame::kMostBursts + 1, frame::kMostBurs
 
 }  // namespace
 
-const std::array<recogniser, 32> kRecognisers = {{
+constinit const recogniser_table kRecognisers{{{
     // The gap behind the first half of a frame is shorter than those around the frame.
     {0, "XMP", {9, 9, 10000, 5000}, xmp},
     {1, "Zenith", between(16, 26, 12000), zenith},
@@ -61,6 +61,6 @@ const std::array<recogniser, 32> kRecognisers = {{
     {29, "Bryston", between(18, 18, 10000), bryston},
     {30, "Humax", between(6, 24, 10000), humax},
     {31, "AdNotam", between(8, 76, 10000), adnotam},
-}};
+}}};
 
 }  // namespace analysis

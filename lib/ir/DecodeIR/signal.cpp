@@ -29,7 +29,7 @@ bool isLeadIn(const float* at) {
 
 Signal::Signal(unsigned int* context, const int* bursts, int freq, int singleCount, int repeatCount,
                char* protocol, int* device, int* subDevice, int* obc, int* hex, char* misc,
-               char* error, std::span<const analysis::recogniser, 32> recognisers)
+               char* error, const analysis::recogniser_table& recognisers)
     : context_(context),
       protocol_(protocol),
       misc_(misc),
@@ -44,12 +44,7 @@ Signal::Signal(unsigned int* context, const int* bursts, int freq, int singleCou
       lastBurst_(0),
       freq_(freq),
       hasRepeatInfo_(repeatCount > 0 || *device < -1),
-      recognisers_(recognisers),
-      shortestGap_(std::min_element(recognisers.begin(), recognisers.end(),
-                                    [](const auto& a, const auto& b) {
-                                      return a.bounds.min_gap < b.bounds.min_gap;
-                                    })
-                       ->bounds.min_gap) {
+      recognisers_(recognisers) {
   if (nRepeat_ > 0 && *device < -1)
     nExtra_ = *device > -(1 << kStartBits) ? -*device : 1 << kStartBits;
   if (*subDevice < -1) interfaceLevel_ = -std::max(*subDevice, -kHighestLevel);
@@ -143,7 +138,7 @@ bool Signal::tryFrame(const float* at, float gap) {
   frame_.begin(at, frame_.length, gap);
   for (int bursts = frame_.length; bursts <= longest; ++bursts) {
     // Most ends are refused by their gap, before anything of the frame is looked at.
-    if (at[2 * bursts - 1] >= shortestGap_) {
+    if (at[2 * bursts - 1] >= recognisers_.shortest_gap()) {
       frame_.grow_to(bursts);
       frame_.cut_us = bursts == frame_.reach ? cut_us_ : analysis::frame::kSilenceUs;
       frame_.carrier_hz =
@@ -157,9 +152,10 @@ bool Signal::tryFrame(const float* at, float gap) {
 
 /// Asks the recognisers from the current one on; whether one of them named the frame.
 bool Signal::callRecognisers() {
-  for (; recogniserIndex_ < static_cast<int>(recognisers_.size()); ++recogniserIndex_) {
-    const analysis::recogniser& row = recognisers_[static_cast<size_t>(recogniserIndex_)];
-    if (row.bounds.hold(frame_) && recognise(recogniserIndex_)) return true;
+  constexpr int kEnd = analysis::recogniser_table::kCount;
+  for (int i = recognisers_.next(recogniserIndex_, frame_); i < kEnd;
+       i = recognisers_.next(i + 1, frame_)) {
+    if (recognise(i)) return true;
   }
   return false;
 }

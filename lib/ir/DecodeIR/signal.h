@@ -10,7 +10,6 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
-#include <span>
 
 #include "lib/ir/DecodeIR/answer.h"
 #include "lib/ir/DecodeIR/frame.h"
@@ -25,7 +24,7 @@ class Signal {
   /// The twelve arguments of _DecodeIR (DecodeIR.h explains them), and the recognisers to run.
   Signal(unsigned int* context, const int* bursts, int freq, int singleCount, int repeatCount,
          char* protocol, int* device, int* subDevice, int* obc, int* hex, char* misc, char* error,
-         std::span<const analysis::recogniser, 32> recognisers = analysis::kRecognisers);
+         const analysis::recogniser_table& recognisers = analysis::kRecognisers);
   Signal(const Signal&) = delete;
   Signal& operator=(const Signal&) = delete;
   ~Signal() = default;
@@ -140,8 +139,7 @@ class Signal {
   int copiedBursts_ = 0;              // caller does not have, and its bursts
 
   // --- The search -------------------------------------------------------------------------
-  std::span<const analysis::recogniser, 32> recognisers_;
-  float shortestGap_;  // the least trailing gap that any recogniser looks at
+  const analysis::recogniser_table& recognisers_;
   analysis::frame frame_;
   int recogniserIndex_ = 0;
   int preemptCountdown_ = 0;

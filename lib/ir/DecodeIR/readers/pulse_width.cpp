@@ -6,18 +6,25 @@ namespace {
 
 constexpr float kSameUnits = 0.5F;  // of durations that are whole numbers of units
 
+/// The shortest first mark that is the lead-in of the rule, whatever the clock and the bias.
+float shortest_lead_us(const slice_rule& rule) {
+  return (static_cast<float>(rule.lead) - 0.5F) * rule.unit_us * (1 - rule.clock_error) -
+         rule.most_bias();
+}
+
 }  // namespace
 
 bool read_pulse_width(const frame& seen, const pulse_width& wire, bit_buffer* bits, refusal* why) {
   slicer frame;
-  const bool fits = frame.slice(seen, wire.units);
   const int last = wire.bursts() - 1;
   const auto off = [&](reason why_not, int burst, int units) {
     return refusal::off(why_not, burst, seen.on(burst),
                         static_cast<float>(units) * wire.units.unit_us,
                         wire.units.tolerance * wire.units.unit_us);
   };
-  if (!fits) {
+  if (wire.whole_lead && seen.on(0) < shortest_lead_us(wire.units)) {
+    *why = off(reason::lead_in, 0, wire.units.lead);
+  } else if (!frame.slice(seen, wire.units)) {
     *why = frame.why();
   } else if (wire.whole_lead && frame.units(0) != wire.units.lead) {
     *why = off(reason::lead_in, 0, wire.units.lead);

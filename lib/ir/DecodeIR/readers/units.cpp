@@ -10,6 +10,7 @@ namespace {
 constexpr int kRounds = 3;          // of estimating and counting anew
 constexpr int kFewest = 3;          // durations that an estimate needs
 constexpr float kLargeBias = 0.5F;  // of a unit
+constexpr float kLeadError = 0.8F;  // units by which no first burst is off but by its clock
 constexpr float kMostClockError = 0.08F;
 constexpr float kMostTooLong = 0.75F;  // units by which an end may be too long
 constexpr float kSettledUs = 1.0F;     // the estimate moves no more
@@ -17,6 +18,14 @@ constexpr float kTooAlike = 1e-3F;     // relative determinant: bias and clock c
 
 bool is_mark(int i) {
   return i % 2 == 0;
+}
+
+/// Whether a first burst is as long as the lead-in of the rule, where that has a space: settling
+/// does not change its length.
+bool may_be_lead_in(float burst_us, const slice_rule& rule) {
+  if (rule.lead_space == 0) return true;
+  const float nominal = static_cast<float>(rule.lead + rule.lead_space) * rule.unit_us;
+  return std::abs(burst_us - nominal) <= kLeadError * rule.unit_us + rule.clock_error * nominal;
 }
 
 }  // namespace
@@ -63,6 +72,7 @@ bool slicer::lead_fits(const float* durations, const slice_rule& rule) {
 bool slicer::settles(const float* durations, int count, const slice_rule& rule) {
   slice_rule body = rule;
   body.lead = body.lead_space = 0;
+  if (!may_be_lead_in(durations[0] + durations[1], rule)) return false;
   if (count < 2 + kFewest || !fits_as_it_is(durations + 2, count - 2, body)) return false;
   const float unit = rule.unit_us * scale_;
   const float mark = (durations[0] - bias_) / unit;
