@@ -24,7 +24,7 @@ struct process_result {
   int status;  // the exit status, 128 + the number of a signal that killed it
 };
 
-/// One running program. Everything ends after 20 s at most: the program is killed then.
+/// One running program. Everything ends after 60 s at most: the program is killed then.
 class process {
  public:
   explicit process(const process_options& options);

@@ -4,9 +4,8 @@
 //   <16,-8> DDDDDDDD SSSSSSSS FFFFFFFF GGGGGGGG, 564 us a unit, least significant bits first
 //
 //   NEC            G the complement of F; S the complement of D or a subdevice
-//   Pioneer        the same a little faster, its lead-in, too, or on 40 kHz, from the devices 160
-//   to
-//                  175
+//   Pioneer        the same a little faster, its lead-in, too, or on 40 kHz, from the devices
+//                  160 to 175
 //   Tivo           D 133, S 48: the upper half of G complements that of F, the lower is a unit
 //   Apple          D 238, S 135: G is the remote's number; F's lowest bit makes the parity odd
 //   Ortek_NEClike  the halves of G are those of F exchanged, the upper one complemented
