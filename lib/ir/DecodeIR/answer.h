@@ -94,6 +94,7 @@ struct answer {
   static constexpr size_t kMostNameChars = 63;
   static constexpr size_t kMostRemarkChars = 199;
   static constexpr size_t kMostErrorChars = 14;
+  static constexpr size_t kMostAsideChars = 14;
 
   short_text<kMostNameChars> name = {};
   int device = -1, subdevice = -1, function = -1;  // -1 for none
@@ -110,6 +111,8 @@ struct answer {
   int length = 0;                       // bursts that are claimed, 0: those of the frame
   burst_layout layout = {};
   press_part part = press_part::none;
+  /// Goes into the remark of the press; the copies of the frame may say otherwise.
+  short_text<kMostAsideChars> aside = {};
   /// Completes the remark when all frames of the press are known; null where a frame says it all.
   /// Looking at the press from every frame of it would cost the square of its length.
   void (*tell_press)(const press& whole, answer* found) = nullptr;

@@ -117,8 +117,9 @@ void Signal::decode2() {
   finish(held.kept, held.last, held.whole.frames);
 }
 
-/// Lets the recogniser complete the remark.
+/// Completes the remark.
 void Signal::tellPress(held_key* held) const {
+  held->kept.remark.add(held->kept.aside.view());
   if (held->kept.tell_press == nullptr) return;
   analysis::press whole = held->whole;
   whole.end = {burstAt(held->last.start()), burstAt(lastBurst_)};

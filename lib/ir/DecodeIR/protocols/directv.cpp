@@ -7,7 +7,7 @@
 // Layout (one letter per bit, most significant first): DDDDFFFF FFFFCCCC
 // Check: C = 7 x F7F6 + 5 x F5F4 + 3 x F3F2 + F1F0, modulo 16
 // "Parm" is the variant P0 to P5: carrier (40, 38, 57 kHz) and gap (short, long). It is only known
-// when a gap follows that is not the end of the signal.
+// when a gap follows that is not the end of the signal, so the first frame of a press tells it.
 // Sample (device 12, function 3):
 //   6000,1200,1200,1200,600,600,600,600,600,600,600,600,1200,1200,600,600,1200,1200,600
 // Facts: public protocol definitions in IRP notation.
@@ -59,7 +59,7 @@ std::optional<answer> directv(const frame& seen) {
   const auto function = static_cast<int>(code);
   answer found{"DirecTV", static_cast<int>(bits.getMsb(0, 4)), -1, function, {function}};
   if (seen.trailing_gap < kNoGapUs) {
-    found.remark.print("Parm = %d", parm(seen.carrier_hz, seen.trailing_gap));
+    found.aside.print("Parm = %d", parm(seen.carrier_hz, seen.trailing_gap));
   }
   found.layout = {.lead = 1, .stop = true};
   return found;

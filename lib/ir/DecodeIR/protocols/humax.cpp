@@ -67,7 +67,7 @@ std::optional<answer> humax(const frame& seen) {
                static_cast<int>(bits.getMsb(6, 6)),
                function,
                {function}};
-  found.remark.print("T=%u", toggle);
+  found.aside.print("T=%u", toggle);
   found.layout.lead = 1;
   return found;
 }

@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // A clean pulse-distance frame of no known protocol, "Gap-<bits>-<unit in µs>": its bits go into
 // the remark as bytes, the first bit sent the highest.
+//
+// The frames of a press are told to be copies by their names, so the unit is a coarse one: 140,
+// 198, 280, 396, 560, 792, 1120, ..., two for each doubling. The units of most codes (430, 500, 564
+// µs) lie far from where one becomes the next.
 #include <algorithm>
 #include <cmath>
 
@@ -19,11 +23,12 @@ constexpr float kGapSymbols = 1.5F;   // of the longest symbol
 constexpr float kLeadSymbols = 1.4F;  // a lead-in against the longest symbol
 constexpr float kMarkTolerance = 0.2F;
 constexpr float kJitterUs = 40;
-constexpr float kRatio = 1.25F;   // the long symbol against the short one
-constexpr float kSpread = 0.06F;  // of one kind of symbol, and a rest in µs
-constexpr float kSpreadUs = 50;
+constexpr float kRatio = 1.25F;     // the longest symbol against the shortest
+constexpr float kApart = 0.6F;      // between the kinds, of the difference between those two
 constexpr float kClassicRatio = 2;  // 1:1 and 1:3, the shape of most codes
 constexpr float kClassicTolerance = 0.25F;
+constexpr float kMiddleUnitUs = 560;
+constexpr float kUnitsPerOctave = 2;
 
 /// The symbols of a frame that no row knows.
 struct plain_symbols {
@@ -54,12 +59,16 @@ struct plain_symbols {
   /// Whether there are two lengths, well apart, and nothing between them.
   [[nodiscard]] bool are_of_two_lengths() const {
     if (longest < kRatio * shortest) return false;
-    const float below = shortest + kSpread * shortest + kSpreadUs;
-    const float above = longest - kSpread * longest - kSpreadUs;
+    float longest_short = shortest;
+    float shortest_long = longest;
     for (int i = 0; i < count; ++i) {
-      if (length(i) >= below && length(i) <= above) return false;
+      if (length(i) > middle()) {
+        shortest_long = std::min(shortest_long, length(i));
+      } else {
+        longest_short = std::max(longest_short, length(i));
+      }
     }
-    return true;
+    return shortest_long - longest_short >= kApart * (longest - shortest);
   }
   /// Whether the marks, that of the stop burst after the symbols among them, are alike.
   [[nodiscard]] bool have_even_marks() const {
@@ -69,10 +78,25 @@ struct plain_symbols {
     }
     return true;
   }
-  /// µs: half a short symbol in the usual code, else the mark.
+  /// The mean length of the symbols that are longer than the middle, or of the others.
+  [[nodiscard]] float mean_length(bool of_long) const {
+    float sum = 0;
+    int found = 0;
+    for (int i = 0; i < count; ++i) {
+      if ((length(i) > middle()) != of_long) continue;
+      sum += length(i);
+      ++found;
+    }
+    return sum / static_cast<float>(found);
+  }
+  /// µs: half a short symbol in the usual code, else the mark; a coarse unit near it.
   [[nodiscard]] int unit() const {
-    const bool classic = std::fabs(longest / shortest - kClassicRatio) < kClassicTolerance;
-    return static_cast<int>(std::lround(classic ? shortest / 2 : mean_mark()));
+    const float short_us = mean_length(false);
+    const bool classic =
+        std::fabs(mean_length(true) / short_us - kClassicRatio) < kClassicTolerance;
+    const float exact = classic ? short_us / 2 : mean_mark();
+    const float step = std::round(kUnitsPerOctave * std::log2(exact / kMiddleUnitUs));
+    return static_cast<int>(std::lround(kMiddleUnitUs * std::exp2(step / kUnitsPerOctave)));
   }
 };
 

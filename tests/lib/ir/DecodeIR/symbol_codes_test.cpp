@@ -91,14 +91,22 @@ TEST(SymbolCodes, NokiaMarksMayBeShortInEveryBurst) {
   EXPECT_EQ(text(call(sent)), "Nokia32 D36 S128 F4 H4 [no repeat: X=3 T=1]");
 }
 
-TEST(DirecTV, ParameterIsToldByCarrierAndGap) {
+TEST(DirecTV, ThePressTellsCarrierAndGap) {
   for (int parameter = 0; parameter < 6; ++parameter) {
     const std::string name = "DirecTV_P" + std::to_string(parameter);
     const std::vector<int> sent = signal(name.c_str(), {{"D", 12}, {"F", 3}}, 2);
-    const Result result = call(sent, irp::protocol(name).carrier());
-    EXPECT_EQ(result.name, "DirecTV");
-    EXPECT_NE(result.misc.find("Parm = " + std::to_string(parameter)), std::string::npos)
-        << result.misc;
+    EXPECT_EQ(text(call(sent, irp::protocol(name).carrier())),
+              "DirecTV D12 F3 H3 [+ 2 copies: Parm = " + std::to_string(parameter) + ']');
+  }
+}
+
+TEST(SymbolCodes, ThePressEndsWithItsLastFrame) {
+  const std::pair<const char*, irp::Parameters> cases[] = {
+      {"DirecTV_P3", {{"D", 12}, {"F", 3}}}, {"Humax 4Phase", {{"D", 33}, {"S", 7}, {"F", 101}}}};
+  for (const auto& [name, given] : cases) {
+    Press press(signal(name, given, 2));
+    EXPECT_TRUE(press.next().misc.starts_with("+ ")) << name;
+    EXPECT_EQ(text(press.next()), " []") << name;
   }
 }
 
