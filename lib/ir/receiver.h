@@ -123,9 +123,19 @@ constexpr float settling(float mark, float space, float fraction = kSettlingMark
 /// tighter, and weak signals are lost. Rendered frames have -40 to 120.
 constexpr float kLeastBiasUs = -200;        // of pulse distance, which reads bits from bursts
 constexpr float kMostBiasUs = 220;          // the same
+constexpr float kShortestOfMark = 0.35F;    // what is left of a mark, as a fraction
+constexpr float kMostBiasOfMark = 1.05F;    // as a fraction of the mark ...
+constexpr float kMostFlashBiasUs = 100;     // ... of which flashes are longer
+constexpr float kMostBiasOfSpace = 0.75F;   // as a fraction of the shortest space
 constexpr float kMostExpectedBiasUs = 180;  // of a frame compared with what it should look like
 constexpr float kMostDittoBiasUs = 150;     // of a repeat frame, which has two marks to tell it by
 constexpr float kMostUnitBiasUs = 250;      // of durations in whole units ...
 constexpr float kMostUnitBias = 0.65F;      // ... and as a fraction of a unit: beyond it another
                                             // number of units is as likely
+
+/// By how much the clocks that two symbols of a code tell may differ: a fraction, and a time by the
+/// shorter symbol. Wider, and codes of another ratio are read; tighter, and learners that merge
+/// short durations are lost.
+constexpr float kMostSkew = 0.07F;
+constexpr float kSkewUs = 25;
 }  // namespace receiver

@@ -68,8 +68,8 @@ bool is_sure(const reading& fitted) {
   return unsure < 0 || fitted.checks(unsure);
 }
 
-/// Lets the rows with as many bursts as the frame look at it.
-std::optional<answer> read_distance(const frame& seen) {
+/// Lets the rows with as many bursts as the frame look at it through a reader.
+std::optional<answer> read_distance(const frame& seen, decltype(read_pulse_distance)* reader) {
   const pulse_distance* read_as = nullptr;
   bool fits = false;
   reading fitted{seen, nullptr, {}, {}};
@@ -90,7 +90,7 @@ std::optional<answer> read_distance(const frame& seen) {
     if (read_as != &wire) {
       read_as = &wire;
       fitted.bits = {};
-      fits = read_pulse_distance(wire, seen.first, &fitted.bits, &fitted.fit);
+      fits = reader(wire, seen.first, &fitted.bits, &fitted.fit);
     }
     fitted.from = candidate;
     std::optional<answer> found;
@@ -142,7 +142,8 @@ std::optional<answer> read_ditto(const frame& seen) {
 }  // namespace
 
 std::optional<answer> gap(const frame& seen) {
-  if (auto found = read_distance(seen)) return found;
+  if (auto found = read_distance(seen, read_pulse_distance)) return found;
+  if (auto found = read_distance(seen, read_noisy_distance)) return found;
   if (seen.preempt_level > 0 || seen.gap_behind() < kGapUs) return {};
   if (auto found = read_ditto(seen)) return found;
   return unknown_gap(seen);

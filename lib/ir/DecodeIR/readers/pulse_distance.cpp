@@ -24,18 +24,12 @@ constexpr float kStrictJitterUs = 50;
 // A symbol that may be either is not read at all beyond this fraction of its nominal length.
 constexpr float kUnsureTolerance = 0.45F;
 constexpr float kSymbolShare = 0.3F;
-// The mean lengths of the two symbols have to tell the same clock.
-constexpr float kClockTolerance = 0.07F;
-constexpr float kClockJitterUs = 25;
 // Marks against their mean.
 constexpr float kMarkTolerance = 0.15F;
 constexpr float kMarkJitterUs = 45;
 constexpr float kJitterShare = 0.25F;  // jitter of short marks, as a fraction of the mark
 constexpr float kDamagedMark = 0.6F;
-constexpr float kShortestMark = 0.35F;
-constexpr float kLongestBiasMark = 1.05F;   // of the mark
-constexpr float kLongestBiasSpace = 0.75F;  // of the shortest space
-constexpr float kLongestStop = 2.6F;        // of a mark
+constexpr float kLongestStop = 2.6F;  // of a mark
 // Lead-in and split bursts.
 constexpr float kLeadTolerance = 0.06F;
 constexpr float kLeadMarkTolerance = 0.05F;
@@ -138,8 +132,7 @@ class distance_reader {
     }
     if (nominal_sum_[0] <= 0 || nominal_sum_[1] <= 0) return true;
     fit_.skew = found_sum_[0] / nominal_sum_[0] - found_sum_[1] / nominal_sum_[1];
-    const float jitter = std::min(kClockJitterUs, mark_) / std::min(zero_, one_);
-    const float most = kClockTolerance + wire_.more_skew + jitter;
+    const float most = wire_.most_skew();
     return near(fit_.skew, 0, most) || refuse({reason::skew, -1, fit_.skew, -most, most});
   }
 
@@ -190,17 +183,8 @@ class distance_reader {
   }
 
   [[nodiscard]] bool mean_mark_fits(float mean) {
-    const float shortest_space = std::min(wire_.zero, wire_.one) * wire_.unit;
-    const float most_bias = std::min(
-        {receiver::kMostBiasUs, kLongestBiasMark * mark_, kLongestBiasSpace * shortest_space});
-    const float shortest =
-        wire_.any_mark ? wire_.shortest_mark
-                       : std::max(kShortestMark * (fit_.scale * mark_), wire_.shortest_mark);
-    if (mean < shortest || mean > wire_.longest_mark) {
-      return refuse({reason::mark, -1, mean, shortest, wire_.longest_mark});
-    }
-    return wire_.any_mark || (fit_.bias >= receiver::kLeastBiasUs && fit_.bias <= most_bias) ||
-           refuse({reason::bias, -1, fit_.bias, receiver::kLeastBiasUs, most_bias});
+    const refusal why = wire_.mark_refusal(mean, fit_.scale);
+    return why.why == reason::none || refuse(why);
   }
 
   /// Of the damaged symbol either the mark or the space is whole.
@@ -219,7 +203,12 @@ class distance_reader {
     const float off = wire_.lead.off * wire_.unit * fit_.scale;
     const float jitter = std::min(kLeadJitterUs, on);
     const bool total_fits = near(length(frame_), on + off, kLeadTolerance * (on + off) + jitter);
-    if (total_fits && lead_mark_fits(frame_[0], on + fit_.bias, off, jitter)) return true;
+    const float mark_off = frame_[0] - on - fit_.bias;
+    const bool space_fits =
+        frame_[1] > off - fit_.bias - std::max(mark_off, 0.0F) - kLeadTolerance * off - jitter;
+    if (total_fits && space_fits && lead_mark_fits(frame_[0], on + fit_.bias, off, jitter)) {
+      return true;
+    }
     fit_.damaged = true;
     const bool on_fits = near(frame_[0], on + fit_.bias, kLeadMarkTolerance * on + jitter);
     const bool off_fits = near(frame_[1], off - fit_.bias, kLeadTolerance * off + jitter);

@@ -6,8 +6,11 @@
 // then every duration is held to narrow bounds; one duration of a frame may be damaged.
 #pragma once
 
+#include <algorithm>
+
 #include "lib/ir/DecodeIR/bit_buffer.h"
 #include "lib/ir/DecodeIR/refusal.h"
+#include "lib/ir/receiver.h"
 
 namespace analysis {
 
@@ -83,6 +86,29 @@ struct pulse_distance {
     return changed;
   }
 
+  /// What is wrong with marks of `mean` µs on average; reason::none when a receiver may have made
+  /// them of those that were sent.
+  [[nodiscard]] constexpr refusal mark_refusal(float mean, float scale) const {
+    const float sent = mark * unit;
+    const float shortest =
+        std::max(any_mark ? 0 : receiver::kShortestOfMark * scale * sent, shortest_mark);
+    if (mean < shortest || mean > longest_mark) {
+      return {reason::mark, -1, mean, shortest, longest_mark};
+    }
+    const float bias = mean - scale * sent;
+    const float least = receiver::kLeastBiasUs;
+    const float most =
+        std::min({receiver::kMostBiasUs,
+                  std::max(receiver::kMostBiasOfMark * sent, receiver::kMostFlashBiasUs),
+                  receiver::kMostBiasOfSpace * std::min(zero, one) * unit});
+    if (any_mark || (bias >= least && bias <= most)) return {};
+    return {reason::bias, -1, bias, least, most};
+  }
+  /// By how much the clocks that the two symbols tell may differ.
+  [[nodiscard]] constexpr float most_skew() const {
+    const float shorter = (mark + std::min(zero, one)) * unit;
+    return receiver::kMostSkew + more_skew + std::min(receiver::kSkewUs, mark * unit) / shorter;
+  }
   [[nodiscard]] constexpr bool has_lead() const { return lead.on > 0; }
   /// Bursts of a frame, lead-in and stop mark included.
   [[nodiscard]] constexpr int bursts() const {
@@ -104,6 +130,11 @@ struct distance_fit {
 /// Reads the bursts of `frame`, which number wire.bursts(), into empty bits. False when they don't
 /// fit.
 bool read_pulse_distance(const pulse_distance& wire, const float* frame, bit_buffer* bits,
+                         distance_fit* fit);
+
+/// The same for a frame that read_pulse_distance refuses, through a bad receiver. `loose` counts
+/// the symbols that more than jitter has changed; bits that are guesses are not read.
+bool read_noisy_distance(const pulse_distance& wire, const float* frame, bit_buffer* bits,
                          distance_fit* fit);
 
 /// A short frame that says "the key is still held": a lead-in, some symbols, a stop mark.

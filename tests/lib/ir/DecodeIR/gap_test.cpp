@@ -138,9 +138,10 @@ TEST(Gap, OneDurationMayBeOutOfLine) {
       {"a space of the function", nec, {{2 * 22 + 1, 1.3}}, "NEC"},
       {"a space so far out that the bit is a guess", nec, {{2 * 22 + 1, 1.75}}, "NEC"},
       {"two marks", nec, {{last, 2.0}, {8, 0.5}}, ""},
-      {"lead-in and a space", nec, {{0, 0.8}, {2 * 22 + 1, 1.3}}, ""},
+      {"lead-in and a space, within jitter", nec, {{0, 0.8}, {2 * 22 + 1, 1.25}}, "NEC"},
+      {"lead-in and a space", nec, {{0, 0.75}, {2 * 22 + 1, 1.25}}, ""},
       {"the lead-in of another code", nec, {{0, 0.5}}, "NECx"},
-      {"a space, and no check to make up for it", jvc, {{9, 1.3}}, ""},
+      {"a space, and no check to make up for it", jvc, {{9, 1.4}}, ""},
       {"last mark, no check needed", jvc, {{jvc.size() - 1, 1.8}}, "JVC"},
   };
   for (const auto& c : cases) {

@@ -54,4 +54,36 @@ INSTANTIATE_TEST_SUITE_P(Receivers, Order,
                                          Noise{"settling", Receiver{.first_mark = {0.15, 0.25}}}),
                          [](const auto& level) { return std::string(level.param.name); });
 
+/// The share of frames that three bad receivers leave readable, and how many they may turn into
+/// another code.
+TEST(BadReceivers, HideFramesRatherThanChangeThem) {
+  const struct {
+    const char* name;
+    BadReceiver receiver;
+    double least_right;
+    int most_wrong;
+  } levels[] = {{"mild", kMild, 0.98, 0}, {"medium", kMedium, 0.94, 1}, {"hard", kHard, 0.82, 3}};
+  for (const auto& level : levels) {
+    Random random(kSeed, level.name);
+    int all = 0;
+    int right = 0;
+    int wrong = 0;
+    for (const std::string& protocol : contract::protocols()) {
+      for (const contract::Sample& sample :
+           contract::samples(protocol, kSeed, {.clean = 5, .received = 0, .repeated = 0})) {
+        if (sample.durations.size() % 2 == 0 || sample.repeatCount > 0) continue;
+        const auto result = decode_ir::call(receive(sample.durations, random, level.receiver));
+        ++all;
+        if (contract::mismatch(sample.expected, result).empty()) {
+          ++right;
+        } else if (decode_ir::isNamed(result)) {
+          ++wrong;
+        }
+      }
+    }
+    EXPECT_GE(right, level.least_right * all) << level.name << ": " << right << " of " << all;
+    EXPECT_LE(wrong, level.most_wrong) << level.name;
+  }
+}
+
 }  // namespace
