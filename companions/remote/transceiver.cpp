@@ -31,7 +31,7 @@ std::vector<std::string> sendir_command(const pattern& signal) {
   }
   std::vector<std::string> command{vantrel_program(), "sendir", "--raw=" + signed_list(durations)};
   if (!delay.empty()) command.push_back(delay);
-  if (signal.held) command.push_back("--repeat=" + std::to_string(kSendsOfHeld));
+  if (signal.held) command.push_back(std::string("--repeat=").append(std::to_string(kSendsOfHeld)));
   return command;
 }
 
