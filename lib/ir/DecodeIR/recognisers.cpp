@@ -60,7 +60,7 @@ constinit const recogniser_table kRecognisers{{{
     {28, "Elan", between(19, 35, 6000), first_of<elan, beo>},
     {29, "Bryston", between(18, 18, 10000), bryston},
     {30, "Humax", between(6, 24, 10000), humax},
-    {31, "AdNotam", between(8, 76, 10000), adnotam},
+    {31, "AdNotam", between(8, 76, 10000), first_of<adnotam, mcir2>},
 }}};
 
 }  // namespace analysis

@@ -23,6 +23,7 @@ std::optional<answer> grundig16(const frame& seen);
 std::optional<answer> gxb(const frame& seen);
 std::optional<answer> humax(const frame& seen);
 std::optional<answer> lutron(const frame& seen);
+std::optional<answer> mcir2(const frame& seen);
 std::optional<answer> nokia(const frame& seen);
 std::optional<answer> pctv(const frame& seen);
 std::optional<answer> rc5(const frame& seen);
