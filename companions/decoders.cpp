@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "lib/ir/DecodeIR/signal.h"
+#include "lib/ir/DecodeIR/wrapper.h"
 #include "lib/ir/arduino/arduino.h"
 #include "lib/ir/ir.h"
 #include "lib/ir/result.h"
@@ -12,10 +12,7 @@ namespace companions {
 
 namespace {
 
-constexpr int kCarrierHz = 38380;  // what vantrel tells the signal analysis, so answers agree
-constexpr int kFinalSpaceUs = 50;
 constexpr int kMostInterpretations = 64;
-constexpr size_t kTextSize = 255;
 
 /// While it lives, results come here instead of being printed.
 class result_capture {
@@ -64,6 +61,7 @@ std::optional<program_answer> ask_program(std::span<const int> durations, int el
 }
 
 std::vector<analysis_answer> ask_analysis(std::span<const int> durations) {
+  using namespace analysis;
   std::vector<int> bursts(durations.begin(), durations.end());
   bursts.push_back(kFinalSpaceUs);
   const int count = static_cast<int>(bursts.size() / 2);

@@ -32,6 +32,7 @@ _vantrel_companion() {
         return
       fi
       ;;
+    vantrel-explain) options+=" --protocol" ;;
     vantrel-json) options+=" --first" ;;
     vantrel-plot) options+=" --svg --histogram --bytes --msb" ;;
     vantrel-remote)
@@ -55,5 +56,5 @@ _vantrel_companion() {
     mapfile -t COMPREPLY < <(compgen -f -- "$current")
   fi
 }
-complete -F _vantrel_companion vantrel-convert vantrel-encode vantrel-json vantrel-plot \
-  vantrel-remote
+complete -F _vantrel_companion vantrel-convert vantrel-encode vantrel-explain vantrel-json \
+  vantrel-plot vantrel-remote

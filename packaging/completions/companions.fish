@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # Completion of the companion programs for fish. A test compares the options with the programs' help.
 
-for companion in vantrel-convert vantrel-encode vantrel-json vantrel-plot vantrel-remote
+for companion in vantrel-convert vantrel-encode vantrel-explain vantrel-json vantrel-plot vantrel-remote
     complete -c $companion -s h -l help -d 'Show help'
     complete -c $companion -s V -l version -d 'Show the version'
 end
@@ -17,6 +17,7 @@ complete -c vantrel-encode -s f -l from-json -d 'Send what vantrel-json decoded'
 complete -c vantrel-encode -s l -l list -d 'Show all protocols'
 complete -c vantrel-encode -s j -l json -d 'Show them as JSON'
 complete -c vantrel-encode -s d -l definitions -r -d 'Read further protocols'
+complete -c vantrel-explain -s p -l protocol -x -d 'Tell of this protocol alone'
 complete -c vantrel-json -s 1 -l first -d 'Stop at the first decoded pattern'
 complete -c vantrel-plot -s s -l svg -r -d 'Write an SVG picture'
 complete -c vantrel-plot -s H -l histogram -d 'Show how long marks and spaces are'

@@ -71,7 +71,7 @@ TEST(VantrelJson, FirstStopsAtANamedPattern) {
 }
 
 TEST(Companions, SayWhatTheyCannotDo) {
-  for (const char* program : {VANTREL_CONVERT, VANTREL_JSON, VANTREL_PLOT}) {
+  for (const char* program : {VANTREL_CONVERT, VANTREL_EXPLAIN, VANTREL_JSON, VANTREL_PLOT}) {
     EXPECT_EQ(run(program, {"--help"}).status, 0);
     EXPECT_EQ(run(program, {"--version"}).out.substr(0, 8), "vantrel-");
     EXPECT_EQ(run(program, {"--nonsense"}).status, 1);

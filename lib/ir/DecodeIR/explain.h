@@ -4,6 +4,7 @@
 #pragma once
 
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -19,12 +20,17 @@ struct attempt {
 };
 
 struct explanation {
+  int first = 0, bursts = 0;      // which of the signal are explained
   std::optional<answer> found;    // of the first recogniser that claims the frame
-  std::vector<attempt> attempts;  // those that came closest first
+  proof by;                       // what speaks for it; no bits where it does not say
+  std::vector<attempt> attempts;  // one a protocol, those that came closest first
 };
 
 /// Shows the frame to every recogniser. The listener of the frame is not told.
 explanation explain(const frame& seen);
+/// The same for the frame of a signal that is named first, or else for the longest one. Durations
+/// in µs, mark first.
+explanation explain(std::span<const int> durations);
 
 /// A reason in words: "the clock", "the number of bursts".
 const char* text_of(reason why);

@@ -77,6 +77,11 @@ struct frame {
     return std::nullopt;
   }
 
+  /// For rows that have read the frame: tells the listener what speaks for them.
+  void proved(const proof& by) const {
+    if (listener != nullptr) listener->proved(by);
+  }
+
   /// How the search lets a frame grow: from `bursts` bursts at `at`, `gap` µs behind what is before
   /// it, to as many as it likes.
   void begin(const float* at, int bursts, float gap);

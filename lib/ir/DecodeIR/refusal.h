@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Why a reader refuses a frame. Readers note the reason where they give up, which costs a few
-// stores and nothing otherwise; recognisers pass it on to the listener of the frame, when it has
-// one.
+// Why a reader refuses a frame, and what speaks for one that it takes. Readers note the reason
+// where they give up, which costs a few stores and nothing otherwise; recognisers pass it on to the
+// listener of the frame, when it has one.
 #pragma once
 
 #include <cstdint>
@@ -45,9 +45,23 @@ struct refusal {
   }
 };
 
+/// What speaks for a frame that has been read, beside durations in their limits.
+struct proof {
+  int bits = 0;
+  int checked = 0;    // of them, which say nothing new
+  float clock = 0;    // of the remote as a fraction of the nominal one, 0: not told
+  float bias_us = 0;  // by which marks are longer; 0 with the clock
+};
+
+struct frame;
+
 class refusal_listener {
  public:
   virtual ~refusal_listener() = default;
+  /// A recogniser looks at this frame of a search.
+  virtual void asked(const frame&) {}
+  /// A row has read the frame.
+  virtual void proved(const proof&) {}
   /// `protocol` is the name of a row, or null for what the recogniser itself reads.
   virtual void refused(const char* protocol, const refusal& why) = 0;
 };

@@ -162,6 +162,7 @@ bool Signal::callRecognisers() {
 
 bool Signal::recognise(int index) {
   recogniserIndex_ = index;
+  if (frame_.listener != nullptr) frame_.listener->asked(frame_);
   const auto found = recognisers_[static_cast<size_t>(index)].ask(frame_);
   if (found) claim(*found);
   return found.has_value();

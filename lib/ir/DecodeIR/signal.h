@@ -33,6 +33,9 @@ class Signal {
   void decode();
   /// decode, and the repeats of what it found: the results of a whole key press.
   void decode2();
+  /// Tells what recognisers are asked, and what they say, until the signal is gone or null is
+  /// given.
+  void listen(analysis::refusal_listener* to) { frame_.listener = to; }
   /// Whether decode2 came to the end of the signal: another call, with the same context, would find
   /// nothing.
   [[nodiscard]] bool exhausted() const { return exhausted_; }

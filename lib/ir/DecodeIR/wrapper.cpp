@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The signal analysis of one captured packet, as the program calls it.
+#include "lib/ir/DecodeIR/wrapper.h"
+
 #include <algorithm>
 #include <array>
 
@@ -7,13 +9,7 @@
 #include "lib/ir/ir_packet.h"
 #include "lib/ir/result.h"
 
-namespace {
-
-constexpr int kCarrierHz = 38380;  // the device does not measure it
-constexpr int kFinalSpaceUs = 50;  // completes the last burst of a packet that ends in a mark
-constexpr size_t kTextSize = 255;
-
-}  // namespace
+using namespace analysis;
 
 void DecodeIR(struct ir_packet* packet, size_t count) {
   std::array<int, std::size(ir_packet{}.buf) + 1> bursts;

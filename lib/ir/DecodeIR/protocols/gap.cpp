@@ -104,6 +104,7 @@ std::optional<answer> read_distance(const frame& seen, decltype(read_pulse_dista
       seen.refused(why, candidate->name);
       continue;
     }
+    seen.proved({wire.bits, candidate->redundancy(), fitted.fit.scale, fitted.fit.bias});
     found->level = level;
     if (candidate->repeat != nullptr) {
       count_dittos(seen, wire, *candidate->repeat, fitted.fit.scale, fitted.fit.bias, &*found);

@@ -85,7 +85,10 @@ std::optional<answer> read_rows(std::span<const row> rows, const frame& seen) {
         (wire.width() != nullptr ? read_pulse_width(seen, *wire.width(), &fitted.bits, &why)
                                  : read_bi_phase(seen, *wire.phase(), &fitted.bits, &why));
     if (fits && fitted.checks_hold()) {
-      if (auto found = fitted.read()) return found;
+      if (auto found = fitted.read()) {
+        seen.proved({.bits = wire.bits(), .checked = candidate.redundancy()});
+        return found;
+      }
     }
     seen.refused(fits ? refusal{reason::check} : why, candidate.name);
   }
