@@ -31,6 +31,10 @@ inline constexpr pulse_distance kLgFast{512, {17, 8}, 1, 1, 3, 28};
 inline constexpr pulse_distance kLgShortLead{500, {6.4F, 19.5F}, 1, 1, 3, 28};
 // Two frames follow each other; the program's patterns end with the first.
 inline constexpr pulse_distance kMidea = pulse_distance{550, {8, 8}, 1, 1, 3, 48}.gaps(4300, 4300).uneven();
+inline constexpr pulse_distance kToshiba72 = pulse_distance{545, {8, 8}, 1, 1, 3, 72}.gaps(5000, 5000).uneven();
+inline constexpr pulse_distance kHeavy88 = pulse_distance{400, {8, 4}, 1, 1, 3, 88}.uneven();
+inline constexpr pulse_distance kChigo = pulse_distance{555, {11, 7400 / 555.0F}, 1, 1, 3, 96}.gaps(6500, kGapBeforeUs).uneven();
+inline constexpr pulse_distance kSamsung56 = pulse_distance{480, {3280 / 480.0F, 9050 / 480.0F}, 1.5F, 490 / 480.0F, 1420 / 480.0F, 56};
 inline constexpr pulse_distance kJvc = pulse_distance{527, {16, 8}, 1, 1, 3, 16}.clock(0.945F, 1.04F);
 inline constexpr pulse_distance kJvcShort = pulse_distance{
     527, {7950 / 527.0F, 3900 / 527.0F}, 1, 1, 3, 16}.clock(0.945F, 1.04F);
@@ -88,6 +92,7 @@ inline constexpr pulse_distance leadless(float unit, float mark, float zero, flo
 }
 inline constexpr pulse_distance kSharp = leadless(264, 1, 3, 7, 15, 12000, 0.08F).any_marks(484);
 inline constexpr pulse_distance kSharpOld = leadless(264, 1, 3, 7, 12, 12000, 0.04F);
+inline constexpr pulse_distance kVoltas = leadless(515, 2, 550 / 515.0F, 2530 / 515.0F, 80, 12000, 0.08F);
 inline constexpr pulse_distance kMitsubishi = leadless(300, 1, 3, 7, 16, 12000, 0.06F);
 // As fast as JVC's repeats, whose marks are half of the short burst, not a quarter.
 inline constexpr pulse_distance kMitsubishiFast = leadless(264, 1, 3, 7, 16, 12000, 0.07F).marks(0, kJvcShortestMarkUs);

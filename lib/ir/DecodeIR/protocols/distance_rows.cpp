@@ -109,6 +109,23 @@ constexpr row kRows[] = {
      .function = {40, 8}, .check_bits = 4, .check = makerParity, .finish = readKaseikyo,
      .extras = {{"E=", {32, 8}}, {"G=", {48, 8}}}},
 
+    // Air conditioners' messages
+    {.name = "Fujitsu-AC-56", .wire = &kKaseikyo56, .device = {0, 8}, .subdevice = {8, 8},
+     .function = {40, 8}, .constants = {{0, 32, 0x10006314}, {32, 8, 16}}, .mirrors = {{40, 48, 8}}},
+    {.name = "Toshiba-72", .wire = &kToshiba72, .device = {0, 8}, .subdevice = {8, 8},
+     .mirrors = {{0, 8, 8}, {16, 24, 8}}, .check_bits = 8, .check = toshibaXor, .finish = tellBytes},
+    {.name = "MitsubishiHeavy-88", .wire = &kHeavy88, .device = {0, 8}, .subdevice = {8, 8},
+     .constants = {{0, 24, 0xC3AE52}}, .check_bits = 32, .check = stateComplemented,
+     .finish = tellBytes},
+    {.name = "Chigo-96", .wire = &kChigo, .device = {0, 8}, .subdevice = {8, 8}, .check_bits = 48,
+     .check = allBytesComplemented, .finish = tellBytes},
+    {.name = "Chigo-96-sum", .wire = &kChigo, .device = {0, 8}, .subdevice = {8, 8}, .check_bits = 8,
+     .check = lastByteIsSum, .finish = tellBytes},
+    {.name = "Voltas-80", .wire = &kVoltas, .msb = true, .device = {0, 8}, .subdevice = {8, 8},
+     .check_bits = 8, .check = bytesAddUpTo255, .finish = tellBytes},
+    {.name = "Samsung-56", .wire = &kSamsung56, .device = {0, 8}, .subdevice = {8, 8},
+     .check_bits = 8, .check = samsungCount, .finish = tellBytes},
+
     // Halves that repeat or complement each other
     {.name = "GuangZhou", .wire = &kDigivision, .device = {2, 6}, .subdevice = {16, 8},
      .function = {8, 8}, .constants = {{0, 2, 3}},

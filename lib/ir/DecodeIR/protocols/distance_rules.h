@@ -14,12 +14,15 @@ inline constexpr float kAkaiLongestMarkUs = 452;
 inline constexpr float kJvcShortestMarkUs = 385;
 
 // Checks: whether the frame's check bits agree with its data.
+bool allBytesComplemented(const reading& read);
 bool anthemSum(const reading& read);
+bool bytesAddUpTo255(const reading& read);
 bool denonKXor(const reading& read);
 bool greeState(const reading& read);
 bool gi4dtvParity(const reading& read);
 bool giCableSum(const reading& read);
 bool kaseikyoXor(const reading& read);
+bool lastByteIsSum(const reading& read);
 bool legoXor(const reading& read);
 bool lgSum(const reading& read);
 bool lumagenParity(const reading& read);
@@ -27,8 +30,11 @@ bool makerParity(const reading& read);
 bool mitsubishiKSum(const reading& read);
 bool mideaSum(const reading& read);
 bool pairsDiffer(const reading& read);
+bool samsungCount(const reading& read);
 bool sharpDvdXor(const reading& read);
+bool stateComplemented(const reading& read);
 bool teacKSum(const reading& read);
+bool toshibaXor(const reading& read);
 bool xorOfThree(const reading& read);
 bool xorOfFour(const reading& read);
 
@@ -50,5 +56,6 @@ bool readNecx(const reading& read, answer* out);
 bool read48Nec(const reading& read, answer* out);
 bool readRecs80(const reading& read, answer* out);
 bool readPid0083(const reading& read, answer* out);
+bool tellBytes(const reading& read, answer* out);
 
 }  // namespace analysis
