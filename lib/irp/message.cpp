@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
-#include <ranges>
 
 #include "lib/irp/layout.h"
 
@@ -220,8 +219,8 @@ MessageReader::MessageReader(const Protocols& protocols) {
 MessageReader::~MessageReader() = default;
 
 bool MessageReader::reads(const Protocol& protocol) const {
-  return std::ranges::any_of(layouts_ | std::views::values, [&](const auto& alike) {
-    return std::ranges::find(alike, &protocol, &Layout::protocol) != alike.end();
+  return std::ranges::any_of(layouts_, [&](const auto& alike) {
+    return std::ranges::find(alike.second, &protocol, &Layout::protocol) != alike.second.end();
   });
 }
 
