@@ -24,7 +24,7 @@ constexpr double kWidthSpread = 1.5;     // and with pulse width a mark, which r
 constexpr double kOneSpace = 1.8;        // where all bits are alike: a one's space to its mark
 constexpr double kUnlikeMarks = 1.4;     // pulse width: the longer mark to the shorter
 constexpr double kAlikeSpaces = 1.8;     // and a space behind one kind of mark to the typical one
-constexpr size_t kMostStrays = 4;        // of which one in so many may differ
+constexpr size_t kMostStrays = 10;       // of which one in so many may differ
 constexpr size_t kSymbolsPerOdd = 8;     // one symbol of so many may be like none
 
 /// What the symbols of a signal look like.

@@ -80,6 +80,7 @@ std::vector<analysis_answer> ask_analysis(std::span<const int> durations) {
     if (protocol[0] == '\0') break;
     found.protocol = protocol.data();
     found.misc = misc.data();
+    found.place = signal.place_of_press();
     answers.push_back(std::move(found));
     if (signal.exhausted()) break;
   }

@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "lib/ir/DecodeIR/answer.h"
+
 namespace companions {
 
 /// The program's own decoders.
@@ -24,6 +26,7 @@ struct analysis_answer {
   int device, subdevice, obc;
   std::array<int, 4> hex;
   std::string misc;
+  analysis::press_place place = {};
 };
 
 /// The mark/space matchers.

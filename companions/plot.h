@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "companions/coding.h"
+#include "companions/heard.h"
 
 namespace companions {
 
@@ -19,6 +19,10 @@ struct plotted {
   std::vector<int> durations;  // µs, mark and space in turn, a mark first
   coding form;
 };
+
+/// The coding of a signal as pictures show it: the bits are where the signal analysis says, if it
+/// names the signal.
+coding drawn_coding(const heard_signal& heard);
 
 /// How a terminal shows text.
 struct screen {

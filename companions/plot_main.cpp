@@ -38,11 +38,11 @@ screen this_terminal() {
   return found;
 }
 
-plotted prepare(const input& from) {
+plotted prepare(const input& from, bool bytes) {
   heard_signal heard = hear(std::get<pattern>(from.read.what));
   std::string title = analysis_line(heard);
-  return {from.source + ':' + std::to_string(from.read.line), std::move(title),
-          std::move(heard.durations), std::move(heard.form)};
+  return {from.source + ':' + std::to_string(from.read.line), std::move(title), heard.durations,
+          bytes ? heard.form : drawn_coding(heard)};
 }
 
 bool write_svg(const std::string& path, const std::vector<plotted>& signals, bool histogram) {
@@ -94,7 +94,7 @@ int run(int argc, char** argv) {
       print_fault(from, *fault);
       return verdict::kFailed;
     }
-    auto signal = prepare(from);
+    auto signal = prepare(from, bytes);
     if (together) {
       kept.push_back(std::move(signal));
     } else {

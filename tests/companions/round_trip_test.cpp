@@ -111,6 +111,29 @@ TEST(VantrelPlot, WritesTheBitsAndTheResultLineIntoTheSvg) {
   EXPECT_TRUE(result.out.ends_with("</svg>\n"));
 }
 
+TEST(VantrelPlot, DrawsBitsWhereTheAnalysisSays) {
+  const struct {
+    const char* protocol;
+    irp::Parameters parameters;
+    size_t lead, part;  // durations of the lead-in and of bits, and one each in the legend
+  } cases[] = {
+      {"XMP", {{"D", 115}, {"S", 138}, {"F", 770}}, 0, 33},  // sixteen symbols
+      {"DirecTV_P0", {{"D", 3}, {"F", 9}}, 3, 17},           // four, of marks and of spaces
+  };
+  for (const auto& c : cases) {
+    const std::string text = irp::csv(frame(c.protocol, c.parameters));
+    const std::string out = run(VANTREL_PLOT, {"--svg", "-"}, text + "\n").out;
+    const auto count = [&](const std::string& style) {
+      size_t found = 0;
+      for (size_t at = 0; (at = out.find("<" + style, at)) != std::string::npos; at++) ++found;
+      return found;
+    };
+    EXPECT_EQ(count("rect class=\"lead\" x"), c.lead) << c.protocol;
+    EXPECT_EQ(count("rect class=\"part\" x"), c.part) << c.protocol;
+    EXPECT_EQ(count("text class=\"bit\""), 0U) << c.protocol;
+  }
+}
+
 TEST(VantrelPlot, MarksTheBytesThatDiffer) {
   const auto midea = [](int64_t temperature) {
     const irp::Parameters state = {

@@ -65,6 +65,14 @@ struct burst_layout {
   }
 };
 
+/// Where the frames of a key press are in a signal.
+struct press_place {
+  int first = 0;             // burst of the first one
+  int length = 0;            // bursts of each
+  int frames = 0;            // 1 + copies; 0 where dittos follow, which `length` counts
+  burst_layout layout = {};  // of each
+};
+
 /// Code bytes as remote code tables write them, -1 for none.
 struct code_bytes {
   int first = -1, second = -1, third = -1, fourth = -1;

@@ -112,6 +112,8 @@ void Signal::decode2() {
   }
   tellPress(&held);
   writeResults(held.kept);
+  place_ = {held.kept.start(), held.kept.end() - held.kept.start(),
+            held.kept.has_dittos ? 0 : held.whole.frames, held.kept.layout};
   context_[0] = held.last.context[0];
   context_[1] = held.last.context[1];
   finish(held.kept, held.last, held.whole.frames);

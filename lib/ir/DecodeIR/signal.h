@@ -36,6 +36,8 @@ class Signal {
   /// Tells what recognisers are asked, and what they say, until the signal is gone or null is
   /// given.
   void listen(analysis::refusal_listener* to) { frame_.listener = to; }
+  /// Where decode2 found what it names.
+  [[nodiscard]] const analysis::press_place& place_of_press() const { return place_; }
   /// Whether decode2 came to the end of the signal: another call, with the same context, would find
   /// nothing.
   [[nodiscard]] bool exhausted() const { return exhausted_; }
@@ -153,4 +155,5 @@ class Signal {
   // Kept from one decode to the next: frames that follow may continue the result.
   bool xmpFlag_ = false;
   bool exhausted_ = false;
+  analysis::press_place place_;
 };
