@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdio>
 #include <numeric>
+#include <span>
 #include <utility>
 
 #include "companions/clusters.h"
@@ -78,12 +79,14 @@ void draw_wave(std::ostream& out, const plotted& signal, const row& r, cursor& w
   out << '\n';
 }
 
-/// The bits that begin in this row, each below the start of its burst.
-void draw_bits(std::ostream& out, const std::vector<drawn_bits>& all, const row& r) {
+/// Takes the bits that begin in this row from the front of the rest, and writes each below the
+/// start of its burst.
+void draw_bits(std::ostream& out, std::span<const drawn_bits>& rest, const row& r) {
   std::string line;
-  for (const drawn_bits& symbol : all) {
+  for (; !rest.empty(); rest = rest.subspan(1)) {
+    const drawn_bits& symbol = rest.front();
     const int64_t column = symbol.at_us / r.step - r.first;
-    if (column < 0 || column >= r.end - r.first) continue;
+    if (column >= r.end - r.first) break;
     if (std::cmp_less(line.size(), column)) line.resize(static_cast<size_t>(column), ' ');
     line += symbol.bits;
   }
@@ -155,11 +158,12 @@ void plot_text(std::ostream& out, const plotted& signal, const screen& to) {
   const int width = std::max(to.columns, kFewestColumns) / kColumnsPerTick * kColumnsPerTick;
 
   const auto bits = bits_of(signal);
+  std::span rest(bits);
   cursor walk(signal.durations);
   for (int first = 0; first < columns; first += width) {
     const row r{first, std::min(first + width, columns), step};
     draw_wave(out, signal, r, walk, to.colour);
-    draw_bits(out, bits, r);
+    draw_bits(out, rest, r);
     draw_axis(out, r);
   }
   out << '\n';
