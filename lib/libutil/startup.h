@@ -3,7 +3,7 @@
 //
 // A module registers in a constructor function with a priority from this list:
 //
-//   [[gnu::constructor(startup::kAnalyzerNec)]] static void REGFUNC__iranalyzer() { … }
+//   [[gnu::constructor(startup::kCommand)]] static void REGFUNC__version() { … }
 //
 // The linker sorts such functions by priority over all object files, so the order below holds
 // whatever the link order is. Lower numbers run first. A constructor may rely on everything
@@ -17,28 +17,7 @@ enum priority : int {
 
   kCommand = 200,  // the registry sorts commands by name, so they share one priority
 
-  kAnalyzerNec = 300,
-  kAnalyzerRc5,
-  kAnalyzerMce,
-  kAnalyzerXmp,
-  kAnalyzerOrtek,
-  kAnalyzerSharp,
-  kAnalyzerSony,
-  kAnalyzerDenon,
-  kAnalyzerZarvo,
-  kAnalyzerNokia,
-  kAnalyzerTdc,
-
-  kProtocolXmp = 400,
-  kProtocolSony,
-  kProtocolDenon,
-  kProtocolNec,
-  kProtocolNone,
-  kProtocolRc5,
-  kProtocolRc6,
-  kProtocolZarvo,
-  kProtocolNokia,
-  kProtocolTdc,
+  kFirstInfrared = 300,  // lib/ir/startup.h goes on from here
 };
 
 }  // namespace startup

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Denon: marks of one unit, spaces of three or seven; no lead.
 #include "lib/ir/analyzer.h"
-#include "lib/libutil/startup.h"
+#include "lib/ir/startup.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 // RC6 as media-centre remotes send it: a lead of six and two half bits, the start bit and the
 // mode bits 110, then bi-phase durations of one or two half bits.
 #include "lib/ir/analyzer.h"
-#include "lib/libutil/startup.h"
+#include "lib/ir/startup.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 // NEC: a lead of 16 or 8 units, then every mark one unit and every space one or three. A key
 // that is held sends short repeat frames whose lead space has half the length.
 #include "lib/ir/analyzer.h"
-#include "lib/libutil/startup.h"
+#include "lib/ir/startup.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Nokia: a lead mark and space, then short marks of one length and spaces that carry two bits.
 #include "lib/ir/analyzer.h"
-#include "lib/libutil/startup.h"
+#include "lib/ir/startup.h"
 
 namespace {
 

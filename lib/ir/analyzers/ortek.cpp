@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Ortek: a lead of four units, then bi-phase durations of one or two units.
 #include "lib/ir/analyzer.h"
-#include "lib/libutil/startup.h"
+#include "lib/ir/startup.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 // Sharp: marks of one unit, spaces of three or seven; no lead. The first space is always taken
 // for a long one.
 #include "lib/ir/analyzer.h"
-#include "lib/libutil/startup.h"
+#include "lib/ir/startup.h"
 
 namespace {
 

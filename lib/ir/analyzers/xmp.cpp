@@ -2,7 +2,7 @@
 // XMP: short marks of one length, spaces that carry the nibbles, and one long space between the
 // two halves of a frame.
 #include "lib/ir/analyzer.h"
-#include "lib/libutil/startup.h"
+#include "lib/ir/startup.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 // The device's own protocol: a lead mark, eight marks of one length whose spaces carry bits, and
 // a second lead mark before the bi-phase part, which is not looked at.
 #include "lib/ir/analyzer.h"
-#include "lib/libutil/startup.h"
+#include "lib/ir/startup.h"
 
 namespace {
 

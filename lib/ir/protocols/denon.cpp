@@ -16,8 +16,8 @@
 #include "lib/ir/ir_hash.h"
 #include "lib/ir/protocols.h"
 #include "lib/ir/result.h"
+#include "lib/ir/startup.h"
 #include "lib/liblog/logging.h"
-#include "lib/libutil/startup.h"
 
 namespace {
 

@@ -18,8 +18,8 @@
 // Sample      address 0x00 0xFF, command 0x10 0xEF: "NEC32", scancode 0xEF10FF00
 #include "lib/ir/protocols.h"
 #include "lib/ir/result.h"
+#include "lib/ir/startup.h"
 #include "lib/liblog/logging.h"
-#include "lib/libutil/startup.h"
 
 namespace {
 

@@ -20,7 +20,7 @@
 // Sample      12 bits 0xA53: a frame of 15 durations, scancode 0x00000A53
 #include "lib/ir/ir_hash.h"
 #include "lib/ir/protocols.h"
-#include "lib/libutil/startup.h"
+#include "lib/ir/startup.h"
 
 namespace {
 

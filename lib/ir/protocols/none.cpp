@@ -3,7 +3,7 @@
 // for every press of a key, stands in for the scancode.
 #include "lib/ir/ir_hash.h"
 #include "lib/ir/protocols.h"
-#include "lib/libutil/startup.h"
+#include "lib/ir/startup.h"
 
 namespace {
 

@@ -19,7 +19,7 @@
 //             RC5X: address in bits 16-20, command in 8-13, data in 0-5
 // Sample      address 5, command 53: scancode 0x00000535
 #include "lib/ir/protocols.h"
-#include "lib/libutil/startup.h"
+#include "lib/ir/startup.h"
 
 namespace {
 

@@ -16,8 +16,8 @@
 // Scancode    the 32 bits
 // Sample      maker 0x800F, toggle 0, device 4, function 0x0D: scancode 0x800F040D
 #include "lib/ir/protocols.h"
+#include "lib/ir/startup.h"
 #include "lib/liblog/logging.h"
-#include "lib/libutil/startup.h"
 
 namespace {
 

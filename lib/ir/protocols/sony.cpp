@@ -16,8 +16,8 @@
 // Scancode    device in bits 16-23, subdevice in 8-15, function in 0-7
 // Sample      device 1, function 21 in 12 bits, with its final space: scancode 0x00010015
 #include "lib/ir/protocols.h"
+#include "lib/ir/startup.h"
 #include "lib/liblog/logging.h"
-#include "lib/libutil/startup.h"
 
 namespace {
 

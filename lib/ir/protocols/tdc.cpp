@@ -17,8 +17,8 @@
 // The decoder is listed as "ZARVO" and its results carry that protocol: the device's own remotes
 // are sold with these boxes, and what reads the results knows one name for both.
 #include "lib/ir/protocols.h"
+#include "lib/ir/startup.h"
 #include "lib/liblog/logging.h"
-#include "lib/libutil/startup.h"
 
 namespace {
 

@@ -21,8 +21,8 @@
 #include <array>
 
 #include "lib/ir/protocols.h"
+#include "lib/ir/startup.h"
 #include "lib/liblog/logging.h"
-#include "lib/libutil/startup.h"
 
 namespace {
 

@@ -20,7 +20,7 @@
 
 #include "lib/ir/protocols.h"
 #include "lib/ir/result.h"
-#include "lib/libutil/startup.h"
+#include "lib/ir/startup.h"
 
 namespace {
 
