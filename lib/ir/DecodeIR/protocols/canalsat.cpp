@@ -61,8 +61,6 @@ static_assert(are_sound(kRows));
 
 }  // namespace
 
-std::optional<answer> canalsat(const frame& seen) {
-  return read_rows(kRows, seen);
-}
+constinit const std::span<const row> kCanalSatRows = kRows;
 
 }  // namespace analysis

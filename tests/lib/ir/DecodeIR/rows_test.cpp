@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "lib/ir/DecodeIR/explain.h"
+#include "lib/ir/DecodeIR/protocols/protocols.h"
 #include "lib/ir/DecodeIR/recognisers.h"
 #include "tests/support/decode_ir_call.h"
 
@@ -17,10 +18,15 @@ namespace {
 
 using namespace analysis;
 
-/// The rows that take a frame, in the order in which they are asked.
-std::vector<const row*> takers(const std::vector<int>& sent) {
+std::vector<float> with_gap(const std::vector<int>& sent) {
   std::vector<float> bursts(sent.begin(), sent.end());
   if (bursts.size() % 2 == 1) bursts.push_back(50000);
+  return bursts;
+}
+
+/// The rows that take a frame, in the order in which they are asked.
+std::vector<const row*> takers(const std::vector<int>& sent) {
+  const std::vector<float> bursts = with_gap(sent);
   const frame seen(bursts);
   std::vector<const row*> found;
   for (const row* const candidate : distance_rows(seen.length)) {
@@ -35,9 +41,9 @@ std::vector<const row*> takers(const std::vector<int>& sent) {
   return found;
 }
 
-std::map<std::string, std::vector<int>> frames() {
+std::map<std::string, std::vector<int>> frames(std::string_view member = "tryGap") {
   std::map<std::string, std::vector<int>> found;
-  for (const std::string& protocol : contract::protocols("tryGap")) {
+  for (const std::string& protocol : contract::protocols(member)) {
     const contract::Counts counts{.clean = 5, .received = 0, .repeated = 0};
     int number = 0;
     for (const contract::Sample& sample : contract::samples(protocol, 3, counts)) {
@@ -73,6 +79,26 @@ TEST(Rows, NoTwoTakeAFrameWithEqualProof) {
     const std::vector<const row*> found = takers(sent);
     if (found.size() < 2 || found[0]->redundancy() > found[1]->redundancy()) continue;
     EXPECT_STREQ(found[0]->name, found[1]->name) << name << ": " << irp::csv(sent);
+  }
+}
+
+const std::span<const row> kTables[] = {kAdNotamRows, kBrystonRows, kCanalSatRows,        kF12Rows,
+                                        kGxbRows,     kMcir2Rows,   kSingleBurstSizeRows, kSonyRows,
+                                        kSunfireRows, kTdcRows};
+
+TEST(Rows, EachOfPulseWidthAndBiPhaseReadsAFrame) {
+  std::set<const row*> taken;
+  for (const auto& [name, sent] : frames({})) {
+    const std::vector<float> bursts = with_gap(sent);
+    if (bursts.size() > 2 * frame::kMostBursts) continue;
+    for (const std::span<const row> table : kTables) {
+      for (const row& one : table) {
+        if (read_rows({&one, 1}, frame(bursts))) taken.insert(&one);
+      }
+    }
+  }
+  for (const std::span<const row> table : kTables) {
+    for (const row& one : table) EXPECT_TRUE(taken.contains(&one)) << one.name;
   }
 }
 
