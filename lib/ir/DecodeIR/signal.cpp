@@ -56,15 +56,18 @@ Signal::Signal(unsigned int* context, const int* bursts, int freq, int singleCou
     nSingle_ = nRepeat_ = nExtra_ = 0;
     return;
   }
-  bursts_ = std::make_unique<float[]>(static_cast<size_t>(2 * total) + 4);
-  float* to = bursts_.get();
+  const auto size = static_cast<size_t>(2 * total) + kZerosBehind;
+  if (size > kInPlace) allocated_ = std::make_unique<float[]>(size);
+  bursts_ = allocated_ != nullptr ? allocated_.get() : in_place_.data();
+  float* to = bursts_;
   const int* const repeat = bursts + 2 * nSingle_;
   const int* const extra = repeat + 2 * nRepeat_;
   const auto widen = [](int us) { return static_cast<float>(us); };
   to = std::transform(bursts, repeat, to, widen);
   to = std::transform(repeat, extra, to, widen);
   to = std::transform(repeat, extra, to, widen);
-  std::transform(extra, extra + 2 * nExtra_, to, widen);
+  to = std::transform(extra, extra + 2 * nExtra_, to, widen);
+  std::fill_n(to, kZerosBehind, 0.0F);
 
   lastBurst_ = nSingle_ + 2 * nRepeat_;
   secondCopy_ = nSingle_ + nRepeat_;
@@ -76,7 +79,7 @@ Signal::Signal(unsigned int* context, const int* bursts, int freq, int singleCou
     lastBurst_ = nSingle_;
   }
   if (nRepeat_ == 0) {
-    float& end = bursts_[static_cast<size_t>(2 * nSingle_ - 1)];
+    float& end = bursts_[2 * nSingle_ - 1];
     if (end > kNoSpaceUs && end < receiver::kShortestGapUs) cut_us_ = end;
     end = kEndGapUs;
   }
@@ -115,7 +118,7 @@ void Signal::searchFrom(int start) {
     const float* const at = burstAt(frame_.before);
     float gap = frame_.before == 0 ? analysis::frame::kSilenceUs : at[-1];
     if (frame_.before == nSingle_ && nRepeat_ > 0) {
-      gap = std::max(gap, bursts_[static_cast<size_t>(2 * (nSingle_ + nRepeat_) - 1)]);
+      gap = std::max(gap, bursts_[2 * (nSingle_ + nRepeat_) - 1]);
     }
     const bool startsHere = frame_.before == 0 || frame_.before == nSingle_ ||
                             at[-1] + 0.5F * at[-2] > at[0] + at[1] ||
@@ -201,7 +204,7 @@ int Signal::getFreq(int first, int end) const {
     // The caller's data knows the repeat part once.
     const int slot = i < secondCopy_ ? i : i - copiedBursts_;
     cycles += cycles_[slot] & 0xFFFF;
-    onTime += static_cast<double>(bursts_[static_cast<size_t>(2 * i)]);
+    onTime += static_cast<double>(bursts_[2 * i]);
   }
   if (cycles == end - first || onTime <= 0) return 0;  // one cycle a burst: not modulated
   const double hz = 1e6 * static_cast<double>(cycles) / onTime;

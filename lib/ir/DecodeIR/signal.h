@@ -102,7 +102,7 @@ class Signal {
   enum class verdict { kCopy, kX10Copy, kSupersedes, kAbsorbed, kEnd };
 
   [[nodiscard]] const float* burstAt(int i) const {
-    return bursts_.get() + 2 * static_cast<ptrdiff_t>(i);
+    return bursts_ + 2 * static_cast<ptrdiff_t>(i);
   }
   void searchFrom(int start);
   bool tryFrame(const float* at, float gap);
@@ -131,7 +131,11 @@ class Signal {
   int* hex_;
 
   // --- The signal -------------------------------------------------------------------------
-  std::unique_ptr<float[]> bursts_;             // single, repeat, repeat again, extra, four zeros
+  static constexpr size_t kZerosBehind = 4;
+  static constexpr size_t kInPlace = 256 + kZerosBehind;  // durations: those of a packet
+  std::array<float, kInPlace> in_place_;
+  std::unique_ptr<float[]> allocated_;          // for a longer one
+  float* bursts_ = nullptr;                     // single, repeat, repeat again, extra, zeros
   int nSingle_, nRepeat_, nExtra_;              // bursts
   int lastBurst_;                               // bursts that a frame may reach to (exclusive)
   int extraStart_ = 0;                          // first burst of the extra part, 0 for none
