@@ -17,7 +17,7 @@ struct reading {
   sent_frame sent;
   distortion found;
 
-  void add_bit(bool bit) { bits = bits << 1 | (bit ? 1U : 0U); }
+  void add_bit(bool bit) { bits = bits << 1 | static_cast<unsigned>(bit); }
 };
 
 // Splits at the middle between the two bursts, which neither bias nor clock can reach. A last
@@ -26,12 +26,13 @@ void read_symbols(const mark_space& row, std::span<const uint16_t> durations, re
   const unsigned zero = row.zero.burst_us();
   const unsigned one = row.one.burst_us();
   const unsigned middle = (zero + one) / 2;
+  const std::array<symbol, 2> symbols = {row.zero, row.one};  // no branch could tell the bits
   for (size_t i = 0; i < row.lead.count; i++) r.sent.add(row.lead.sent[i]);
   for (size_t i = r.sent.size(); i + 1 < durations.size(); i += 2) {
     const unsigned burst = durations[i] + durations[i + 1];
     const bool bit = (burst > middle) == (one > zero);
     r.add_bit(bit);
-    r.sent.add(bit ? row.one : row.zero);
+    r.sent.add(symbols[bit]);
   }
   r.found = distortion_of(durations, r.sent, 2 * row.lead.count);
   if (row.end == ending::last_symbol) {
