@@ -1,11 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What a pattern costs on its way through decode, step by step, and a whole file as a process.
+// What a pattern costs on its way through decode, step by step.
 // What the code under test prints goes to a temporary file; the results go to standard output.
 #include <benchmark/benchmark.h>
-#include <spawn.h>
-#include <sys/resource.h>
-#include <sys/time.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
@@ -17,6 +13,7 @@
 #include <string>
 #include <vector>
 
+#include "bench/count_allocations.h"
 #include "lib/csv.h"
 #include "lib/ir/DecodeIR/DecodeIR.h"
 #include "lib/ir/arduino/arduino.h"
@@ -103,10 +100,14 @@ void keep_output_small() {
 
 template <class Code>
 void measure(benchmark::State& state, Code code) {
+  code();  // what is allocated once
+  const size_t before = allocations_so_far();
   for (auto _ : state) {
     code();
     keep_output_small();
   }
+  const auto allocations = static_cast<double>(allocations_so_far() - before);
+  state.counters["allocations"] = allocations / static_cast<double>(state.iterations());
   state.SetItemsProcessed(state.iterations());
 }
 
@@ -196,65 +197,6 @@ class TemporaryFile {
  private:
   std::string path_ = "/tmp/vantrel-bench-XXXXXX";
 };
-
-/// What a process took.
-struct cost {
-  double real_s, cpu_s;
-};
-using cost_part = double cost::*;
-
-double seconds(const timeval& t) {
-  constexpr double kUsPerSecond = 1e6;
-  return static_cast<double>(t.tv_sec) + static_cast<double>(t.tv_usec) / kUsPerSecond;
-}
-
-/// Runs the program again and again, each time to its end and with its output in our own.
-void run_program(benchmark::State& state, const std::vector<std::string>& words,
-                 cost_part measured) {
-  std::vector<char*> argv;
-  for (const std::string& word : words) argv.push_back(const_cast<char*>(word.c_str()));
-  argv.push_back(nullptr);
-  for (auto _ : state) {
-    std::rewind(stdout);
-    timeval begin{};
-    timeval end{};
-    rusage used{};
-    pid_t child = 0;
-    int status = 1;
-    gettimeofday(&begin, nullptr);
-    if (posix_spawn(&child, argv[0], nullptr, nullptr, argv.data(), environ) == 0) {
-      ::wait4(child, &status, 0, &used);
-    }
-    gettimeofday(&end, nullptr);
-    if (status != 0) {
-      state.SkipWithError("the program failed");
-      break;
-    }
-    const cost taken = {.real_s = seconds(end) - seconds(begin),
-                        .cpu_s = seconds(used.ru_utime) + seconds(used.ru_stime)};
-    state.SetIterationTime(taken.*measured);
-  }
-}
-
-// `decode --read` of so many frames with random bits: the processor time of the process.
-void decode_file(benchmark::State& state) {
-  const TemporaryFile patterns;
-  {
-    std::ofstream out(patterns.path());
-    std::mt19937 random(1);
-    for (int64_t i = 0; i < state.range(0); ++i)
-      out << nec_line(static_cast<uint32_t>(random())) << '\n';
-  }
-  run_program(state, {VANTREL_PROGRAM, "decode", "--read=" + patterns.path()}, &cost::cpu_s);
-  state.SetItemsProcessed(state.iterations() * state.range(0));
-}
-BENCHMARK(decode_file)->Arg(10'000)->Arg(100'000)->Arg(1'000'000)->UseManualTime();
-
-void start_up(benchmark::State& state) {
-  run_program(state, {VANTREL_PROGRAM, "version"}, &cost::real_s);
-  state.SetItemsProcessed(state.iterations());
-}
-BENCHMARK(start_up)->UseManualTime();
 
 }  // namespace
 
