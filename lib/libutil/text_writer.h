@@ -78,9 +78,10 @@ class text_writer {
     constexpr uint32_t kCharBits = 8;
     const uint32_t zeros =
         (value < 1000 ? 1U : 0U) + (value < 100 ? 1U : 0U) + (value < 10 ? 1U : 0U);
-    uint32_t digits = kPairs[value / 100] | uint32_t{kPairs[value % 100]} << 2 * kCharBits;
+    uint32_t digits = uint32_t{kPairs[value / 100]} | uint32_t{kPairs[value % 100]}
+                                                          << 2 * kCharBits;
     digits >>= zeros * kCharBits;
-    for (int i = 0; i < 4; i++) at_[i] = static_cast<char>(digits >> i * kCharBits);
+    for (uint32_t i = 0; i < 4; i++) at_[i] = static_cast<char>(digits >> i * kCharBits);
     at_ += 4 - zeros;
     return *this;
   }

@@ -40,7 +40,7 @@ TEST(Explain, RefusalsAreSentences) {
 std::string told(bool spoilt, const char* protocol, const std::vector<int>& before = {}) {
   std::vector<int> nec = frame("NEC1", {{"D", 4}, {"F", 8}});
   if (spoilt) {
-    for (const size_t i : {17, 27, 35, 41, 55}) nec[i] += 80 * static_cast<int>(i);
+    for (const size_t i : {17U, 27U, 35U, 41U, 55U}) nec[i] += 80 * static_cast<int>(i);
   }
   nec.insert(nec.begin(), before.begin(), before.end());
   return explain(nec, protocol);

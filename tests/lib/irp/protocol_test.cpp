@@ -103,8 +103,8 @@ TEST(Irp, EndsWhateverADefinitionAsksFor) {
       "{38k}((((1,-1)99999)99999)99999)",  // marks
       "{38k}(()999999999999)",             // nothing
       "{38k}(A,1){A=A+1}",                 // a name that needs itself
-      "{38k}(A,1){A=B+B+B+B+B+B+B+B,B=C+C+C+C+C+C+C+C,C=D+D+D+D+D+D+D+D,D=E+E+E+E+E+E+E+E,"
-      "E=F+F+F+F+F+F+F+F,F=G+G+G+G+G+G+G+G,G=H+H+H+H+H+H+H+H,H=I+I+I+I+I+I+I+I,I=1}",
+      ("{38k}(A,1){A=B+B+B+B+B+B+B+B,B=C+C+C+C+C+C+C+C,C=D+D+D+D+D+D+D+D,D=E+E+E+E+E+E+E+E,"
+       "E=F+F+F+F+F+F+F+F,F=G+G+G+G+G+G+G+G,G=H+H+H+H+H+H+H+H,H=I+I+I+I+I+I+I+I,I=1}"),
       "{38k}((((((((1:1,1,-1)9)9)9)9)9)9)",
       "{38k}((2**99),1)",
       "{38k}(9999999999999,1)",
