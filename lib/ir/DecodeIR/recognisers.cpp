@@ -51,7 +51,7 @@ constinit const recogniser_table kRecognisers{{{
     {11, "RC5", between(7, 20, 6000), rc5},
     {12, "RC6", between(11, 64, 6000), rc6},
     {13, "CanalSat", between(12, 29, 6000), by_rows<kCanalSatRows>},
-    {14, "Nokia", between(8, 18, 5000), first_of<nokia, xiaomi>},
+    {14, "Nokia", between(8, 50, 5000), first_of<nokia, xiaomi, xiaomi_ac>},
     {15, "PCTV", between(2, 12, 10000), pctv},
     {16, "F12", ending_in_data(between(12, 33, 6000)), by_rows<kF12Rows>},
     {17, "Sony", between(9, 21, 5000), by_rows<kSonyRows>},

@@ -32,6 +32,7 @@ std::optional<answer> unknown_gap(const frame& seen);
 std::optional<answer> unpublished(const frame& seen);
 std::optional<answer> x10(const frame& seen);
 std::optional<answer> xiaomi(const frame& seen);
+std::optional<answer> xiaomi_ac(const frame& seen);
 std::optional<answer> xmp(const frame& seen);
 std::optional<answer> xx(const frame& seen);
 std::optional<answer> zenith(const frame& seen);
