@@ -18,17 +18,17 @@ constexpr size_t kBurstsPerMissed = 8;
 struct told {
   size_t mark;  // the entry
   analysis::burst_kind kind;
+  bool last;  // of its frame: even where it is one of bits, its mark may look like a stop mark
 };
 
-/// The bursts of a press. The last one of a frame is left out: where it is one of bits, its mark
-/// may look like a stop mark.
+/// The bursts of a press.
 std::vector<told> bursts_of(const analysis::press_place& press, size_t entries) {
   std::vector<told> all;
   for (int i = 0; i < press.frames * press.length; ++i) {
     const int within = i % press.length;
     const auto mark = static_cast<size_t>(2 * (press.first + i));
-    if (within == press.length - 1 || mark >= entries) continue;
-    all.push_back({mark, press.layout.kind(within, press.length)});
+    if (mark >= entries) continue;
+    all.push_back({mark, press.layout.kind(within, press.length), within == press.length - 1});
   }
   return all;
 }
@@ -63,7 +63,7 @@ void set_roles(coding& form, const told& burst) {
 bool is_read_wrongly(const coding& form, const std::vector<told>& bursts) {
   size_t missed = 0;
   for (const told& burst : bursts) {
-    if (burst.kind != analysis::burst_kind::bits) continue;
+    if (burst.last || burst.kind != analysis::burst_kind::bits) continue;
     if (form.roles[burst.mark] == role::kOdd) return true;
     if (is_bit(form.roles[burst.mark])) continue;
     if (burst.mark + 1 < form.roles.size() && form.roles[burst.mark + 1] == role::kGap) return true;
@@ -98,7 +98,8 @@ coding drawn_coding(const heard_signal& heard) {
     const bool wrong = is_read_wrongly(form, bursts);
     if (wrong) erase_bits(form, bursts.front().mark, bursts.back().mark + 2);
     for (const told& burst : bursts) {
-      const bool extra = burst.kind != analysis::burst_kind::bits && is_bit(form.roles[burst.mark]);
+      const bool extra =
+          !burst.last && burst.kind != analysis::burst_kind::bits && is_bit(form.roles[burst.mark]);
       if (!wrong && !extra) continue;
       set_roles(form, burst);
       erase_bits(form, burst.mark, burst.mark + 2);
