@@ -56,8 +56,9 @@ bool decodes_to(const key_code& code, const analysis_answer& wanted) {
 irp::Parameters told_by(const analysis_answer& answer) {
   irp::Parameters told;
   if (answer.device >= 0) told["D"] = answer.device;
-  if (answer.subdevice >= 0) told["S"] = answer.subdevice;
-  if (answer.obc >= 0) told["F"] = told["OBC"] = answer.obc;
+  if (answer.subdevice >= 0) told["S"] = told["Dev2"] = answer.subdevice;
+  // A function of 32 bits comes as its bits.
+  if (answer.obc != -1) told["F"] = told["OBC"] = static_cast<uint32_t>(answer.obc);
   const auto words = number::split(answer.misc, " ,:=");
   for (size_t i = 1; i < words.size(); ++i) {
     if (const auto value = number::whole(words[i]))

@@ -202,6 +202,8 @@ TEST(VantrelEncode, SendsWhatWasDecoded) {
                                 "RC6-M-24 D=1 S=2 F=3 M=6",
                                 "Kaseikyo D=1 S=2 F=3 E=4 M=5 N=6",
                                 "XMP D=1 S=2 F=770",
+                                "Digivision D=1 Dev2=2 Dev3=3 F=4",
+                                "Whynter F=0xF2345678",
                                 "RC6-M-32 OEM1=1 OEM2=2 D=3 F=4 M=6"};
   for (const char* code : kCodes) {
     const std::string sent = encode(words(code)).out;
