@@ -38,6 +38,7 @@ TEST(Hash, IsThatOfTheLettersOfGapsAndLongAndShortTimings) {
       {"all gaps", {3000, 4000, 5000}, "GGG"},
       {"the first timing is judged but not counted", {2000, 500, 510, 520}, "LSSL"},
       {"exactly the largest edge is no gap", {100, 2400, 2401, 100, 100}, "SLGSS"},
+      {"it is counted, but no cluster starts with it", {500, 2400, 1500, 1000}, "SLLS"},
       {"a timing of 0 is short", {0, 0, 900, 0}, "SSLS"},
   };
   for (const auto& c : kCases) EXPECT_EQ(hash_of(c.timings), djb2(c.letters)) << c.what;
