@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <charconv>
 #include <cstddef>
 #include <cstdint>
@@ -75,13 +76,16 @@ class text_writer {
   // Durations have three or four digits, which no branch can tell beforehand: to_chars takes twice
   // as long. Always writes four chars; those behind the number are overwritten.
   text_writer& add_four_digits(uint32_t value) {
-    constexpr uint32_t kCharBits = 8;
-    const uint32_t zeros =
-        (value < 1000 ? 1U : 0U) + (value < 100 ? 1U : 0U) + (value < 10 ? 1U : 0U);
-    uint32_t digits = uint32_t{kPairs[value / 100]} | uint32_t{kPairs[value % 100]}
-                                                          << 2 * kCharBits;
+    constexpr unsigned kCharBits = 8;
+    constexpr uint32_t kZeros = 0x30303030;  // '0' four times
+    constexpr uint32_t kLast = 1U << 3 * kCharBits;
+    const uint32_t high = kPairs[value / 100];
+    const uint32_t low = kPairs[value % 100];
+    uint32_t digits = high | low << 2 * kCharBits;
+    const auto zero_bits = static_cast<unsigned>(std::countr_zero((digits ^ kZeros) | kLast));
+    const unsigned zeros = zero_bits / kCharBits;  // in front of the number
     digits >>= zeros * kCharBits;
-    for (uint32_t i = 0; i < 4; i++) at_[i] = static_cast<char>(digits >> i * kCharBits);
+    for (unsigned i = 0; i < 4; i++) at_[i] = static_cast<char>(digits >> i * kCharBits);
     at_ += 4 - zeros;
     return *this;
   }
