@@ -73,8 +73,9 @@ std::vector<double> known_four_levels(int lead_in_us, std::span<const int> burst
   for (const four_level_code& code : kFourLevelCodes) {
     const double spread = kBesideStep * code.step;
     if (std::abs(lead_in_us - code.lead_in) > spread) continue;
-    std::vector<double> levels;
-    for (int i = 0; i < 4; ++i) levels.push_back(code.lowest + i * code.step);
+    const double lowest = code.lowest;
+    const std::vector levels{lowest, lowest + code.step, lowest + 2 * code.step,
+                             lowest + 3 * code.step};
     const bool all_near = std::all_of(bursts_us.begin(), bursts_us.end(), [&](int us) {
       return us > kGapBurst * levels.back() ||
              std::any_of(levels.begin(), levels.end(),
