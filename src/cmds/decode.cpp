@@ -29,7 +29,7 @@ constexpr size_t kMostEntries = 100;
 constexpr char kComment = '#';
 
 /// The durations of a typed pattern; what does not fit is counted but not kept.
-class EntryList {
+class entry_list {
  public:
   void add(uint16_t entry) {
     if (count_ < entries_.size()) entries_[count_] = entry;
@@ -75,7 +75,7 @@ int decode_file(const char* path) {
 }
 
 int decode_raw(const char* text) {
-  EntryList list;
+  entry_list list;
   // Each step goes over the sign of a number, or the separator before it and its sign.
   constexpr size_t kSeparatorAndSign = 2;
   for (std::string_view rest = text + 1; !rest.empty();) {
