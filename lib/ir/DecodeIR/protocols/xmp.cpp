@@ -181,7 +181,8 @@ class likely_halves {
 /// The likeliest halves that belong together, if no others are nearly as likely.
 bool read_likely(const frame& seen, half* first, half* second) {
   constexpr float kMargin = 1.3F;
-  constexpr float kMostOff = 0.58F;  // steps
+  constexpr float kMostOff = 0.58F;   // steps
+  constexpr float kMostInAll = 0.8F;  // steps²: a few merged digits, not jitter in all
   const step_line line = anchored(seen.first);
   const likely_halves firsts(seen.first, line);
   const likely_halves seconds(seen.first + 2 * kHalfBursts, line);
@@ -200,7 +201,8 @@ bool read_likely(const frame& seen, half* first, half* second) {
       *second = other.digits;
     }
   }
-  return next > kMargin * best && furthest <= kMostOff && second->has_known_toggle();
+  return next > kMargin * best && best <= kMostInAll && furthest <= kMostOff &&
+         second->has_known_toggle();
 }
 
 bool read_halves(const frame& seen, half* first, half* second) {
