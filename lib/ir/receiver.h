@@ -108,6 +108,12 @@ constexpr float kShortestSpaceUs = 20;
 // Its readers hold each duration to narrower bounds than the matchers, since they look at every
 // stretch of a signal; so the limits of what a receiver does to all of a frame are its own.
 
+/// What the bursts of a frame through a bad receiver scatter together, as a root mean square of
+/// fractions of jitter. Wider, and lengths on both sides of a symbol's are read as that symbol;
+/// tighter, and receivers with a spread of 4 % are lost. It rests on frames with that spread and a
+/// grid of 50 µs.
+constexpr float kSpread = 0.42F;
+
 /// By how much the first mark may be longer while the gain settles: a fraction of the mark, and at
 /// most a fraction of the space behind it, which pays for it. Wider, and the edge between the two
 /// has more than one place; tighter, and the first frame of a press is lost. It rests on rendered

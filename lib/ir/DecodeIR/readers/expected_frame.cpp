@@ -9,6 +9,8 @@ namespace {
 
 // Long durations vary a little more than the clock explains.
 constexpr float kRelativeError = 0.02F;
+// Bursts between the first and the last one that tell clock and bias of a noisy frame.
+constexpr int kFewestBetween = 6;
 
 }  // namespace
 
@@ -22,10 +24,14 @@ void expected_frame::add(float us, int kind) {
 }
 
 bool expected_frame::fits(const frame& seen, const fit_rule& rule, int first) const {
+  return fits_closely(seen, rule, first) || fits_noisily(seen, rule, first);
+}
+
+bool expected_frame::fits_closely(const frame& seen, const fit_rule& rule, int first) const {
   const float* const frame = seen.first + ptrdiff_t{2} * first;
   int odd = -1;
   for (int pass = 0; pass < 2; ++pass) {
-    const estimate found = estimateWithout(frame, odd);
+    const estimate found = estimate_of(frame, 0, bursts(), odd);
     int worst = -1;
     float worstBy = 0;
     for (int i = 0; i < bursts(); ++i) {
@@ -49,6 +55,31 @@ bool expected_frame::fits(const frame& seen, const fit_rule& rule, int first) co
   return false;
 }
 
+/// Whether it fits through a bad receiver: each duration within jitter, and all of them together.
+bool expected_frame::fits_noisily(const frame& seen, const fit_rule& rule, int first) const {
+  const float* const frame = seen.first + ptrdiff_t{2} * first;
+  const int last = bursts() - 1;
+  if (last < kFewestBetween + 1) return false;
+  const estimate found = estimate_of(frame, 1, last, -1);
+  const receiver::distortion as{found.clock, found.bias};
+  float squares = 0;
+  for (int i = 1; i < last; ++i) {
+    const float want = us(2 * i) + us(2 * i + 1);
+    const auto off = static_cast<float>(as.burst_off(frame[2 * i] + frame[2 * i + 1], want) /
+                                        receiver::jitter_us(want));
+    const double mark_off = as.mark_off(frame[2 * i], us(2 * i));
+    if (!receiver::within(off, 1) || !receiver::within(mark_off, receiver::jitter_us(us(2 * i)))) {
+      return false;
+    }
+    squares += off * off;
+  }
+  return squares <= receiver::kSpread * receiver::kSpread * static_cast<float>(last - 1) &&
+         receiver::first_mark_is_plausible(static_cast<int>(frame[0]), static_cast<int>(us(0))) &&
+         receiver::first_space_is_plausible(as, as.mark_off(frame[0], us(0)), frame[1], us(1)) &&
+         receiver::last_mark_is_plausible(frame[2 * last] - found.bias, us(2 * last), false) &&
+         is_likely(seen, found, rule);
+}
+
 /// Whether a receiver and a remote have such a bias and clock.
 bool expected_frame::is_likely(const frame& seen, const estimate& found, const fit_rule& rule) {
   if (std::abs(found.clock - 1) > rule.clock_error) {
@@ -62,13 +93,15 @@ bool expected_frame::is_likely(const frame& seen, const estimate& found, const f
 }
 
 /// The clock by the bursts (they do not feel the bias), then the bias by the marks.
-expected_frame::estimate expected_frame::estimateWithout(const float* frame, int odd) const {
+/// Of bursts `from` to `end` - 1, without `odd`.
+expected_frame::estimate expected_frame::estimate_of(const float* frame, int from, int end,
+                                                     int odd) const {
   float gotBursts = 0;
   float wantBursts = 0;
   float gotMarks = 0;
   float wantMarks = 0;
   int marks = 0;
-  for (int i = 0; i < bursts(); ++i) {
+  for (int i = from; i < end; ++i) {
     if (i == odd) continue;
     gotMarks += frame[2 * i];
     wantMarks += us(2 * i);

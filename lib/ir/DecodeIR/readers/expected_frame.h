@@ -44,7 +44,9 @@ class expected_frame {
   };
   void add(float us, int kind);
   [[nodiscard]] float us(int i) const { return us_[static_cast<size_t>(i)]; }
-  [[nodiscard]] estimate estimateWithout(const float* frame, int odd) const;
+  [[nodiscard]] bool fits_closely(const frame& seen, const fit_rule& rule, int first) const;
+  [[nodiscard]] bool fits_noisily(const frame& seen, const fit_rule& rule, int first) const;
+  [[nodiscard]] estimate estimate_of(const float* frame, int from, int end, int odd) const;
   [[nodiscard]] float error(const float* frame, int burst, const estimate& found) const;
   static bool is_likely(const frame& seen, const estimate& found, const fit_rule& rule);
   [[nodiscard]] refusal off(const float* frame, int burst, const estimate& found,

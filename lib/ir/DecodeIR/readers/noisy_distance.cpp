@@ -17,10 +17,6 @@ namespace {
 using receiver::jitter_us;
 using receiver::within;
 
-// Spread of all symbols together, as a root mean square: a fraction of jitter. Wider, and lengths
-// on both sides of a symbol's are read as that symbol; tighter, and receivers with a spread of 4 %
-// are lost. It rests on frames with that spread and a grid of 50 µs.
-constexpr double kSpread = 0.42;
 // Two symbols have to be so many times jitter apart: else one is as likely as the other.
 constexpr double kApart = 2.2;
 // A symbol or a mark may be off by so many times jitter where checks prove the frame.
@@ -110,7 +106,8 @@ class noisy_reader {
     }
     spread_ = std::sqrt(relative / wire_.bits);
     fit_.damaged = fit_.loose > 0 || spread_ < kLeastNoise;
-    return squares <= kSpread * kSpread * wire_.bits || refuse({reason::symbol});
+    return squares <= receiver::kSpread * receiver::kSpread * static_cast<float>(wire_.bits) ||
+           refuse({reason::symbol});
   }
 
   bool clock_fits() {
