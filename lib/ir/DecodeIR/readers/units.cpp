@@ -10,22 +10,22 @@ namespace {
 constexpr int kRounds = 3;          // of estimating and counting anew
 constexpr int kFewest = 3;          // durations that an estimate needs
 constexpr float kLargeBias = 0.5F;  // of a unit
-constexpr float kLeadError = 0.8F;  // units by which no first burst is off but by its clock
 constexpr float kMostClockError = 0.08F;
-constexpr float kMostTooLong = 0.75F;  // units by which an end may be too long
-constexpr float kSettledUs = 1.0F;     // the estimate moves no more
-constexpr float kTooAlike = 1e-3F;     // relative determinant: bias and clock cannot be told apart
+constexpr float kMostTooLong = 0.75F;   // units by which an end may be too long
+constexpr float kMostTooShort = 0.75F;  // units by which a first mark may be too short
+constexpr float kSettledUs = 1.0F;      // the estimate moves no more
+constexpr float kTooAlike = 1e-3F;      // relative determinant: bias and clock cannot be told apart
 
 bool is_mark(int i) {
   return i % 2 == 0;
 }
 
-/// Whether a first burst is as long as the lead-in of the rule, where that has a space: settling
-/// does not change its length.
-bool may_be_lead_in(float burst_us, const slice_rule& rule) {
-  if (rule.lead_space == 0) return true;
-  const float nominal = static_cast<float>(rule.lead + rule.lead_space) * rule.unit_us;
-  return std::abs(burst_us - nominal) <= kLeadError * rule.unit_us + rule.clock_error * nominal;
+/// Whether a first mark may be that of the rule's lead-in.
+bool may_be_lead_in(float mark_us, const slice_rule& rule) {
+  return rule.lead_space == 0 ||
+         receiver::first_mark_is_plausible(
+             static_cast<int>(mark_us),
+             static_cast<int>(static_cast<float>(rule.lead) * rule.unit_us));
 }
 
 }  // namespace
@@ -72,8 +72,9 @@ bool slicer::lead_fits(const float* durations, const slice_rule& rule) {
 bool slicer::settles(const float* durations, int count, const slice_rule& rule) {
   slice_rule body = rule;
   body.lead = body.lead_space = 0;
-  if (!may_be_lead_in(durations[0] + durations[1], rule)) return false;
+  if (!may_be_lead_in(durations[0], rule)) return false;
   if (count < 2 + kFewest || !fits_as_it_is(durations + 2, count - 2, body)) return false;
+  if (rule.lead_space > 0) return lead_in_settles(durations, count, rule);
   const float unit = rule.unit_us * scale_;
   const float mark = (durations[0] - bias_) / unit;
   const float total = (durations[0] + durations[1]) / unit;
@@ -86,10 +87,32 @@ bool slicer::settles(const float* durations, int count, const slice_rule& rule) 
   if (lead < 1 || space < 1 || !may_grow(later, lead)) return false;
   // Where the code does not say which, the edge must not have two places.
   if (rule.lead == 0 && may_grow(later + 1, lead - 1)) return false;
+  const float settled = lead * unit + bias_;
+  return fits_behind({settled, durations[0] + durations[1] - settled}, durations, count, rule);
+}
+
+/// The same where the code says how long the space is: it may have paid for what the mark gained or
+/// lost, or not.
+bool slicer::lead_in_settles(const float* durations, int count, const slice_rule& rule) {
+  const receiver::distortion found{scale_, bias_};
+  const float mark = static_cast<float>(rule.lead) * rule.unit_us;
+  const float space = static_cast<float>(rule.lead_space) * rule.unit_us;
+  const double mark_off = found.mark_off(durations[0], mark);
+  // A mark shorter by a unit is another code's.
+  if (mark_off < -kMostTooShort * rule.unit_us ||
+      !receiver::first_space_is_plausible(found, mark_off, durations[1], space)) {
+    return refuse(refusal::off(reason::lead_in, 0, durations[1], space,
+                               static_cast<float>(receiver::jitter_us(space))));
+  }
+  return fits_behind({mark * scale_ + bias_, space * scale_ - bias_}, durations, count, rule);
+}
+
+/// Whether the frame fits with another first burst.
+bool slicer::fits_behind(std::array<float, 2> first, const float* durations, int count,
+                         const slice_rule& rule) {
   std::array<float, kMostDurations> settled;
   std::copy_n(durations, count, settled.begin());
-  settled[0] = lead * unit + bias_;
-  settled[1] = durations[0] + durations[1] - settled[0];
+  std::copy(first.begin(), first.end(), settled.begin());
   return fits_as_it_is(settled.data(), count, rule) && !last_damaged_;
 }
 

@@ -84,6 +84,9 @@ class slicer {
   bool estimate(const float* durations, const slice_rule& rule, fit_range range);
   bool lead_fits(const float* durations, const slice_rule& rule);
   bool settles(const float* durations, int count, const slice_rule& rule);
+  bool lead_in_settles(const float* durations, int count, const slice_rule& rule);
+  bool fits_behind(std::array<float, 2> first, const float* durations, int count,
+                   const slice_rule& rule);
   [[nodiscard]] float deviation(const float* durations, int i, const slice_rule& rule) const;
 
   std::array<float, kMostDurations> units_;  // whole numbers

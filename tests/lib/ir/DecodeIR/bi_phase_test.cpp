@@ -63,11 +63,12 @@ TEST(BiPhase, AnOddDurationInsideIsNeverForgiven) {
   struct {
     const char* protocol;
     int unit;
+    size_t first = 1;  // the long space of PCTV's lead-in may be off by as much
   } const cases[] = {
-      {"RC5", 889}, {"RC6", 444}, {"AdNotam", 895}, {"PCTV", 832}, {"Grundig16", 578}};
+      {"RC5", 889}, {"RC6", 444}, {"AdNotam", 895}, {"PCTV", 832, 2}, {"Grundig16", 578}};
   for (const auto& c : cases) {
     const std::vector<int> whole = frame(c.protocol, {{"D", 5}, {"F", 20}});
-    for (size_t i = 1; i + 1 < whole.size(); ++i) {
+    for (size_t i = c.first; i + 1 < whole.size(); ++i) {
       std::vector<int> spoilt = whole;
       spoilt[i] += static_cast<int>(kOdd * c.unit);
       expectUnnamed(c.protocol, spoilt);

@@ -89,7 +89,9 @@ TEST(Slicer, PutsALateFirstEdgeBack) {
     float late, longer;  // µs
     bool accepted;
   } const cases[] = {
-      {120, 0, true}, {260, 0, true}, {-260, 0, false}, {500, 0, false}, {260, 400, false}};
+      {120, 0, true}, {260, 0, true},   {-260, 0, true}, {-360, 0, false},
+      {500, 0, true}, {260, 400, true},  // the space paid for all of it, or for a part
+      {0, 800, true}, {0, 1000, false}};
   for (const auto& c : cases) {
     auto durations = received(kFrame, 50);
     durations[0] += c.late + c.longer;
