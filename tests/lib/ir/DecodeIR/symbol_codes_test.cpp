@@ -72,7 +72,7 @@ TEST(SymbolCodes, OneOddDurationIsForgivenAtTheEndsOrWhereAllBitsAreChecked) {
   } const cases[] = {
       {"DirecTV_P3", {{"D", 12}, {"F", 131}}, 0, -500, true},
       {"DirecTV_P3", {{"D", 12}, {"F", 131}}, 18, 400, true},
-      {"DirecTV_P3", {{"D", 12}, {"F", 131}}, 7, 180, false},
+      {"DirecTV_P3", {{"D", 12}, {"F", 131}}, 7, 320, false},
       {"Zenith6", {{"S", 0}, {"F", 9}}, 12, 260, true},
       {"Nokia32", {{"D", 36}, {"S", 128}, {"F", 4}, {"X", 38}, {"T", 1}}, 34, 150, true},
       {"Nokia32", {{"D", 36}, {"S", 128}, {"F", 4}, {"X", 38}, {"T", 1}}, 9, 70, false},
