@@ -24,7 +24,9 @@ bool read_pulse_width(const frame& seen, const pulse_width& wire, bit_buffer* bi
   };
   if (wire.whole_lead && seen.on(0) < shortest_lead_us(wire.units)) {
     *why = off(reason::lead_in, 0, wire.units.lead);
-  } else if (!frame.slice(seen, wire.units)) {
+    return false;  // before it costs more
+  }
+  if (!frame.slice(seen, wire.units)) {
     *why = frame.why();
   } else if (wire.whole_lead && frame.units(0) != wire.units.lead) {
     *why = off(reason::lead_in, 0, wire.units.lead);
