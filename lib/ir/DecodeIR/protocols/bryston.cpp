@@ -20,7 +20,8 @@ namespace analysis {
 namespace {
 
 constexpr pulse_width kWire{
-    .units = {.unit_us = 315, .longest = 6},
+    // The other pair is five units away, so a duration of six may be off by half a unit.
+    .units = {.unit_us = 315, .longest = 6, .tolerance = 0.5F, .spread = 0.25F},
     .pair = {.zero_mark = 1, .zero_space = 6, .one_mark = 6, .one_space = 1},
     .bits = 18};
 constexpr row kRows[] = {
