@@ -20,6 +20,7 @@ namespace {
 
 constexpr int kByteTickUs = 50;
 constexpr size_t kLongestDeclaration = 256;  // characters that are kept of one
+constexpr size_t kLongestName = 200;         // so that a declaration that is written can be read
 constexpr int kLargestShort = 0xFFFF;
 
 bool begins(std::string_view line) {
@@ -182,7 +183,7 @@ class writer : public form_writer {
 
 /// An identifier.
 std::string spell(std::string_view name) {
-  std::string text(name);
+  std::string text(name.substr(0, kLongestName));
   for (char& c : text) {
     if (!is_name(c)) c = '_';
   }
