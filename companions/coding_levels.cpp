@@ -74,8 +74,7 @@ std::vector<double> known_four_levels(int lead_in_us, std::span<const int> burst
     const double spread = kBesideStep * code.step;
     if (std::abs(lead_in_us - code.lead_in) > spread) continue;
     const double lowest = code.lowest;
-    const std::vector levels{lowest, lowest + code.step, lowest + 2 * code.step,
-                             lowest + 3 * code.step};
+    std::vector levels{lowest, lowest + code.step, lowest + 2 * code.step, lowest + 3 * code.step};
     const bool all_near = std::all_of(bursts_us.begin(), bursts_us.end(), [&](int us) {
       return us > kGapBurst * levels.back() ||
              std::any_of(levels.begin(), levels.end(),
