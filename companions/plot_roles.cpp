@@ -58,9 +58,10 @@ void set_roles(coding& form, const told& burst) {
   if (burst.mark + 1 < form.roles.size()) form.roles[burst.mark + 1] = space;
 }
 
-/// Whether the shape shows another code than the one that has bits in these bursts: a named code
-/// has no burst that is like none of its symbols.
-bool is_read_wrongly(const coding& form, const std::vector<told>& bursts) {
+/// Whether the shape shows another code than the one that has bits in these bursts: one of fewer
+/// symbols, or with a burst that is like none of them.
+bool is_read_wrongly(const coding& form, const std::vector<told>& bursts, int bits_per_burst) {
+  if (bits_per_burst > form.bits_per_symbol) return true;
   size_t missed = 0;
   for (const told& burst : bursts) {
     if (burst.last || burst.kind != analysis::burst_kind::bits) continue;
@@ -95,7 +96,7 @@ coding drawn_coding(const heard_signal& heard) {
     if (answer.protocol.starts_with("Gap-")) continue;
     const std::vector<told> bursts = bursts_of(answer.place, form.roles.size());
     if (bursts.empty()) continue;
-    const bool wrong = is_read_wrongly(form, bursts);
+    const bool wrong = is_read_wrongly(form, bursts, answer.place.layout.bits_per_burst);
     if (wrong) erase_bits(form, bursts.front().mark, bursts.back().mark + 2);
     for (const told& burst : bursts) {
       const bool extra =

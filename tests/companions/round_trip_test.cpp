@@ -117,7 +117,8 @@ TEST(VantrelPlot, DrawsBitsWhereTheAnalysisSays) {
     irp::Parameters parameters;
     size_t lead, part;  // durations of the lead-in and of bits, and one each in the legend
   } cases[] = {
-      {"XMP", {{"D", 115}, {"S", 138}, {"F", 770}}, 0, 33},  // sixteen symbols
+      {"XMP", {{"D", 115}, {"S", 138}, {"F", 770}}, 0, 33},  // sixteen symbols ...
+      {"XMP", {{"D", 0}, {"S", 17}, {"F", 4369}}, 0, 33},    // ... and few of them
       {"DirecTV_P0", {{"D", 3}, {"F", 9}}, 3, 17},           // four, of marks and of spaces
   };
   for (const auto& c : cases) {

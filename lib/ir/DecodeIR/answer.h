@@ -52,9 +52,10 @@ enum class burst_kind : uint8_t { lead_in, bits, gap, stop, ditto };
 
 /// Where the bursts of a frame are that carry no data.
 struct burst_layout {
-  int lead = 0;       // bursts of the lead-in
-  int split = -1;     // the burst that parts two halves, -1 for none
-  bool stop = false;  // the last mark carries nothing
+  int lead = 0;            // bursts of the lead-in
+  int split = -1;          // the burst that parts two halves, -1 for none
+  bool stop = false;       // the last mark carries nothing
+  int bits_per_burst = 1;  // of those that carry data
 
   /// What burst i of a frame of `length` bursts was, 0 the first; the dittos stand behind those.
   [[nodiscard]] constexpr burst_kind kind(int i, int length) const {

@@ -61,7 +61,7 @@ std::optional<answer> directv(const frame& seen) {
   if (seen.trailing_gap < kNoGapUs) {
     found.aside.print("Parm = %d", parm(seen.carrier_hz, seen.trailing_gap));
   }
-  found.layout = {.lead = 1, .stop = true};
+  found.layout = {.lead = 1, .stop = true, .bits_per_burst = 2};
   return found;
 }
 

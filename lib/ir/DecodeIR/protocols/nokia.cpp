@@ -38,7 +38,9 @@ std::optional<answer> nokia(const frame& seen) {
     return static_cast<int>(bits.getMsb(first, width));
   };
   const int function = number(count - 8, 8);
-  answer found{.function = function, .hex = {function}, .layout = {.lead = 1, .stop = true}};
+  answer found{.function = function,
+               .hex = {function},
+               .layout = {.lead = 1, .stop = true, .bits_per_burst = 2}};
   if (count == kNokia12Bits) {
     found.name = "Nokia12";
     found.device = number(0, 4);

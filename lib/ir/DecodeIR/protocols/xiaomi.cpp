@@ -34,7 +34,7 @@ std::optional<answer> xiaomi(const frame& seen) {
                 .device = static_cast<int>(bits.getMsb(0, 8)),
                 .function = function,
                 .hex = {function},
-                .layout = {.lead = 1, .stop = true}};
+                .layout = {.lead = 1, .stop = true, .bits_per_burst = 2}};
 }
 
 }  // namespace analysis

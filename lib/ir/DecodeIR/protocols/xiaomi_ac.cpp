@@ -60,7 +60,7 @@ std::optional<answer> xiaomi_ac(const frame& seen) {
   if (head != 0 || rest != 0) return {};
   answer found{"Xiaomi-AC", static_cast<int>(byte(0)), static_cast<int>(byte(1))};
   for (int i = 0; i < kBytes; ++i) found.remark.print("%02X", byte(i));
-  found.layout = {.lead = 1, .stop = true};
+  found.layout = {.lead = 1, .stop = true, .bits_per_burst = 2};
   return found;
 }
 

@@ -33,6 +33,8 @@ constexpr step_rule kDigitRule{.base_us = 970, .step_us = 136, .most = 15, .chec
 constexpr int kDigits = 8;
 constexpr int kHalfBursts = kDigits + 1;
 constexpr int kFrameBursts = 2 * kHalfBursts;
+constexpr burst_layout kHalf{.stop = true, .bits_per_burst = 4};
+constexpr burst_layout kBothHalves{.split = kDigits, .stop = true, .bits_per_burst = 4};
 constexpr float kShortestBurstUs = 0.9F * kDigitRule.base_us;
 constexpr float kShortestMarkUs = 100;
 constexpr float kLongestMarkUs = 420;
@@ -225,7 +227,7 @@ std::optional<answer> read_whole(const frame& seen) {
   found.xmp_repeat = second.isRepeat();
   found.level = kExtendedLevel;
   found.length = kFrameBursts;
-  found.layout = {.split = kDigits, .stop = true};
+  found.layout = kBothHalves;
   return found;
 }
 
@@ -236,12 +238,11 @@ std::optional<answer> velodyne(const half& only) {
                 .subdevice = only.subDeviceOfFirst(),
                 .function = only.byte(6),
                 .hex = {only.byte(6)},
-                .layout = {.stop = true}};
+                .layout = kHalf};
 }
 
 answer lone_first(const half& first) {
-  answer found{
-      .device = first.byte(6), .subdevice = first.subDeviceOfFirst(), .layout = {.stop = true}};
+  answer found{.device = first.byte(6), .subdevice = first.subDeviceOfFirst(), .layout = kHalf};
   found.name.print("XMP:%d.%03d-%s", first.subDeviceOfFirst(), first.byte(6), "device");
   found.remark.print("first half, OEM = %d", first.byte(4));
   return found;
@@ -254,7 +255,7 @@ answer lone_second(const half& second) {
                .hex = {codes.obc()},
                .remark = "second half",
                .xmp_repeat = second.isRepeat(),
-               .layout = {.stop = true}};
+               .layout = kHalf};
   found.name.print("XMP:%d.%03d-%s", second.subDeviceOfSecond(), codes.obc(), "function");
   codes.tell_low(", ", &found);
   return found;
