@@ -67,6 +67,33 @@ std::string_view expected_manufacturer(const libusb_priv& wanted) {
   return {wanted.mfr, strnlen(wanted.mfr, sizeof(wanted.mfr))};
 }
 
+bool is_wanted(const libusb_device_descriptor& found, const libusb_priv& wanted) {
+  return found.idVendor == wanted.VID && found.idProduct == wanted.PID;
+}
+
+/// Null when it cannot be opened.
+owned_handle open_device(libusb_device* device) {
+  _log(3, "[I] opening device\n");
+  libusb_device_handle* raw = nullptr;
+  libusb_open(device, &raw);
+  if (raw != nullptr) _log(3, "[I] device opened\n");
+  return owned_handle(raw);
+}
+
+/// A copy that dev_t can own; null when there is no memory.
+libusb_priv* copy_of(const libusb_priv& wanted) {
+  auto* const copy = static_cast<libusb_priv*>(std::malloc(sizeof(libusb_priv)));
+  if (copy != nullptr) *copy = wanted;
+  return copy;
+}
+
+void fill(dev_t* dev, libusb_device_handle* opened, libusb_priv* priv) {
+  *dev = {};
+  dev->close = libusb_dev_close;
+  dev->handle = opened;
+  dev->priv = priv;
+}
+
 }  // namespace
 
 int libusb_dev_open(dev_t* dev, void* p) {
@@ -90,19 +117,15 @@ int libusb_dev_open(dev_t* dev, void* p) {
       _log(1, "[E] %s(%d): failed to get device descriptor", __func__, __LINE__);
       return -1;
     }
-    if (descriptor.idVendor != wanted.VID || descriptor.idProduct != wanted.PID) continue;
+    if (!is_wanted(descriptor, wanted)) continue;
     _log(3, "[I] Matched VID:0x%04X PID: 0x%04X\n", wanted.VID, wanted.PID);
-    _log(3, "[I] opening device\n");
-    libusb_device_handle* raw = nullptr;
-    libusb_open(list[i], &raw);
-    if (raw == nullptr) {
+    owned_handle candidate = open_device(list[i]);
+    if (candidate == nullptr) {
       _log(2, "[W] %s(%d): can't open usb device\n", __func__, __LINE__);
       continue;
     }
-    owned_handle candidate(raw);
-    _log(3, "[I] device opened\n");
-    libusb_claim_interface(raw, wanted.interface);
-    const auto manufacturer = manufacturer_of(raw, descriptor.iManufacturer);
+    libusb_claim_interface(candidate.get(), wanted.interface);
+    const auto manufacturer = manufacturer_of(candidate.get(), descriptor.iManufacturer);
     if (!manufacturer) {
       _log(1, "[E] %s(%d): Cannot query device, is the GUI open?\n", __func__, __LINE__);
     } else if (*manufacturer != expected_manufacturer(wanted)) {
@@ -113,18 +136,14 @@ int libusb_dev_open(dev_t* dev, void* p) {
   }
   if (opened == nullptr) return -1;
 
-  auto* priv = static_cast<libusb_priv*>(std::malloc(sizeof(libusb_priv)));
+  libusb_priv* const priv = copy_of(wanted);
   if (priv == nullptr) {
     _log(1, "[E] %s(%d): can't allocate memory\n", __func__, __LINE__);
     return -1;
   }
-  *priv = wanted;
   handle = opened.release();
   library.keep();
-  *dev = {};
-  dev->close = libusb_dev_close;
-  dev->handle = handle;
-  dev->priv = priv;
+  fill(dev, handle, priv);
   return 0;
 }
 
