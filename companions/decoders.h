@@ -27,6 +27,9 @@ struct analysis_answer {
   std::array<int, 4> hex;
   std::string misc;
   analysis::press_place place = {};
+
+  /// False for a frame whose bits could be read although nobody knows its protocol.
+  [[nodiscard]] bool names_a_protocol() const { return !protocol.starts_with("Gap-"); }
 };
 
 /// The mark/space matchers.

@@ -199,7 +199,7 @@ bool add_pattern(json_text& json, const pattern& from, const irp::MessageReader&
   add_coding(json, signal);
   add_message(json, message);
 
-  return (!signal.analysis.empty() && !signal.analysis[0].protocol.starts_with("Gap-")) ||
+  return (!signal.analysis.empty() && signal.analysis[0].names_a_protocol()) ||
          (message && message->check) ||
          std::any_of(answers.begin(), answers.end(), [](const frame_answers& a) {
            return a.arduino && a.arduino->type != "UNKNOWN";

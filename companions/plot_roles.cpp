@@ -93,7 +93,6 @@ void erase_bits(coding& form, size_t first, size_t end) {
 coding drawn_coding(const heard_signal& heard) {
   coding form = heard.form;
   for (const analysis_answer& answer : heard.analysis) {
-    if (answer.protocol.starts_with("Gap-")) continue;
     const std::vector<told> bursts = bursts_of(answer.place, form.roles.size());
     if (bursts.empty()) continue;
     const bool wrong = is_read_wrongly(form, bursts, answer.place.layout.bits_per_burst);

@@ -19,7 +19,7 @@ identity identify_frame(std::vector<int> durations) {
   identity frame{{}, std::move(durations)};
   if (frame.durations.size() > kMostDurations) return frame;
   for (analysis_answer& answer : ask_analysis(frame.durations)) {
-    if (answer.protocol.starts_with("Gap-")) continue;
+    if (!answer.names_a_protocol()) continue;
     frame.answer = std::move(answer);
     break;
   }
