@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // vantrel-convert: infrared signals from one text form into another.
-#include <cstdio>
-#include <cstdlib>
 #include <iostream>
 #include <string>
 #include <vector>
@@ -71,6 +69,5 @@ int main(int argc, char** argv) {
       files, [&](const input& found) { return all.take(found); },
       from.empty() ? nullptr : find_form(from));
   all.end();
-  if (!std::cout) std::fputs("vantrel-convert: could not write to standard output\n", stderr);
-  return ok && std::cout ? EXIT_SUCCESS : EXIT_FAILURE;
+  return finish("vantrel-convert", ok);
 }

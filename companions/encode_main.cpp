@@ -3,7 +3,6 @@
 #include <unistd.h>
 
 #include <cstdio>
-#include <cstdlib>
 #include <fstream>
 #include <functional>
 #include <iostream>
@@ -221,6 +220,5 @@ int main(int argc, char** argv) {
   } catch (const irp::Error& fault) {
     complain(fault.what());
   }
-  if (!std::cout.flush()) good = complain("could not write to standard output");
-  return good ? EXIT_SUCCESS : EXIT_FAILURE;
+  return finish(kProgram, good);
 }

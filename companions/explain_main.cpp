@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // vantrel-explain: tells which protocols came closest to a pattern, and what stopped each.
-#include <cstdio>
-#include <cstdlib>
 #include <iostream>
 #include <string>
 #include <vector>
@@ -25,7 +23,7 @@ int run(int argc, char** argv) {
   line.add_files(files);
   if (const auto status = line.read(argc, argv)) return *status;
 
-  bool ok = read_inputs(files, [&](const input& from) {
+  const bool ok = read_inputs(files, [&](const input& from) {
     if (const auto* fault = std::get_if<bad_line>(&from.read.what)) {
       print_fault(from, *fault);
       return verdict::kFailed;
@@ -35,12 +33,7 @@ int run(int argc, char** argv) {
     if (from.live) std::cout.flush();
     return std::cout ? verdict::kGoOn : verdict::kStop;
   });
-  std::cout.flush();
-  if (!std::cout) {
-    std::fputs("vantrel-explain: could not write to standard output\n", stderr);
-    ok = false;
-  }
-  return ok ? EXIT_SUCCESS : EXIT_FAILURE;
+  return finish("vantrel-explain", ok);
 }
 
 }  // namespace

@@ -6,7 +6,6 @@
 #include <array>
 #include <chrono>
 #include <cstdio>
-#include <cstdlib>
 #include <ctime>
 #include <iostream>
 #include <optional>
@@ -139,9 +138,5 @@ int main(int argc, char** argv) {
     }
     return made.fault ? verdict::kFailed : verdict::kGoOn;
   });
-  if (!std::cout.flush()) {
-    std::fputs("vantrel-json: could not write to standard output\n", stderr);
-    return EXIT_FAILURE;
-  }
-  return (first ? found : ok) ? EXIT_SUCCESS : EXIT_FAILURE;
+  return finish("vantrel-json", first ? found : ok);
 }

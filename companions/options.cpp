@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <exception>
 #include <iomanip>
+#include <iostream>
 #include <set>
 #include <sstream>
 
@@ -46,6 +47,12 @@ std::optional<int> options::read(int argc, char** argv) {
     return exit(end) == 0 ? EXIT_SUCCESS : EXIT_FAILURE;
   }
   return {};
+}
+
+int finish(const char* program, bool ok) {
+  if (std::cout.flush()) return ok ? EXIT_SUCCESS : EXIT_FAILURE;
+  std::fprintf(stderr, "%s: could not write to standard output\n", program);
+  return EXIT_FAILURE;
 }
 
 int run_guarded(const char* program, int (*run)(int argc, char** argv), int argc,

@@ -34,6 +34,10 @@ class options : public CLI::App {
   std::optional<int> read(int argc, char** argv);
 };
 
+/// Ends the output of a program: its exit status, failure with a message where standard output
+/// could not take all of it.
+int finish(const char* program, bool ok);
+
 /// Runs the whole of a program: what it throws ends it with a message and status 1.
 int run_guarded(const char* program, int (*run)(int argc, char** argv), int argc,
                 char** argv) noexcept;

@@ -21,7 +21,7 @@ struct plotted {
 };
 
 /// The coding of a signal as pictures show it: the bits are where the signal analysis says, if it
-/// names the signal.
+/// could read the signal.
 coding drawn_coding(const heard_signal& heard);
 
 /// How a terminal shows text.

@@ -110,12 +110,7 @@ int run(int argc, char** argv) {
   } else if (bytes) {
     bytes_text(std::cout, kept, msb_first ? bit_order::kMsbFirst : bit_order::kLsbFirst);
   }
-  std::cout.flush();
-  if (!std::cout) {
-    std::fputs("vantrel-plot: could not write to standard output\n", stderr);
-    ok = false;
-  }
-  return ok ? EXIT_SUCCESS : EXIT_FAILURE;
+  return finish("vantrel-plot", ok);
 }
 
 }  // namespace

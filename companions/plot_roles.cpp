@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Which bursts are drawn as bits: those that carry data by the signal analysis, where it names a
+// Which bursts are drawn as bits: those that carry data by the signal analysis, where it reads a
 // press of a key. The shape of a signal cannot always tell: codes of more than four symbols, or of
 // marks and spaces that both differ, look like others.
 #include <utility>

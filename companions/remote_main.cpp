@@ -3,7 +3,6 @@
 // pressed.
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 #include <iostream>
 #include <string>
 #include <vector>
@@ -79,8 +78,7 @@ int run(int argc, char** argv) {
   if (*sending) good = send(file, names, with);
   if (*listing) good = list(file);
   if (*watching) good = watch(files, with);
-  if (!std::cout.flush()) good = complain("could not write to standard output");
-  return good ? EXIT_SUCCESS : EXIT_FAILURE;
+  return finish("vantrel-remote", good);
 }
 
 }  // namespace
