@@ -10,24 +10,9 @@
 namespace {
 
 using arduino::frame;
-using matcher = bool (*)(const frame& f, arduino_result& result);
-
-// In the order of how much a match proves: codes that check themselves come first, then those with
-// a lead-in whose every half bit has a counterpart or whose spaces are all alike, then those that
-// only their lengths and a bit count tell apart.
-constexpr matcher kMatchers[] = {
-    arduino::match_checked_mark_space,
-    arduino::match_rc6,
-    arduino::match_sony,
-    arduino::match_rc5,
-    arduino::match_dish,
-    arduino::match_plain_mark_space,
-    arduino::match_nec_repeat,
-};
 
 bool match_any(const frame& f, arduino_result& result) {
-  return std::any_of(std::begin(kMatchers), std::end(kMatchers),
-                     [&](matcher match) { return match(f, result); });
+  return std::ranges::any_of(arduino::kMatchers, [&](auto match) { return match(f, result); });
 }
 
 bool match_first_copy(const frame& f, arduino_result& result) {
