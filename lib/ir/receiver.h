@@ -104,6 +104,17 @@ constexpr bool is_stray(float mark_us, float gap_us) {
 constexpr float kShortestMarkUs = 5;
 constexpr float kShortestSpaceUs = 20;
 
+/// No receiver tells of less: what is shorter comes out as long as this, and nothing pays for it.
+/// More, and the bias of flashes reads wrong; less, and flashes through slow receivers are lost.
+constexpr double kLeastUs = 40;
+constexpr double at_least(double us) {
+  return std::max(us, kLeastUs);
+}
+/// Whether a mark is so short, and a space so short that it matters.
+constexpr bool is_flash(float mark_us, float space_us) {
+  return mark_us < kLeastUs && space_us < 10 * kLeastUs;
+}
+
 // --- The signal analysis -----------------------------------------------------------------------
 // Its readers hold each duration to narrower bounds than the matchers, since they look at every
 // stretch of a signal; so the limits of what a receiver does to all of a frame are its own.

@@ -4,6 +4,10 @@
 // settling gain explains. What does not change from one duration to the next, the clocks that the
 // two symbols tell, has to fit as well as in a clean frame: so a clean frame of another code does
 // not, and bursts at random don't either.
+//
+// Flashes, marks of 10 to 15 µs with spaces hardly longer, come out of a receiver no shorter than
+// it can be, whatever their spaces lose. So they are read by their spaces, and marks have to agree
+// with the bias that the spaces tell.
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -28,6 +32,11 @@ constexpr double kLeastNoise = 0.005;
 // By how many times what noise makes of its mean the clock may be out of its range.
 constexpr double kClockNoise = 2.5;
 
+// By how much of what parts the two symbols a space between flashes may be off, or by how much of
+// jitter a flash from the bias that the spaces tell; and all spaces together.
+constexpr double kMostFlashOff = 0.4;
+constexpr double kFlashSpread = 0.17;
+
 class noisy_reader {
  public:
   noisy_reader(const pulse_distance& wire, const float* frame, bit_buffer* bits, distance_fit* fit)
@@ -35,6 +44,7 @@ class noisy_reader {
 
   bool run() {
     fit_ = {};
+    if (receiver::is_flash(wire_.mark * wire_.unit, wire_.zero * wire_.unit)) return flashes_fit();
     if (wire_.has_lead() &&
         !receiver::first_mark_is_plausible(static_cast<int>(frame_[0]),
                                            static_cast<int>(wire_.lead.on * wire_.unit))) {
@@ -62,6 +72,72 @@ class noisy_reader {
   [[nodiscard]] float length(int i) const { return burst(i)[0] + burst(i)[1]; }
   [[nodiscard]] float sent_us(bool one) const {
     return (wire_.mark + (one ? wire_.one : wire_.zero)) * wire_.unit;
+  }
+
+  /// What burst i was sent as, by the bits read so far.
+  [[nodiscard]] burst_units sent(int i) const {
+    if (i == 0 && wire_.has_lead()) return wire_.lead;
+    const int symbol = i - static_cast<int>(wire_.has_lead());
+    if (symbol == wire_.split.at) return wire_.split.burst;
+    const bool behind_split = wire_.split.at >= 0 && symbol > wire_.split.at;
+    const bool one = bits_.getBit(symbol - static_cast<int>(behind_split)) != 0;
+    return {wire_.mark, one ? wire_.one : wire_.zero};
+  }
+  /// How much longer than a space of so many units that of a burst is.
+  [[nodiscard]] double space_off(int at, float units, double bias) const {
+    return burst(at)[1] - receiver::at_least(units * wire_.unit - bias);
+  }
+
+  bool flashes_fit() {
+    // What the spaces lose, by those of which the code says how long they are.
+    double bias = 0;
+    if (wire_.has_lead() && wire_.split.at >= 0) {
+      bias = (space_off(0, wire_.lead.off, 0) +
+              space_off(burst_of(wire_.split.at) - 1, wire_.split.burst.off, 0)) /
+             -2;
+    }
+    for (int i = 0; i < wire_.bits; ++i) {
+      const int at = burst_of(i);
+      bits_.append(std::abs(space_off(at, wire_.one, bias)) <
+                   std::abs(space_off(at, wire_.zero, bias)));
+    }
+    bias += bias_left(bias);
+    fit_.bias = static_cast<float>(bias);
+    if (!within(bias, receiver::kMostFlashBiasUs)) return refuse({reason::bias, -1, fit_.bias});
+    const double mark = wire_.mark * wire_.unit;
+    for (int i = 0; i < wire_.bursts(); ++i) {
+      const double off = burst(i)[0] - receiver::at_least(mark + bias);
+      if (!within(off, kMostFlashOff * jitter_us(mark))) {
+        return refuse({reason::mark, i, burst(i)[0]});
+      }
+    }
+    return flash_spaces_fit(bias);
+  }
+
+  /// By how much the spaces of flashes are still shorter than this bias makes them.
+  [[nodiscard]] double bias_left(double bias) const {
+    double left = 0;
+    int told = 0;
+    for (int i = 0; i < wire_.bursts() - 1; ++i) {
+      if (burst(i)[1] <= receiver::kLeastUs) continue;
+      left -= space_off(i, sent(i).off, bias);
+      ++told;
+    }
+    return left / std::max(told, 1);
+  }
+
+  bool flash_spaces_fit(double bias) {
+    const double apart = receiver::at_least(wire_.one * wire_.unit - bias) -
+                         receiver::at_least(wire_.zero * wire_.unit - bias);
+    double squares = 0;
+    for (int i = 0; i < wire_.bursts() - 1; ++i) {
+      const double off = space_off(i, sent(i).off, bias);
+      const double most = std::min(jitter_us(sent(i).off * wire_.unit), kMostFlashOff * apart);
+      if (!within(off, most)) return refuse({reason::symbol, i, burst(i)[1]});
+      squares += off * off;
+    }
+    return squares <= std::pow(kFlashSpread * apart, 2) * (wire_.bursts() - 1) ||
+           refuse({reason::symbol});
   }
 
   void read_symbols() {
