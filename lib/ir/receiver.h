@@ -69,7 +69,7 @@ constexpr bool first_mark_is_plausible(int us, int sent_us) {
 }
 
 /// Whether the space behind a first mark fits: it pays for what the mark gained or lost, in full,
-/// in part or not at all.
+/// a fraction of it or nothing.
 constexpr bool first_space_is_plausible(const distortion& found, double mark_off, double us,
                                         double sent_us) {
   const double off = found.space_off(us, sent_us);
@@ -78,7 +78,7 @@ constexpr bool first_space_is_plausible(const distortion& found, double mark_off
 }
 
 /// Whether a last mark of `us`, without the bias, may have been sent as `sent_us`. `proven`: the
-/// rest of the frame vouches for its end. Wider, and a frame that goes on is taken for whole;
+/// rest of the frame proves where it ends. Wider, and a frame that goes on is taken for whole;
 /// tighter, and frames whose end was cut or stretched are lost. Captured ones reach -23 and +51 %,
 /// a few more.
 constexpr bool last_mark_is_plausible(double us, double sent_us, bool proven) {

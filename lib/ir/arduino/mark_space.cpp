@@ -41,11 +41,11 @@ void read_symbols(const mark_space& row, std::span<const uint16_t> durations, re
   }
 }
 
-// How many symbols may be odd: their burst is off by more than jitter, though not by so much that
-// it could be another symbol. An edge that came late shows in two symbols. A code that proves
-// little has to have many symbols for one of them to be odd: three of 2,151 captured
+// How many symbols may be damaged: their burst is off by more than jitter, though not by so much
+// that it could be another symbol. An edge that came late shows in two symbols. A code that proves
+// little has to have many symbols for one of them to be damaged: three of 2,151 captured
 // frames of 28 bits and more have one.
-unsigned most_odd(const mark_space& row, bool proven) {
+unsigned most_damaged(const mark_space& row, bool proven) {
   constexpr unsigned kProven = 2;
   constexpr unsigned kSymbolsForOne = 24;
   return proven ? kProven : row.bits / kSymbolsForOne;
@@ -57,11 +57,11 @@ unsigned most_odd(const mark_space& row, bool proven) {
 // that carries no bit may be off by half where its burst holds.
 bool bursts_fit(const mark_space& row, std::span<const uint16_t> durations, const reading& r,
                 bool proven) {
-  constexpr double kOddBurst = 1.5;  // times jitter
-  constexpr double kSpread = 0.42;   // times jitter
-  constexpr double kOddMark = 0.5;   // of the mark
+  constexpr double kDamagedBurst = 1.5;    // times jitter
+  constexpr double kSpread = 0.42;         // times jitter
+  constexpr double kMarkWithoutBit = 0.5;  // of the mark
   const bool marks_carry = row.zero.mark_us != row.one.mark_us;
-  unsigned odd = 0;
+  unsigned damaged = 0;
   unsigned bursts = 0;
   double squares = 0;
   for (size_t i = row.lead.count > 0 ? 2 : 0; i + 1 < durations.size(); i += 2) {
@@ -69,14 +69,14 @@ bool bursts_fit(const mark_space& row, std::span<const uint16_t> durations, cons
     const double tolerance = jitter_us(sent_us);
     const double burst_off = r.found.burst_off(durations[i] + durations[i + 1], sent_us);
     const double mark_off = r.found.mark_off(durations[i], r.sent[i]);
-    const double mark_tolerance = marks_carry ? jitter_us(r.sent[i]) : kOddMark * r.sent[i];
-    if (!within(burst_off, kOddBurst * tolerance) || !within(mark_off, mark_tolerance))
+    const double mark_tolerance = marks_carry ? jitter_us(r.sent[i]) : kMarkWithoutBit * r.sent[i];
+    if (!within(burst_off, kDamagedBurst * tolerance) || !within(mark_off, mark_tolerance))
       return false;
-    if (!within(burst_off, tolerance)) odd++;
+    if (!within(burst_off, tolerance)) damaged++;
     squares += burst_off * burst_off / (tolerance * tolerance);
     bursts++;
   }
-  return odd <= most_odd(row, proven) && squares <= kSpread * kSpread * bursts;
+  return damaged <= most_damaged(row, proven) && squares <= kSpread * kSpread * bursts;
 }
 
 // The last mark has no space to be measured with, and is the one that receivers cut or stretch

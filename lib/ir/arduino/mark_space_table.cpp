@@ -112,7 +112,7 @@ constexpr symbol kJvcZero = {525, 525};
 constexpr symbol kJvcOne = {525, 1575};
 constexpr auto kStop = ending::stop_mark;
 
-// Frames that a check of their own vouches for, the strongest first. NEC and Samsung stand among
+// Frames that a check of their own proves, the strongest first. NEC and Samsung stand among
 // them for their complement, though some remotes do without.
 constexpr mark_space kChecked[] = {
     {"AIWA_RC_T501", kNecLead, kNecZero, kNecOne, kStop, kSanyoBits, kProvenClocks, check_aiwa},

@@ -29,14 +29,14 @@ bool expected_frame::fits(const frame& seen, const fit_rule& rule, int first) co
 
 bool expected_frame::fits_closely(const frame& seen, const fit_rule& rule, int first) const {
   const float* const frame = seen.first + ptrdiff_t{2} * first;
-  int odd = -1;
+  int damaged = -1;
   for (int pass = 0; pass < 2; ++pass) {
-    const estimate found = estimate_of(frame, 0, bursts(), odd);
+    const estimate found = estimate_of(frame, 0, bursts(), damaged);
     int worst = -1;
     float worstBy = 0;
     for (int i = 0; i < bursts(); ++i) {
       const float by = error(frame, i, found) - rule.tolerance_us;
-      if (i == odd || by <= 0) continue;
+      if (i == damaged || by <= 0) continue;
       if (by > worstBy) {
         worst = i;
         worstBy = by;
@@ -50,7 +50,7 @@ bool expected_frame::fits_closely(const frame& seen, const fit_rule& rule, int f
       seen.refused(why);
       return false;
     }
-    odd = worst;
+    damaged = worst;
   }
   return false;
 }
@@ -93,16 +93,16 @@ bool expected_frame::is_likely(const frame& seen, const estimate& found, const f
 }
 
 /// The clock by the bursts (they do not feel the bias), then the bias by the marks.
-/// Of bursts `from` to `end` - 1, without `odd`.
+/// Of bursts `from` to `end` - 1, without the damaged one.
 expected_frame::estimate expected_frame::estimate_of(const float* frame, int from, int end,
-                                                     int odd) const {
+                                                     int damaged) const {
   float gotBursts = 0;
   float wantBursts = 0;
   float gotMarks = 0;
   float wantMarks = 0;
   int marks = 0;
   for (int i = from; i < end; ++i) {
-    if (i == odd) continue;
+    if (i == damaged) continue;
     gotMarks += frame[2 * i];
     wantMarks += us(2 * i);
     ++marks;

@@ -21,8 +21,8 @@ namespace analysis {
 struct fit_rule {
   float tolerance_us;  // of each mark and each burst once bias and clock are known
   float most_bias_us = receiver::kMostExpectedBiasUs;  // by which marks are longer or shorter
-  float clock_error = 0.06F;                           // +-, as a part
-  bool checked = false;  // the code's own checks cover all bits: any one burst may be odd
+  float clock_error = 0.06F;                           // +-, as a fraction
+  bool checked = false;  // the code's own checks cover all bits: any one burst may be damaged
 };
 
 class expected_frame {
@@ -46,7 +46,7 @@ class expected_frame {
   [[nodiscard]] float us(int i) const { return us_[static_cast<size_t>(i)]; }
   [[nodiscard]] bool fits_closely(const frame& seen, const fit_rule& rule, int first) const;
   [[nodiscard]] bool fits_noisily(const frame& seen, const fit_rule& rule, int first) const;
-  [[nodiscard]] estimate estimate_of(const float* frame, int from, int end, int odd) const;
+  [[nodiscard]] estimate estimate_of(const float* frame, int from, int end, int damaged) const;
   [[nodiscard]] float error(const float* frame, int burst, const estimate& found) const;
   static bool is_likely(const frame& seen, const estimate& found, const fit_rule& rule);
   [[nodiscard]] refusal off(const float* frame, int burst, const estimate& found,

@@ -9,7 +9,7 @@ namespace {
 
 constexpr int kRounds = 2;               // of reading the digits and estimating the line
 constexpr float kMostBaseError = 0.35F;  // in steps
-constexpr float kMostStepError = 0.08F;  // +-, as a part
+constexpr float kMostStepError = 0.08F;  // +-, as a fraction
 constexpr float kMostScatter = 0.23F;    // in steps, root of the mean square; by chance 0.29
 constexpr float kFarOff = 0.3F;          // in steps ...
 constexpr float kFarApart = 3.5F;        // ... and in terms of what the others scatter

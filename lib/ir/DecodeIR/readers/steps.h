@@ -16,7 +16,8 @@ struct step_rule {
   float base_us;         // length of the burst that sends 0
   float step_us;         // what each further digit adds
   int most;              // the largest digit
-  bool checked = false;  // a checksum covers the digits: one odd burst may be guessed
+  bool checked = false;  // a checksum covers the digits: one burst between two digits may be taken
+                         // for the nearer
 };
 
 /// Base and step as one remote sends them, in µs.

@@ -85,7 +85,7 @@ bool slicer::settles(const float* durations, int count, const slice_rule& rule) 
     return by >= -rule.tolerance && by <= receiver::settling(units, total - units) + rule.tolerance;
   };
   if (lead < 1 || space < 1 || !may_grow(later, lead)) return false;
-  // Where the code does not say which, the edge must not have two places.
+  // Where the code does not say how long the first mark is, only one number of units may fit it.
   if (rule.lead == 0 && may_grow(later + 1, lead - 1)) return false;
   const float settled = lead * unit + bias_;
   return fits_behind({settled, durations[0] + durations[1] - settled}, durations, count, rule);
@@ -119,7 +119,8 @@ bool slicer::fits_behind(std::array<float, 2> first, const float* durations, int
 bool slicer::fits(const float* durations, const slice_rule& rule, float assumed_bias) {
   bias_ = assumed_bias;
   scale_ = 1;
-  // The ends may be odd, so the estimate rests on what lies between them where that is enough.
+  // The first and the last duration may be damaged: the estimate does without them where enough
+  // others are left.
   const fit_range inner = count_ >= 2 * kFewest ? fit_range{1, count_ - 1} : fit_range{0, count_};
   for (int round = 0; round < kRounds; ++round) {
     count_units(durations, rule);
@@ -143,7 +144,8 @@ bool slicer::fits(const float* durations, const slice_rule& rule, float assumed_
     total += durations[i];
     total_units += units(i);
   }
-  // The biases cancel out but for one space, so the sum tells the clock whatever the estimate says.
+  // Between the ends stands one space more than marks: all but its bias cancels, so the sum tells
+  // the clock whatever the estimate says.
   const float nominal = static_cast<float>(total_units) * rule.unit_us;
   if (std::abs(total + bias_ - nominal) > kMostClockError * nominal) {
     return refuse(refusal::off(reason::clock, -1, (total + bias_) / nominal, 1, kMostClockError));
