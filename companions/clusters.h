@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <map>
 #include <vector>
 
 namespace companions {
@@ -17,6 +18,10 @@ struct cluster {
 /// The clusters of these lengths, rising. Neighbours part that are further apart than this
 /// proportion of the shorter one.
 std::vector<cluster> find_clusters(std::vector<int> lengths, double step = 0.25);
+
+/// Lengths and how often each occurs.
+using length_counts = std::map<int, size_t>;
+std::vector<cluster> find_clusters(const length_counts& lengths, double step = 0.25);
 
 /// The middle one of these lengths, 0 of none.
 int median(std::vector<int> lengths);

@@ -4,6 +4,18 @@
 
 namespace companions {
 
+namespace {
+
+/// The length in seventeen significant bits, of which there are fewer than 700,000.
+int rounded(int length) {
+  constexpr int kExact = 1 << 17;
+  int unit = 1;
+  while (length / unit >= kExact) unit *= 2;
+  return (length + unit / 2) / unit * unit;
+}
+
+}  // namespace
+
 int round_up_nicely(double us) {
   int power = 1;
   while (power * 10 < us) power *= 10;
@@ -13,17 +25,15 @@ int round_up_nicely(double us) {
   return 10 * power;
 }
 
-std::array<length_kind, 3> lengths_of(const std::vector<plotted>& signals) {
-  std::array<length_kind, 3> kinds = {{{"marks", {}}, {"spaces", {}}, {"bursts", {}}}};
-  for (const plotted& signal : signals) {
-    for (size_t i = 0; i < signal.durations.size(); ++i) {
-      kinds[i % 2].lengths.push_back(signal.durations[i]);
-      if (i % 2 == 1) {
-        kinds[2].lengths.push_back(signal.durations[i - 1] + signal.durations[i]);
-      }
-    }
+void histogram::add(const std::vector<int>& durations) {
+  const auto count = [](length_kind& kind, int length) {
+    ++kind.counts[rounded(length)];
+    ++kind.total;
+  };
+  for (size_t i = 0; i < durations.size(); ++i) {
+    count(kinds_[i % 2], durations[i]);
+    if (i % 2 == 1) count(kinds_[2], durations[i - 1] + durations[i]);
   }
-  return kinds;
 }
 
 std::vector<drawn_bits> bits_of(const plotted& signal) {

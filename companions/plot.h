@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "companions/clusters.h"
 #include "companions/heard.h"
 
 namespace companions {
@@ -32,8 +33,6 @@ struct screen {
 
 void plot_text(std::ostream& out, const plotted& signal, const screen& to);
 void plot_svg(std::ostream& out, const std::vector<plotted>& signals);
-void histogram_text(std::ostream& out, const std::vector<plotted>& signals, const screen& to);
-void histogram_svg(std::ostream& out, const std::vector<plotted>& signals);
 
 /// The bytes of every section, side by side for all patterns that have it, and what differs among
 /// them: the bytes marked, their bits spelled in the order sent.
@@ -42,12 +41,27 @@ void bytes_text(std::ostream& out, const std::vector<plotted>& signals, bit_orde
 /// A round number of µs (1, 2 or 5 times a power of ten), at least `us`.
 int round_up_nicely(double us);
 
-/// A kind of length, and all of them that the patterns have, in µs.
+/// A kind of length, and how often each of them occurs, in µs.
 struct length_kind {
   const char* name;  // "marks", "spaces" or "bursts", which are a mark and a space
-  std::vector<int> lengths;
+  length_counts counts = {};
+  size_t total = 0;
 };
-std::array<length_kind, 3> lengths_of(const std::vector<plotted>& signals);
+
+/// How long the durations of patterns are, in memory that does not grow with their number: lengths
+/// of over 131 ms are counted to 0.001 %.
+class histogram {
+ public:
+  /// `durations`: µs, mark and space in turn, a mark first.
+  void add(const std::vector<int>& durations);
+  [[nodiscard]] const std::array<length_kind, 3>& kinds() const { return kinds_; }
+
+ private:
+  std::array<length_kind, 3> kinds_ = {{{"marks"}, {"spaces"}, {"bursts"}}};
+};
+
+void histogram_text(std::ostream& out, const histogram& lengths, const screen& to);
+void histogram_svg(std::ostream& out, const histogram& lengths);
 
 /// The bits of one symbol, and where its burst begins in µs; bits of bi-phase codes begin in the
 /// middle of theirs, where mark and space meet.

@@ -8,10 +8,12 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
+#include <functional>
 #include <iostream>
 #include <string>
 #include <vector>
 
+#include "companions/formats/form.h"
 #include "companions/formats/inputs.h"
 #include "companions/heard.h"
 #include "companions/options.h"
@@ -45,7 +47,49 @@ plotted prepare(const input& from, bool bytes) {
           bytes ? heard.form : drawn_coding(heard)};
 }
 
-bool write_svg(const std::string& path, const std::vector<plotted>& signals, bool histogram) {
+/// Names what is no pattern on standard error, and hands every pattern to `use` while that is true.
+bool read_patterns(const std::vector<std::string>& files,
+                   const std::function<bool(const input&)>& use) {
+  return read_inputs(files, [&](const input& from) {
+    if (const auto* fault = std::get_if<bad_line>(&from.read.what)) {
+      print_fault(from, *fault);
+      return verdict::kFailed;
+    }
+    return use(from) ? verdict::kGoOn : verdict::kStop;
+  });
+}
+
+/// Draws every pattern as it is read.
+bool plot_each(const std::vector<std::string>& files, const screen& terminal) {
+  return read_patterns(files, [&](const input& from) {
+    plot_text(std::cout, prepare(from, false), terminal);
+    if (from.live) std::cout.flush();
+    return static_cast<bool>(std::cout);
+  });
+}
+
+/// Patterns for one picture: as many as can be looked at and kept.
+bool gather(const std::vector<std::string>& files, bool bytes, std::vector<plotted>& to) {
+  constexpr size_t kMostPatterns = 1000;
+  size_t durations = 0;
+  bool all = true;
+  const bool ok = read_patterns(files, [&](const input& from) {
+    plotted signal = prepare(from, bytes);
+    durations += signal.durations.size();
+    all = to.size() < kMostPatterns && durations <= kMostPatternDurations;
+    if (all) {
+      to.push_back(std::move(signal));
+    } else {
+      std::cerr << signal.place << ": one picture takes " << kMostPatterns << " patterns and "
+                << kMostPatternDurations << " durations; this pattern and the rest are left out\n";
+    }
+    return all;
+  });
+  return ok && all;
+}
+
+/// What `draw` draws goes to the file of this name, or to standard output for "-".
+bool write_svg(const std::string& path, const std::function<void(std::ostream&)>& draw) {
   std::ofstream file;
   const bool to_stdout = path == "-";
   if (!to_stdout) {
@@ -56,11 +100,7 @@ bool write_svg(const std::string& path, const std::vector<plotted>& signals, boo
     }
   }
   std::ostream& out = to_stdout ? std::cout : file;
-  if (histogram) {
-    histogram_svg(out, signals);
-  } else {
-    plot_svg(out, signals);
-  }
+  draw(out);
   out.flush();
   if (!out) std::fprintf(stderr, "vantrel-plot: could not write %s\n", path.c_str());
   return static_cast<bool>(out);
@@ -68,7 +108,7 @@ bool write_svg(const std::string& path, const std::vector<plotted>& signals, boo
 
 int run(int argc, char** argv) {
   std::string svg_path;
-  bool histogram = false;
+  bool as_histogram = false;
   bool bytes = false;
   bool msb_first = false;
   std::vector<std::string> files;
@@ -76,7 +116,7 @@ int run(int argc, char** argv) {
   line.add_option("-s,--svg", svg_path,
                   "Write one SVG picture instead of text; - is standard output")
       ->type_name("OUT.svg");
-  line.add_flag("-H,--histogram", histogram,
+  line.add_flag("-H,--histogram", as_histogram,
                 "How long marks, spaces and bursts are, instead of the waves");
   line.add_flag("-b,--bytes", bytes, "The bytes, and what differs among the patterns")
       ->excludes("--svg")
@@ -87,28 +127,29 @@ int run(int argc, char** argv) {
   if (const auto status = line.read(argc, argv)) return *status;
 
   const screen terminal = this_terminal();
-  std::vector<plotted> kept;  // for what needs all patterns at once
-  const bool together = histogram || bytes || !svg_path.empty();
-  bool ok = read_inputs(files, [&](const input& from) {
-    if (const auto* fault = std::get_if<bad_line>(&from.read.what)) {
-      print_fault(from, *fault);
-      return verdict::kFailed;
-    }
-    auto signal = prepare(from, bytes);
-    if (together) {
-      kept.push_back(std::move(signal));
+  const bool as_svg = !svg_path.empty();
+  bool ok = true;
+  if (as_histogram) {
+    histogram lengths;
+    ok = read_patterns(files, [&](const input& from) {
+      lengths.add(frame_of(std::get<pattern>(from.read.what)));
+      return true;
+    });
+    if (as_svg) {
+      ok = write_svg(svg_path, [&](std::ostream& out) { histogram_svg(out, lengths); }) && ok;
     } else {
-      plot_text(std::cout, signal, terminal);
-      if (from.live) std::cout.flush();
+      histogram_text(std::cout, lengths, terminal);
     }
-    return std::cout ? verdict::kGoOn : verdict::kStop;
-  });
-  if (!svg_path.empty()) {
-    ok = write_svg(svg_path, kept, histogram) && ok;
-  } else if (histogram) {
-    histogram_text(std::cout, kept, terminal);
-  } else if (bytes) {
-    bytes_text(std::cout, kept, msb_first ? bit_order::kMsbFirst : bit_order::kLsbFirst);
+  } else if (as_svg || bytes) {
+    std::vector<plotted> signals;
+    ok = gather(files, bytes, signals);
+    if (as_svg) {
+      ok = write_svg(svg_path, [&](std::ostream& out) { plot_svg(out, signals); }) && ok;
+    } else {
+      bytes_text(std::cout, signals, msb_first ? bit_order::kMsbFirst : bit_order::kLsbFirst);
+    }
+  } else {
+    ok = plot_each(files, terminal);
   }
   return finish("vantrel-plot", ok);
 }

@@ -232,17 +232,16 @@ class panel {
   /// REQUIRES: there are such lengths.
   explicit panel(const length_kind& kind)
       : kind_(kind),
-        to_us_(std::max(1.0, 1.02 * *std::max_element(kind.lengths.begin(), kind.lengths.end()))),
+        to_us_(std::max(1.0, 1.02 * kind.counts.rbegin()->first)),
         pixels_per_us_((kWidth - 2 * kMargin) / to_us_),
-        labels_(place_labels(find_clusters(kind.lengths), pixels_per_us_)) {
+        labels_(place_labels(find_clusters(kind.counts), pixels_per_us_)) {
     for (const placed_label& label : labels_) rows_ = std::max(rows_, label.row + 1);
   }
   [[nodiscard]] double height() const { return ground() + kAxisHeight + kMargin; }
 
   void draw(svg& picture, double top) const {
-    picture.text(
-        kMargin, top + kTitleHeight / 2, "title",
-        std::to_string(kind_.lengths.size()) + ' ' + kind_.name + ": how often each length");
+    picture.text(kMargin, top + kTitleHeight / 2, "title",
+                 std::to_string(kind_.total) + ' ' + kind_.name + ": how often each length");
     draw_bars(picture, top + ground());
     for (const placed_label& label : labels_) {
       const double y = top + kTitleHeight + kLabelHeight * static_cast<double>(rows_ - label.row);
@@ -266,8 +265,8 @@ class panel {
   void draw_bars(svg& picture, double floor) const {
     const double bin_us = std::max(1.0, to_us_ / static_cast<double>(kBins));
     std::array<size_t, kBins + 1> bins{};
-    for (const int length : kind_.lengths) {
-      ++bins[std::min(kBins, static_cast<size_t>(length / bin_us))];
+    for (const auto& [length, times] : kind_.counts) {
+      bins[std::min(kBins, static_cast<size_t>(length / bin_us))] += times;
     }
     const auto most = static_cast<double>(*std::max_element(bins.begin(), bins.end()));
     const double width = bin_us * pixels_per_us_;
@@ -306,12 +305,11 @@ void plot_svg(std::ostream& out, const std::vector<plotted>& signals) {
   draw_legend(picture, signals, bottom + kAxisHeight);
 }
 
-void histogram_svg(std::ostream& out, const std::vector<plotted>& signals) {
-  const auto kinds = lengths_of(signals);
+void histogram_svg(std::ostream& out, const histogram& lengths) {
   std::vector<panel> panels;
   double height = kMargin;
-  for (const length_kind& kind : kinds) {
-    if (kind.lengths.empty()) continue;
+  for (const length_kind& kind : lengths.kinds()) {
+    if (kind.total == 0) continue;
     panels.emplace_back(kind);
     height += panels.back().height();
   }

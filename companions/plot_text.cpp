@@ -112,28 +112,27 @@ void draw_axis(std::ostream& out, const row& r) {
 
 void draw_bars(std::ostream& out, const length_kind& kind, const screen& to) {
   constexpr int kLabelColumns = 24;
-  const auto& [name, lengths] = kind;
-  if (lengths.empty()) return;
-  out << name << '\n';
-  const auto clusters = find_clusters(lengths);
+  if (kind.total == 0) return;
+  out << kind.name << '\n';
+  const auto clusters = find_clusters(kind.counts);
   size_t most = 1;
   for (const cluster& c : clusters) most = std::max(most, c.count);
   const int room = std::max(1, to.columns - kLabelColumns);
+  auto at = kind.counts.begin();
   for (const cluster& c : clusters) {
     // Within a cluster one line for each part of its range that holds anything.
     const int step = round_up_nicely(std::max(1.0, c.mean / 20));
     out << "  about " << std::lround(c.mean) << " us: " << c.count << '\n';
-    for (int low = c.low / step * step; low <= c.high; low += step) {
-      const auto n = std::count_if(lengths.begin(), lengths.end(), [&](int length) {
-        return length >= std::max(low, c.low) && length <= c.high && length < low + step;
-      });
-      if (n == 0) continue;
+    while (at != kind.counts.end() && at->first <= c.high) {
+      const int low = at->first / step * step;
+      size_t n = 0;
+      for (; at != kind.counts.end() && at->first <= c.high && at->first < low + step; ++at) {
+        n += at->second;
+      }
       std::array<char, 64> label;
-      std::snprintf(label.data(), label.size(), "  %6d..%-6d %5ld ", low, low + step - 1,
-                    static_cast<long>(n));
-      const auto bar =
-          std::max<size_t>(1, static_cast<size_t>(n) * static_cast<size_t>(room) / most);
+      std::snprintf(label.data(), label.size(), "  %6d..%-6d %5zu ", low, low + step - 1, n);
       out << label.data();
+      const size_t bar = std::max<size_t>(1, n * static_cast<size_t>(room) / most);
       for (size_t i = 0; i < bar; ++i) out << "█";
       out << '\n';
     }
@@ -169,8 +168,8 @@ void plot_text(std::ostream& out, const plotted& signal, const screen& to) {
   out << '\n';
 }
 
-void histogram_text(std::ostream& out, const std::vector<plotted>& signals, const screen& to) {
-  for (const length_kind& kind : lengths_of(signals)) draw_bars(out, kind, to);
+void histogram_text(std::ostream& out, const histogram& lengths, const screen& to) {
+  for (const length_kind& kind : lengths.kinds()) draw_bars(out, kind, to);
 }
 
 }  // namespace companions

@@ -19,6 +19,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   std::istringstream text(std::string(reinterpret_cast<const char*>(data), size));
   companions::pattern_reader reader(text);
   std::vector<companions::plotted> all;
+  companions::histogram lengths;
   while (const auto read = reader.next()) {
     const companions::record record = companions::make_record(
         {.source = "-", .read = *read, .position = reader.position()}, messages);
@@ -31,14 +32,15 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
                    .title = analysis_line(heard),
                    .durations = std::move(heard.durations),
                    .form = std::move(heard.form)});
+    lengths.add(all.back().durations);
     require(all.back().form.roles.size() == all.back().durations.size());
   }
   std::ostringstream out;
   const companions::screen narrow = {.columns = 20, .colour = size % 2 == 0};
   for (const companions::plotted& signal : all) plot_text(out, signal, narrow);
   plot_svg(out, all);
-  histogram_text(out, all, narrow);
-  histogram_svg(out, all);
+  histogram_text(out, lengths, narrow);
+  histogram_svg(out, lengths);
   bytes_text(out, all, companions::bit_order::kLsbFirst);
   return 0;
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What vantrel prints of a signal, in each of its forms, read back by the companion programs.
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <fstream>
 #include <regex>
@@ -53,6 +54,18 @@ TEST(VantrelJson, ReportsFaultsAndReadsOn) {
                          {"column", 6},
                          {"error", "\"x\" is no duration of 0 to 16777215"}}));
   EXPECT_EQ(json::parse(result.out.substr(second)).at("analysis"), json::array());
+}
+
+TEST(VantrelJson, ShowsItsProgressBetweenRecordsOnly) {
+  process program({.argv = {VANTREL_JSON}, .one_screen = true});
+  usleep(600'000);  // it shows nothing of what is done within half a second
+  program.send("500,500,500\n");
+  EXPECT_TRUE(program.wait_for("1 patterns, "));
+  program.send("500,x\n500,500,500\n");
+  const std::string out = program.finish().out;
+  const std::regex whole(R"((\{[^\x1b\n]*\}\r\n|\r\x1b\[K(\d+ patterns, \d+ a second)?)*)");
+  EXPECT_TRUE(std::regex_match(out, whole)) << out;
+  EXPECT_TRUE(out.ends_with("\x1b[K")) << out;
 }
 
 TEST(VantrelJson, FilesHaveNoTime) {
@@ -132,6 +145,28 @@ TEST(VantrelPlot, DrawsBitsWhereTheAnalysisSays) {
     EXPECT_EQ(count("rect class=\"lead\" x"), c.lead) << c.protocol;
     EXPECT_EQ(count("rect class=\"part\" x"), c.part) << c.protocol;
     EXPECT_EQ(count("text class=\"bit\""), 0U) << c.protocol;
+  }
+}
+
+TEST(VantrelPlot, CountsLengthsOfAnyNumberOfPatternsAndDrawsAThousand) {
+  std::string many;
+  for (int i = 0; i < 1001; ++i) many += "500,199999,502\n";
+  EXPECT_EQ(run(VANTREL_PLOT, {"--histogram"}, many, {"COLUMNS=30"}).out,
+            "marks\n"
+            "  about 501 us: 2002\n"
+            "     500..549     2002 ██████\n"
+            "spaces\n"
+            "  about 200000 us: 1001\n"
+            "  200000..209999  1001 ██████\n"
+            "bursts\n"
+            "  about 200500 us: 1001\n"
+            "  200000..219999  1001 ██████\n");
+  for (const char* option : {"--bytes", "--svg=/dev/null"}) {
+    const auto result = run(VANTREL_PLOT, {option}, many);
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.err,
+              "-:1001: one picture takes 1000 patterns and 1000000 durations; this pattern and the "
+              "rest are left out\n");
   }
 }
 

@@ -66,27 +66,20 @@ bool append_from(int fd, std::string& text) {
 
 process::process(const process_options& options) {
   std::signal(SIGPIPE, SIG_IGN);  // a program may end before it has read all its input
-  pipe_ends in{}, out{};
-  if (options.terminal) {
-    int master = -1, slave = -1;
-    if (openpty(&master, &slave, nullptr, nullptr, nullptr) != 0) {
-      throw std::runtime_error("no terminal");
-    }
-    in = {slave, master};
-    out = {dup(master), dup(slave)};
-  } else {
-    in = new_pipe();
-    out = new_pipe();
+  const bool on_terminal = options.terminal || options.one_screen;
+  int master = -1, slave = -1;
+  if (on_terminal && openpty(&master, &slave, nullptr, nullptr, nullptr) != 0) {
+    throw std::runtime_error("no terminal");
   }
+  const pipe_ends in = options.terminal ? pipe_ends{dup(slave), dup(master)} : new_pipe();
+  pipe_ends out = on_terminal ? pipe_ends{master, slave} : new_pipe();
   if (options.unread) close_if_open(out.reading);
-  pipe_ends err = new_pipe();
+  const pipe_ends err = options.one_screen ? pipe_ends{-1, dup(slave)} : new_pipe();
   pid_ = fork();
   if (pid_ == 0) {
     std::signal(SIGPIPE, SIG_DFL);
-    if (options.terminal) {
-      close(in.writing);
-      close(out.reading);
-    }
+    if (options.terminal) close(in.writing);
+    if (on_terminal) close(out.reading);
     become(options, in.reading, out.writing, err.writing);
   }
   close(in.reading);

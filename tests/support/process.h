@@ -16,6 +16,7 @@ struct process_options {
   std::vector<int> closed = {};       // standard streams that the program finds closed
   bool unread = false;                // nobody reads standard output, from the start
   bool terminal = false;              // standard input and output are one terminal
+  bool one_screen = false;            // standard output and error are one terminal: all is in `out`
 };
 
 struct process_result {
