@@ -50,9 +50,7 @@ class conversion {
   bool split_;
 };
 
-}  // namespace
-
-int main(int argc, char** argv) {
+int run(int argc, char** argv) {
   std::string from;
   std::string to = "raw";
   bool split = false;
@@ -70,4 +68,10 @@ int main(int argc, char** argv) {
       from.empty() ? nullptr : find_form(from));
   all.end();
   return finish("vantrel-convert", ok);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  return run_guarded("vantrel-convert", run, argc, argv);
 }

@@ -171,7 +171,7 @@ bool encode_files(encoder& to, const irp::Protocols& protocols,
   return good;
 }
 
-bool run(const arguments& wanted) {
+bool run_wanted(const arguments& wanted) {
   if (wanted.json && !wanted.list) throw irp::Error("--json goes with --list only");
   if (wanted.send && (wanted.list || wanted.from_json)) {
     throw irp::Error("--send goes with a protocol and its numbers only");
@@ -192,10 +192,7 @@ bool run(const arguments& wanted) {
   return all && good;
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
-  set_loglevel(0);  // what a decoder could not make of a signal is no news here
+int run(int argc, char** argv) {
   arguments wanted;
   options line(kProgram, "Renders the signal of a protocol and its numbers.");
   line.add_option("PROTOCOL", wanted.words, "A protocol and its numbers, as D=4 F=8")
@@ -214,11 +211,12 @@ int main(int argc, char** argv) {
   line.add_flag("-s,--send", wanted.send, "Run vantrel sendir with the signal");
   if (const auto status = line.read(argc, argv)) return *status;
 
-  bool good = false;
-  try {
-    good = run(wanted);
-  } catch (const irp::Error& fault) {
-    complain(fault.what());
-  }
-  return finish(kProgram, good);
+  return finish(kProgram, run_wanted(wanted));
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  set_loglevel(0);  // what a decoder could not make of a signal is no news here
+  return run_guarded(kProgram, run, argc, argv);
 }

@@ -106,10 +106,7 @@ irp::Protocols definitions() {
   }
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
-  set_loglevel(0);  // what a decoder could not make of a pattern, its answer shows
+int run(int argc, char** argv) {
   bool first = false;
   std::vector<std::string> files;
   options line("vantrel-json", "Reads infrared patterns and writes a JSON object for each.");
@@ -139,4 +136,11 @@ int main(int argc, char** argv) {
     return made.fault ? verdict::kFailed : verdict::kGoOn;
   });
   return finish("vantrel-json", first ? found : ok);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  set_loglevel(0);  // what a decoder could not make of a pattern, its answer shows
+  return run_guarded("vantrel-json", run, argc, argv);
 }
