@@ -22,7 +22,7 @@ constexpr double kGapShare = 0.4;
 // A mark below this, where a lead-in would begin behind a gap, is a spike.
 constexpr int kSpikeUs = 300;
 // Lead-ins whose lengths differ by less than this share cannot be told apart.
-constexpr double kAlikeShare = 0.05;
+constexpr double kAlikeShare = 0.01;
 
 bool near(int received, int defined, double share, int slack_us) {
   return std::abs(received - defined) <= std::max<double>(defined * share, slack_us);

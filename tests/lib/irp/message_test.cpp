@@ -123,6 +123,7 @@ TEST(Message, GapAndLeadInTellTwinsApart) {
 
   const auto message = bytes(Order::kLsb, {35, 203, 38, 1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 21});
   EXPECT_EQ(read({{{3440, 1720}, message, 0}}).substr(0, 10), "TCL-112 A1");
+  EXPECT_EQ(read({{{3228, 1705}, message, 0}}).substr(0, 10), "TCL-112 A1");
   EXPECT_EQ(read({{{3080, 1580}, message, 0}}).substr(0, 11), "TCL-112-490");
 }
 
