@@ -76,6 +76,16 @@ TEST(Forms, GiveEachOtherTheSameSignal) {
   }
 }
 
+TEST(Forms, WriteNoNameThatCannotBeReadBack) {
+  pattern sent = nec();
+  sent.name = std::string(1000, 'x');
+  for (const form* const one : forms()) {
+    if (one->holds.spell == nullptr) continue;
+    const std::string name = read_back(*one, written(*one, sent)).name;
+    EXPECT_TRUE(name.size() >= 100 && sent.name.starts_with(name)) << one->name << ": " << name;
+  }
+}
+
 TEST(Forms, KeepARepeatSequenceWhereBothHoldOne) {
   pattern sent = nec();
   sent.repeat = {9024, 2256, 564, 96156};
