@@ -13,11 +13,11 @@
 #include <string_view>
 
 #include "lib/ir/analyzer.h"
-#include "lib/libcmds/cmds.h"
 #include "lib/liblog/logging.h"
 #include "src/appdata.h"
 #include "src/common.h"
 #include "tests/support/capture.h"
+#include "tests/support/command_run.h"
 #include "tests/support/results.h"
 
 /// What a piece of code prints, without the lines of the other families.
@@ -62,7 +62,7 @@ class DecodeTest : public testing::Test {
   static printed decode(const std::string& option, int result = 0) {
     const char* argv[] = {option.c_str()};
     return own_output([&] {
-      EXPECT_EQ(run_cmd("decode", option.empty() ? 0 : 1, argv, &apppriv), result) << option;
+      EXPECT_EQ(run_command("decode", option.empty() ? 0 : 1, argv, &apppriv), result) << option;
     });
   }
 

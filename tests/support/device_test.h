@@ -7,10 +7,10 @@
 #include <sstream>
 #include <string>
 
-#include "lib/libcmds/cmds.h"
 #include "lib/liblog/logging.h"
 #include "src/common.h"
 #include "tests/support/capture.h"
+#include "tests/support/command_run.h"
 #include "tests/support/fake_usb.h"
 
 /// The bytes " 00", so many times.
@@ -56,7 +56,7 @@ class DeviceTest : public testing::Test {
   /// Runs a command line on the session.
   run_result run(const std::string& line) {
     run_result result{};
-    const printed text = capture([&] { result.status = run_cmd_line(line.c_str(), &session); });
+    const printed text = capture([&] { result.status = run_command(line, &session); });
     result.out = text.out;
     std::istringstream lines(text.err);
     for (std::string message; std::getline(lines, message);) {
