@@ -266,7 +266,6 @@ int wait_for_device(transport::dev_t** dev) {
   if (!output::flush()) return -1;
   // A device that just came back may refuse to open until its access rights are set.
   while ((*dev = open_device()) == nullptr) pause_us(kReopenPauseUs);
-  interrupt::checkpoint();
 
   const version_t found = query_version(*dev);
   std::printf("Zarvo tessarin found version: %d.%d.%d 0x%X [%s]\n", found.major_version,

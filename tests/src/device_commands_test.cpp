@@ -101,12 +101,13 @@ TEST_F(DeviceCommands, SendsPatterns) {
               "04 00 32 00 01");
   expect_sent("--ik=23000 --repeat=10 --raw=-9000,,4500", sending + "+9000 -4500 \n-23000\n", once,
               "03 00 d8 59 0a");
-  expect_sent("--repeat=0 --raw=65535", sending + "+65535 \n-50\n", once, "02 00 32 00 00");
+  expect_sent("--ik=10 --repeat=0 --raw=65535", sending + "+65535 \n-10\n", once, "02 00 0a 00 00");
   expect_sent("--ik=1000 --csv=9000,4500,560", sending, once, "03 00 e8 03 01");
-  expect_sent("--raw=1 --csv=9000,4500,560", sending + "+1 \n-50\n", once, "02 00 32 00 01");
+  expect_sent("--ik=15000 --raw=1 --csv=9000,4500,560", sending + "+1 \n-15000\n", once,
+              "02 00 98 3a 01");
   expect_sent("-k", killing, "*2 irtranskil", "");
-  expect_sent("-k --raw=7", killing + "Done!\n" + sending + "+7 \n-50\n", " irtranskil" + once,
-              "02 00 32 00 01");
+  expect_sent("-k --ik=65000 --raw=7", killing + "Done!\n" + sending + "+7 \n-65000\n",
+              " irtranskil" + once, "02 00 e8 fd 01");
   // A once sequence of one pair, its gap 0x2710 * 26 us = 260 ms, which is too long to hand on.
   expect_sent("--pronto=0000,006D,0001,0000,0156,2710 --repeat=1",
               sending + "+8892 \n-65535\n+8892 \n-65535\n", once + once, "02 00 ff ff 01");

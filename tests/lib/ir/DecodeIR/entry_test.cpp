@@ -88,6 +88,9 @@ std::string lineOf(const std::vector<int>& durations) {
 TEST(DecodeIR, LineOfAPacket) {
   EXPECT_EQ(lineOf(decode_ir::frame("Sony12", {{"D", 1}, {"F", 18}})),
             ":: DECODEIR :: Sony12        - scancode: 0x0024  D:0x0001  S:0xFFFFFFFF\n");
+  // A device that may be Pioneer's, whose carrier the assumed one is not.
+  EXPECT_EQ(lineOf(decode_ir::frame("NEC1", {{"D", 165}, {"S", 90}, {"F", 7}})),
+            ":: DECODEIR :: NEC           - scancode: 0x001F  D:0x00A5  S:0xFFFFFFFF\n");
   EXPECT_EQ(lineOf({500, 500, 500}), ":: DECODEIR :: UNKNOWN       -\n");
   EXPECT_EQ(lineOf({}), ":: DECODEIR :: UNKNOWN       -\n");
   EXPECT_EQ(lineOf(std::vector<int>(255, 500)), ":: DECODEIR :: UNKNOWN       -\n");
