@@ -191,7 +191,8 @@ TEST_F(Session, WaitsForTheDeviceToComeBack) {
     EXPECT_LT(tries, 1000);                     // it sleeps in between
     EXPECT_LT(fake_usb::now_us(), 3'400'000U);  // and notices at once
   };
-  expect("plug refuses=3", 0, "4.8.0 0xABCDEF [test]");
+  expect("plug version=4.6.0 refuses=3", 0, "4.6.0 0xABCDEF [test]");
+  expect("plug version=5.0.9", -1, "5.0.9 0xABCDEF [test]");
   expect("plug version=4.5.9", -1, "4.5.9 0xABCDEF [test]");
   expect("plug\non getversion unplug", -1, "0.0.0 0x0 []");
 }

@@ -44,7 +44,7 @@ TEST_F(DeviceCommands, ListenPrintsInTheChosenFormat) {
   };
   for (const auto& [line, out] : cases) {
     set_elapsed_flag(0);
-    begin(std::string("device\nat 1000 signal 9000 4500 560") + kReturnsTooOld);
+    begin(std::string("device version=4.6.0\nat 1000 signal 9000 4500 560") + kReturnsTooOld);
     const run_result result = run(line);
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(result.out, std::string(out) + kEnd) << line;
@@ -79,7 +79,7 @@ TEST_F(DeviceCommands, ListenKeepsUpWithAFlood) {
 }
 
 TEST_F(DeviceCommands, DecodesWhatTheDeviceHears) {
-  begin(std::string("device\nat 1000 signal 9000 4500 560") + kReturnsTooOld);
+  begin(std::string("device version=4.7.0\nat 1000 signal 9000 4500 560") + kReturnsTooOld);
   const run_result live = run("decode --listen");
   EXPECT_NE(session.dev, nullptr) << "the stop hook closes what came back";
   EXPECT_EQ(live.status, 1);
@@ -129,7 +129,7 @@ TEST_F(DeviceCommands, SendsPatterns) {
 }
 
 TEST_F(DeviceCommands, WaitsOutTheGapBetweenProntoFrames) {
-  begin("device");
+  begin("device version=4.7.0");
   const uint64_t before = fake_usb::now_us();
   run("sendir --pronto=0000,006D,0001,0000,0156,2710 --repeat=3");
   constexpr uint64_t kGapUs = 260'000;
