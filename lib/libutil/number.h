@@ -3,6 +3,7 @@
 // every platform, and without asking for the locale, which takes most of strtoll's time.
 #pragma once
 
+#include <algorithm>
 #include <cctype>
 #include <charconv>
 #include <cstdint>
@@ -19,10 +20,31 @@ constexpr bool is_blank(char c) {
   return c == ' ' || (c >= '\t' && c <= '\r');
 }
 
+/// `take` for the many numbers that are a few digits and nothing else. False, with everything as it
+/// was, for any other.
+inline bool take_digits(std::string_view& text, int64_t& value) {
+  constexpr size_t kMostDigits = 18;  // of which any number fits in 64 bits
+  const char* const begin = text.data();
+  const char* const end = begin + std::min(text.size(), kMostDigits + 1);
+  const char* at = begin;
+  int64_t sum = 0;
+  for (; at != end; ++at) {
+    const unsigned digit = static_cast<unsigned char>(*at) - unsigned{'0'};
+    if (digit > 9) break;
+    sum = 10 * sum + digit;
+  }
+  const auto digits = static_cast<size_t>(at - begin);
+  if (digits == 0 || digits > kMostDigits) return false;
+  text.remove_prefix(digits);
+  value = sum;
+  return true;
+}
+
 /// Reads a number at the start of `text` and removes it: white space, a sign, digits (behind 0x,
 /// if that is there, in base 16). What does not fit in 64 bits becomes the largest or smallest
 /// number. 0, with `text` as it was, when there is no number.
 inline int64_t take(std::string_view& text, int base = 10) {
+  if (int64_t value = 0; base == 10 && take_digits(text, value)) return value;
   const char* at = text.data();
   const char* const end = at + text.size();
   while (at != end && is_blank(*at)) ++at;

@@ -9,7 +9,9 @@
 namespace {
 
 TEST(Number, IsWhatStrtollReads) {
-  const char* pieces[] = {"", " ", "\t", "+", "-", "0", "0x", "7", "f", "9223372036854775807", "g"};
+  const char* pieces[] = {
+      "", " ", "\t", "+", "-", "0", "0x", "7", "f", "12345678901234567", "9223372036854775807",
+      "g"};
   for (const char* a : pieces) {
     for (const char* b : pieces) {
       for (const char* c : pieces) {
