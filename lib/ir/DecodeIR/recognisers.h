@@ -37,6 +37,7 @@ class recogniser_table {
     for (size_t i = 0; i < rows.size(); ++i) {
       const frame_bounds& bounds = rows[i].bounds;
       shortest_gap_ = std::min(shortest_gap_, bounds.min_gap);
+      shortest_gap_before_ = std::min(shortest_gap_before_, bounds.min_gap_before);
       for (int bursts = bounds.min_bursts; bursts <= bounds.max_bursts; ++bursts) {
         if (bursts <= frame::kMostBursts) by_bursts_[static_cast<size_t>(bursts)] |= 1U << i;
       }
@@ -50,6 +51,8 @@ class recogniser_table {
 
   /// The least gap behind a frame that any of them looks at.
   [[nodiscard]] constexpr float shortest_gap() const { return shortest_gap_; }
+  /// The same of the gap before it.
+  [[nodiscard]] constexpr float shortest_gap_before() const { return shortest_gap_before_; }
   /// The first one from `index` on whose bounds hold for the frame; kCount where there is none.
   [[nodiscard]] int next(int index, const frame& seen) const {
     if (index >= kCount) return kCount;
@@ -65,6 +68,7 @@ class recogniser_table {
   std::array<recogniser, kCount> rows_;
   std::array<uint32_t, frame::kMostBursts + 1> by_bursts_ = {};  // bit i: row i takes so many
   float shortest_gap_ = frame::kSilenceUs;
+  float shortest_gap_before_ = frame::kSilenceUs;
 };
 
 extern const recogniser_table kRecognisers;

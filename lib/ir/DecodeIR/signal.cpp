@@ -133,6 +133,10 @@ void Signal::searchFrom(int start) {
 
 /// Lets the frame that starts at `at`, behind `gap` µs, grow until a recogniser names it.
 bool Signal::tryFrame(const float* at, float gap) {
+  // Only a gap gets longer by a stray mark in it.
+  if (gap < std::min<float>(recognisers_.shortest_gap_before(), receiver::kShortestGapUs)) {
+    return false;
+  }
   frame_.reach = lastBurst_ - frame_.before;
   frame_.sent = nSingle_ + nRepeat_ - frame_.before;
   frame_.preempt_level = preemptLevel_;
