@@ -20,6 +20,24 @@ bool is_mark(int i) {
   return i % 2 == 0;
 }
 
+/// Counts units by a clock.
+class unit_counter {
+ public:
+  unit_counter(const slice_rule& rule, float scale)
+      : per_unit_(1.0F / (rule.unit_us * scale)), most_(static_cast<float>(rule.longest)) {}
+
+  /// The nearest whole number of units, 1 to the longest, of a duration without its bias.
+  [[nodiscard]] float nearest(float us) const {
+    const float exact = us * per_unit_ + 0.5F;
+    const float at_least_one = exact < 1.0F ? 1.0F : exact;
+    const float in_range = at_least_one > most_ ? most_ : at_least_one;
+    return static_cast<float>(static_cast<int>(in_range));
+  }
+
+ private:
+  float per_unit_, most_;
+};
+
 /// Whether a first mark may be that of the rule's lead-in.
 bool may_be_lead_in(float mark_us, const slice_rule& rule) {
   return rule.lead_space == 0 ||
@@ -123,66 +141,25 @@ bool slicer::fits(const float* durations, const slice_rule& rule, float assumed_
   // others are left.
   const fit_range inner = count_ >= 2 * kFewest ? fit_range{1, count_ - 1} : fit_range{0, count_};
   for (int round = 0; round < kRounds; ++round) {
-    count_units(durations, rule);
     const float before = bias_;
     if (!estimate(durations, rule, inner)) return false;
     if (std::abs(bias_ - before) < kSettledUs) break;
   }
-  count_units(durations, rule);
-
-  const float tolerance = rule.tolerance * rule.unit_us;
-  const float spread = rule.spread * rule.unit_us;
-  float squares = 0;
-  float total = 0;
-  int total_units = 0;
-  for (int i = 1; i < count_ - 1; ++i) {
-    const float off = deviation(durations, i, rule);
-    if (std::abs(off) > tolerance) {
-      return refuse(refusal::off(reason::unit, i / 2, durations[i], durations[i] - off, tolerance));
-    }
-    squares += off * off;
-    total += durations[i];
-    total_units += units(i);
-  }
-  // Between the ends stands one space more than marks: all but its bias cancels, so the sum tells
-  // the clock whatever the estimate says.
-  const float nominal = static_cast<float>(total_units) * rule.unit_us;
-  if (std::abs(total + bias_ - nominal) > kMostClockError * nominal) {
-    return refuse(refusal::off(reason::clock, -1, (total + bias_) / nominal, 1, kMostClockError));
-  }
-  const float most_squares = static_cast<float>(count_ - 2) * spread * spread;
-  if (squares > most_squares) return refuse({reason::unit});
-  const float first = deviation(durations, 0, rule);
-  const float last = deviation(durations, count_ - 1, rule);
-  first_damaged_ = std::abs(first) > tolerance;
-  last_damaged_ = std::abs(last) > tolerance;
-  if (std::max(first, last) <= kMostTooLong * rule.unit_us && !(first_damaged_ && last_damaged_)) {
-    return true;
-  }
-  return refuse(refusal::off(reason::stop, count_ / 2, durations[count_ - 1],
-                             durations[count_ - 1] - last, tolerance));
+  return durations_fit(durations, rule) && ends_fit(durations, rule);
 }
 
-/// The nearest number of units of every duration, by the bias and clock known so far.
-void slicer::count_units(const float* durations, const slice_rule& rule) {
-  const float per_unit = 1.0F / (rule.unit_us * scale_);
-  const auto most = static_cast<float>(rule.longest);
-  float shift = -bias_;  // of a mark; that of a space is the opposite
-  for (int i = 0; i < count_; ++i, shift = -shift) {
-    const float exact = std::clamp((durations[i] + shift) * per_unit + 0.5F, 1.0F, most);
-    units_[static_cast<size_t>(i)] = static_cast<float>(static_cast<int>(exact));
-  }
-}
-
-/// The bias and the clock by least squares over duration = units x unit x scale +- bias.
+/// Bias and clock by least squares over duration = units x unit x scale +- bias, in units as those
+/// known so far tell them.
 bool slicer::estimate(const float* durations, const slice_rule& rule, fit_range range) {
+  const unit_counter counter(rule, scale_);
   float kk = 0;
   float ks = 0;
   float dk = 0;
   float ds = 0;
-  for (int i = range.first; i < range.end; ++i) {
-    const auto k = static_cast<float>(units(i)) * rule.unit_us;
-    const float sign = is_mark(i) ? 1.0F : -1.0F;
+  float sign = is_mark(range.first) ? 1.0F : -1.0F;
+  float bias = sign * bias_;
+  for (int i = range.first; i < range.end; ++i, sign = -sign, bias = -bias) {
+    const float k = counter.nearest(durations[i] - bias) * rule.unit_us;
     kk += k * k;
     ks += k * sign;
     dk += k * durations[i];
@@ -196,6 +173,53 @@ bool slicer::estimate(const float* durations, const slice_rule& rule, fit_range 
   bias_ = (ds - ks * scale_) / n;
   return std::abs(bias_) <= rule.most_bias() ||
          refuse(refusal::off(reason::bias, -1, bias_, 0, rule.most_bias()));
+}
+
+/// Counts the units of every duration; whether those between the ends are what the estimate says.
+bool slicer::durations_fit(const float* durations, const slice_rule& rule) {
+  const unit_counter counter(rule, scale_);
+  const float tolerance = rule.tolerance * rule.unit_us;
+  const float spread = rule.spread * rule.unit_us;
+  float* const units = units_.data();
+  const int last = count_ - 1;
+  units[0] = counter.nearest(durations[0] - bias_);
+  float bias = -bias_;
+  float squares = 0;
+  float total = 0;
+  float total_units = 0;
+  for (int i = 1; i < last; ++i, bias = -bias) {
+    units[i] = counter.nearest(durations[i] - bias);
+    const float off = durations[i] - units[i] * rule.unit_us * scale_ - bias;
+    if (std::abs(off) > tolerance) {
+      return refuse(refusal::off(reason::unit, i / 2, durations[i], durations[i] - off, tolerance));
+    }
+    squares += off * off;
+    total += durations[i];
+    total_units += units[i];
+  }
+  units[last] = counter.nearest(durations[last] - bias);
+  // Between the ends stands one space more than marks: all but its bias cancels, so the sum tells
+  // the clock whatever the estimate says.
+  const float nominal = total_units * rule.unit_us;
+  if (std::abs(total + bias_ - nominal) > kMostClockError * nominal) {
+    return refuse(refusal::off(reason::clock, -1, (total + bias_) / nominal, 1, kMostClockError));
+  }
+  const float most_squares = static_cast<float>(count_ - 2) * spread * spread;
+  return squares <= most_squares || refuse({reason::unit});
+}
+
+/// Whether at most one end is damaged, and none too long.
+bool slicer::ends_fit(const float* durations, const slice_rule& rule) {
+  const float tolerance = rule.tolerance * rule.unit_us;
+  const float first = deviation(durations, 0, rule);
+  const float last = deviation(durations, count_ - 1, rule);
+  first_damaged_ = std::abs(first) > tolerance;
+  last_damaged_ = std::abs(last) > tolerance;
+  if (std::max(first, last) <= kMostTooLong * rule.unit_us && !(first_damaged_ && last_damaged_)) {
+    return true;
+  }
+  return refuse(refusal::off(reason::stop, count_ / 2, durations[count_ - 1],
+                             durations[count_ - 1] - last, tolerance));
 }
 
 float slicer::deviation(const float* durations, int i, const slice_rule& rule) const {

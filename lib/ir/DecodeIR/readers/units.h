@@ -80,8 +80,9 @@ class slicer {
   };
   bool fits_as_it_is(const float* durations, int count, const slice_rule& rule);
   bool fits(const float* durations, const slice_rule& rule, float assumed_bias);
-  void count_units(const float* durations, const slice_rule& rule);
   bool estimate(const float* durations, const slice_rule& rule, fit_range range);
+  bool durations_fit(const float* durations, const slice_rule& rule);
+  bool ends_fit(const float* durations, const slice_rule& rule);
   bool lead_fits(const float* durations, const slice_rule& rule);
   bool settles(const float* durations, int count, const slice_rule& rule);
   bool lead_in_settles(const float* durations, int count, const slice_rule& rule);
