@@ -42,6 +42,19 @@ constexpr int kDeviceBits = 5;
 constexpr int kHeadBits = kDeviceAt + kDeviceBits;
 constexpr int kFieldBits = 6;
 constexpr auto kCoding = bi_phase::space_first_is_one;
+// Half bits of the shortest and the longest frame: the last one may be part of the gap, and a bit
+// more may follow.
+constexpr int kFewestUnits = 1 + 2 * (kHeadBits + kFieldBits) - 1;
+constexpr int kMostUnits = 1 + 2 * (kHeadBits + kFieldBits + 1);
+constexpr int kPausedUnits = 1 + 2 * (kHeadBits + 2 * kFieldBits) + kPause;
+
+/// How long frames last, at any clock.
+struct length {
+  float shortest_us, longest_us;
+};
+constexpr length kPlainLength{kFast.shortest_us(kFewestUnits), kPlain.longest_us(kMostUnits)};
+constexpr length kPausedLength{kPaused.shortest_us(kPausedUnits - 1),
+                               kPaused.longest_us(kPausedUnits)};
 
 bool slice(const frame& seen, bool paused, slicer* frame) {
   if (paused ? !frame->slice(seen, kPaused)
@@ -66,6 +79,10 @@ bool read_bits(const slicer& frame, bool paused, bit_buffer* bits) {
 
 std::optional<answer> rc5(const frame& seen) {
   const bool paused = seen.off_times.largest > (kPause - 1) * kUnitUs;
+  const auto [shortest_us, longest_us] = paused ? kPausedLength : kPlainLength;
+  if (seen.total_us < shortest_us || seen.total_us > longest_us) {
+    return seen.refused({reason::length, -1, seen.total_us, shortest_us, longest_us});
+  }
   slicer frame;
   bit_buffer bits;
   if (!slice(seen, paused, &frame)) return seen.refused(frame.why());

@@ -64,6 +64,8 @@ bool read_bi_phase(const frame& seen, const bi_phase_code& wire, bit_buffer* bit
   slicer frame;
   if (!wire.fits_length(seen.total_us)) {
     *why = {reason::length, -1, seen.total_us, wire.shortest_us(), wire.longest_us()};
+  } else if (seen.on(0) < wire.shortest_lead_us()) {
+    *why = {reason::lead_in, 0, seen.on(0), wire.shortest_lead_us(), seen.total_us};
   } else if (!frame.slice(seen, wire.half_bit)) {
     *why = frame.why();
   } else {

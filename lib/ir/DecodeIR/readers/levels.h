@@ -50,19 +50,27 @@ struct bi_phase_code {
   int bits;
   std::array<int, 3> lead = {};  // units of its mark, space and mark; 0 for none
   bool ordinary_bias = false;    // whether only that of an ordinary receiver is believed
-  float length_error = 0;        // of the whole frame, as a fraction; 0: its clock says enough
+  float length_error = 0;        // of the whole frame, as a fraction; 0: what the units say
 
   /// Half bits of a frame.
   [[nodiscard]] constexpr int units() const { return lead[0] + lead[1] + lead[2] + 2 * bits; }
-  /// Between which two lengths a frame lies, without its gap, where length_error says so.
+  /// Between which two lengths a frame lies, without its gap.
   [[nodiscard]] float shortest_us() const {
-    return (1 - length_error) * static_cast<float>(units() - 1) * half_bit.unit_us;
+    const int fewest = units() - 1;
+    return length_error == 0 ? half_bit.shortest_us(fewest)
+                             : (1 - length_error) * static_cast<float>(fewest) * half_bit.unit_us;
   }
   [[nodiscard]] float longest_us() const {
-    return (1 + length_error) * static_cast<float>(units()) * half_bit.unit_us;
+    return length_error == 0 ? half_bit.longest_us(units())
+                             : (1 + length_error) * static_cast<float>(units()) * half_bit.unit_us;
   }
   [[nodiscard]] bool fits_length(float total_us) const {
-    return length_error == 0 || (total_us > shortest_us() && total_us < longest_us());
+    return total_us > shortest_us() && total_us < longest_us();
+  }
+  /// Whether the first mark of a frame may be its lead-in; not said where the space behind it may
+  /// pay for a mark that is too short.
+  [[nodiscard]] float shortest_lead_us() const {
+    return half_bit.lead_space == 0 ? half_bit.shortest_first_us(lead[0]) : 0;
   }
   /// Bursts of the shortest and the longest frame.
   [[nodiscard]] constexpr int fewest_bursts() const { return bits / 2; }

@@ -6,12 +6,6 @@ namespace {
 
 constexpr float kSameUnits = 0.5F;  // of durations that are whole numbers of units
 
-/// The shortest first mark that is the lead-in of the rule, whatever the clock and the bias.
-float shortest_lead_us(const slice_rule& rule) {
-  return (static_cast<float>(rule.lead) - 0.5F) * rule.unit_us * (1 - rule.clock_error) -
-         rule.most_bias();
-}
-
 }  // namespace
 
 bool read_pulse_width(const frame& seen, const pulse_width& wire, bit_buffer* bits, refusal* why) {
@@ -22,7 +16,7 @@ bool read_pulse_width(const frame& seen, const pulse_width& wire, bit_buffer* bi
                         static_cast<float>(units) * wire.units.unit_us,
                         wire.units.tolerance * wire.units.unit_us);
   };
-  if (wire.whole_lead && seen.on(0) < shortest_lead_us(wire.units)) {
+  if (wire.whole_lead && seen.on(0) < wire.units.shortest_first_us(wire.units.lead)) {
     *why = off(reason::lead_in, 0, wire.units.lead);
     return false;  // before it costs more
   }

@@ -10,7 +10,7 @@ namespace {
 constexpr int kRounds = 3;          // of estimating and counting anew
 constexpr int kFewest = 3;          // durations that an estimate needs
 constexpr float kLargeBias = 0.5F;  // of a unit
-constexpr float kMostClockError = 0.08F;
+constexpr float kMostClockError = slice_rule::kMostClockError;
 constexpr float kMostTooLong = 0.75F;   // units by which an end may be too long
 constexpr float kMostTooShort = 0.75F;  // units by which a first mark may be too short
 constexpr float kSettledUs = 1.0F;      // the estimate moves no more

@@ -31,6 +31,22 @@ struct slice_rule {
   int lead = 0;               // units of the first mark ...
   int lead_space = 0;         // ... and of the space behind it, 0 where they vary
 
+  static constexpr float kMostClockError = 0.08F;  // of all units together
+  static constexpr int kEndUnits = 4;              // at most that the ends gain or lose
+
+  /// The shortest first mark that counts as so many units, whatever the clock and the bias.
+  [[nodiscard]] float shortest_first_us(int units) const {
+    return (static_cast<float>(units) - 0.5F) * unit_us * (1 - clock_error) - most_bias();
+  }
+  /// How long a frame of so many units lasts, its gap excluded: between these, even with a damaged
+  /// end, an end that is too long, and the bias.
+  [[nodiscard]] constexpr float shortest_us(int units) const {
+    return (1 - kMostClockError) * static_cast<float>(units - kEndUnits) * unit_us;
+  }
+  [[nodiscard]] constexpr float longest_us(int units) const {
+    return (1 + kMostClockError) * static_cast<float>(units + kEndUnits) * unit_us;
+  }
+
   /// How far a receiver may shift an edge pair: what marks gain and spaces lose.
   [[nodiscard]] float most_bias() const {
     return std::min(receiver::kMostUnitBias * unit_us, receiver::kMostUnitBiasUs);
