@@ -2,8 +2,10 @@
 #include "lib/ir/analyzer.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdio>
 #include <iterator>
+#include <limits>
 
 namespace {
 
@@ -34,6 +36,37 @@ size_t score_each(std::span<const uint16_t> durations, ir_t* ir, IR_PROTOCOL_ANA
   }
   ir->count = count;
   return i;
+}
+
+/// The signal that was scored last. A pattern is printed and then decoded, so it often comes twice.
+class last_signal {
+ public:
+  /// Makes this one the last; whether it was before.
+  bool is(std::span<const uint16_t> durations) {
+    if (std::ranges::equal(durations, std::span(kept_).first(count_))) return true;
+    count_ = durations.size();
+    std::ranges::copy(durations, kept_.begin());
+    return false;
+  }
+
+ private:
+  std::array<uint16_t, std::numeric_limits<uint8_t>::max()> kept_ = {};
+  size_t count_ = 0;
+};
+
+constinit last_signal last;
+
+/// Scores a whole signal; `again`: the one that was scored last.
+void score_signal(std::span<const uint16_t> durations, ir_t* ir, bool again,
+                  IR_PROTOCOL_ANALYZER* analyzer) {
+  if (again && analyzer->analyze_all != nullptr && !analyzer->remembers) {
+    analyzer->acc = analyzer->last_acc;
+    return;
+  }
+  analyzer->dropped_at = analyzer->analyze_all != nullptr
+                             ? analyzer->analyze_all(durations, analyzer)
+                             : score_each(durations, ir, analyzer);
+  analyzer->last_acc = analyzer->acc;
 }
 
 // Behind those that dropped out before it or at the same edge.
@@ -80,13 +113,12 @@ uint8_t analyze_edge(uint32_t duration, ir_t* ir) {
 }
 
 void analyze_all(std::span<const uint16_t> durations, ir_t* ir) {
+  const bool again = last.is(durations);
   for (list_head *n = registered_analyzers.next, *next = nullptr; n != &registered_analyzers;
        n = next) {
     next = n->next;
     IR_PROTOCOL_ANALYZER* analyzer = analyzer_of(n);
-    analyzer->dropped_at = analyzer->analyze_all != nullptr
-                               ? analyzer->analyze_all(durations, analyzer)
-                               : score_each(durations, ir, analyzer);
+    score_signal(durations, ir, again, analyzer);
     if (analyzer->dropped_at < durations.size()) drop(analyzer);
   }
 }

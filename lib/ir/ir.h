@@ -99,10 +99,13 @@ struct IR_PROTOCOL_ANALYZER {
   uint32_t (*finish)(uint32_t ticks, ir_t* ir, IR_PROTOCOL_ANALYZER* self);
   /// Called after every decode, whoever won; may be null.
   void (*reset)(IR_PROTOCOL_ANALYZER* self) = nullptr;
-  void* priv = nullptr;   // the analyzer's own memory
-  uint16_t acc = 0;       // error sum in µs, wraps
-  uint8_t result = 0;     // of the analyzer while it leads
-  size_t dropped_at = 0;  // by analyze_all: the index at which it dropped out
+  void* priv = nullptr;    // the analyzer's own memory
+  uint16_t acc = 0;        // error sum in µs, wraps
+  uint8_t result = 0;      // of the analyzer while it leads
+  bool remembers = false;  // whether a score depends on the signals before
+  // Of the last signal that analyze_all scored:
+  size_t dropped_at = 0;  // the index at which it dropped out, else the number of durations
+  uint16_t last_acc = 0;
 };
 
 /// Append a record to its registry. Called by the REGFUNC__… constructors in the order of

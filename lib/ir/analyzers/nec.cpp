@@ -38,6 +38,7 @@ constinit IR_PROTOCOL_ANALYZER analyzer = {
     .finish = finish_nec,
     .reset = age_win_memory,
     .priv = &memory,
+    .remembers = true,
 };
 
 constinit protocol registration = {{}, "iranalyzer", "nec", &analyzer};
