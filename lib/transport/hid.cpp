@@ -137,8 +137,9 @@ int hid_send_packet(dev_t* dev, uint8_t type, uint8_t* buf, uint32_t len) {
   report[0] = kind.id;
   std::memcpy(report.data() + 1, buf, std::min<size_t>(len, kReportPayload));
   const int written = hid_write(device(dev), report.data(), kind.size);
-  if (written < 0 && interrupt::noted()) return kInterrupted;
-  if (written < 0) _log(1, "[E] %s(%d): hidapi: %ls\n", __func__, __LINE__, hid_error(device(dev)));
+  if (written >= 0) return written;
+  if (interrupt::noted()) return kInterrupted;
+  _log(1, "[E] %s(%d): hidapi: %ls\n", __func__, __LINE__, hid_error(device(dev)));
   return written;
 }
 
@@ -164,8 +165,8 @@ int hid_recv_packet(dev_t* dev, uint8_t type, uint8_t* buf, uint32_t len) {
 
   report_buffer report{kind.id};
   const int count = hid_read_timeout(device(dev), report.data(), kind.size, kReplyTimeoutMs);
-  if (count < 0 && interrupt::noted()) return kInterrupted;
   if (count < 0) {
+    if (interrupt::noted()) return kInterrupted;
     _log(1, "[E] %s(%d): ---timeout---\n", __func__, __LINE__);
     _log(1, "[E] %s(%d): hidapi: %ls\n", __func__, __LINE__, hid_error(device(dev)));
   }

@@ -35,10 +35,10 @@ int _recv_packet(dev_t* dev, uint8_t type, pkt_t* pkt, uint32_t len) {
   return result;
 }
 
-/// Copies from the packet, with zeros for what lies past its end.
-void copy_out(const pkt_t& pkt, size_t offset, uint8_t* data, size_t len) {
-  const size_t present = std::min(len, sizeof(pkt.data) - offset);
-  std::memcpy(data, pkt.data + offset, present);
+/// Copies a reply's data from the packet, with zeros for what lies past its end.
+void copy_out(const pkt_t& pkt, uint8_t* data, size_t len) {
+  const size_t present = std::min(len, sizeof(pkt.data) - kCmdDataOffset);
+  std::memcpy(data, pkt.data + kCmdDataOffset, present);
   std::memset(data + present, 0, len - present);
 }
 
@@ -100,7 +100,7 @@ int _dev_send_cmd(dev_t* dev, const char* cmd, uint8_t* data, uint32_t len) {
 
   // All of `len` comes back though only len - 12 went out: callers' buffers have room for it, and
   // the last 12 bytes are zeros of the receive buffer.
-  copy_out(pkt, kCmdDataOffset, data, len);
+  copy_out(pkt, data, len);
   return 0;
 }
 
@@ -192,7 +192,7 @@ int dev_send_data(dev_t* dev, uint8_t* data, uint32_t len) {
     std::printf("Data error\n");
     return -1;
   }
-  copy_out(acknowledgement, 0, data, len);
+  std::memset(data, 0, len);
   return 0;
 }
 

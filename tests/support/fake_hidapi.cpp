@@ -31,7 +31,8 @@ int lose(hid_device* dev) {
   return -1;
 }
 
-int leave_text_empty(wchar_t* text) {
+int leave_text_empty(wchar_t* text, size_t room) {
+  the_world().record(fake_usb::text("name ", room));
   *text = L'\0';
   return 0;
 }
@@ -72,6 +73,7 @@ hid_device_info* hid_enumerate(unsigned short vendor_id, unsigned short product_
 
 void hid_free_enumeration(hid_device_info* devs) {
   const fake_usb::library_call here;
+  the_world().record("free");
   while (devs != nullptr) {
     hid_device_info* next = devs->next;
     std::free(devs->path);
@@ -103,19 +105,19 @@ void hid_close(hid_device* dev) {
   delete dev;
 }
 
-int hid_get_manufacturer_string(hid_device* /*dev*/, wchar_t* text, size_t /*maxlen*/) {
+int hid_get_manufacturer_string(hid_device* /*dev*/, wchar_t* text, size_t maxlen) {
   const fake_usb::library_call here;
-  return leave_text_empty(text);
+  return leave_text_empty(text, maxlen);
 }
 
-int hid_get_product_string(hid_device* /*dev*/, wchar_t* text, size_t /*maxlen*/) {
+int hid_get_product_string(hid_device* /*dev*/, wchar_t* text, size_t maxlen) {
   const fake_usb::library_call here;
-  return leave_text_empty(text);
+  return leave_text_empty(text, maxlen);
 }
 
-int hid_get_serial_number_string(hid_device* /*dev*/, wchar_t* text, size_t /*maxlen*/) {
+int hid_get_serial_number_string(hid_device* /*dev*/, wchar_t* text, size_t maxlen) {
   const fake_usb::library_call here;
-  return leave_text_empty(text);
+  return leave_text_empty(text, maxlen);
 }
 
 const wchar_t* hid_error(hid_device* dev) {

@@ -45,8 +45,8 @@ ssize_t libusb_get_device_list(libusb_context* /*context*/, libusb_device*** lis
   return static_cast<ssize_t>(count);
 }
 
-void libusb_free_device_list(libusb_device** list, int /*unref_devices*/) {
-  call(__func__);
+void libusb_free_device_list(libusb_device** list, int unref_devices) {
+  call(__func__, fake_usb::text(" ", unref_devices));
   for (libusb_device** entry = list; *entry != nullptr; entry++) delete *entry;
   delete[] list;
 }
@@ -84,7 +84,7 @@ int libusb_release_interface(libusb_device_handle* /*handle*/, int interface_num
 
 int libusb_get_string_descriptor_ascii(libusb_device_handle* handle, uint8_t /*index*/,
                                        unsigned char* data, int length) {
-  if (const int failure = call(__func__)) return failure;
+  if (const int failure = call(__func__, fake_usb::text(" ", length))) return failure;
   const std::string& text = handle->target->manufacturer;
   const size_t count = std::min(text.size(), static_cast<size_t>(length));
   std::memcpy(data, text.data(), count);

@@ -21,6 +21,7 @@ TEST_F(RawUsb, OpensTheDeviceOfTheManufacturer) {
   expect("", false);
   expect("device", true);
   expect("device pid=2", false);
+  expect("device mfr=", false, error + "manufacturer string mismatch\n");
   expect("device mfr=Other", false, error + "manufacturer string mismatch\n");
   expect("device mfr=Vantrel2\ndevice", true, error + "manufacturer string mismatch\n");
   expect("device refuses=1\ndevice", true, "[W] libusb_dev_open(#): can't open usb device\n");
@@ -34,13 +35,21 @@ TEST_F(RawUsb, OpensTheDeviceOfTheManufacturer) {
 }
 
 TEST_F(RawUsb, LeavesTheLibraryWhenAnOpenFails) {
-  for (const char* script :
-       {"", "device mfr=Other", "device refuses=1", "device\nfail libusb_get_device_list -11",
-        "device\nfail libusb_get_device_descriptor -1"}) {
+  const std::pair<const char*, int> cases[] = {
+      {"", -1},
+      {"device mfr=Other", -1},
+      {"device refuses=1", -1},
+      {"device\nfail libusb_get_device_list -11", -11},
+      {"device\nfail libusb_get_device_descriptor -9", -1}};
+  for (const auto& [script, result] : cases) {
     SCOPED_TRACE(script);
     plug(script);
+    transport::libusb_priv wanted{0x1209, 0x0001, 1, 0, "Vantrel", 0};
+    transport::dev_t dev{};
     std::vector<std::string> calls;
-    capture([&] { calls = calls_of([] { EXPECT_EQ(open_raw(), nullptr); }); });
+    capture([&] {
+      calls = calls_of([&] { EXPECT_EQ(transport::libusb_dev_open(&dev, &wanted), result); });
+    });
     EXPECT_EQ(calls.back(), "libusb_exit");
     EXPECT_EQ(std::count(calls.begin(), calls.end(), "libusb_close"),
               std::count(calls.begin(), calls.end(), "libusb_claim_interface 1"));
@@ -67,16 +76,23 @@ TEST_F(RawUsb, AnotherOpenLeavesTheFirstDeviceAlone) {
 }
 
 TEST_F(RawUsb, PassesTransfersThrough) {
-  set_loglevel(2);
   fake_usb::play("device");
-  handle owner = open_raw();
+  handle owner;
+  const printed opening = capture([&] { owner = open_raw(); });
+  EXPECT_EQ(opening.err,
+            "[I] Matched VID:0x1209 PID: 0x0001\n[I] opening device\n[I] device opened\n");
+  EXPECT_EQ(fake_usb::calls(),
+            (std::vector<std::string>{
+                "libusb_init", "libusb_get_device_list", "libusb_get_device_descriptor",
+                "libusb_open /dev/fake0", "libusb_claim_interface 1",
+                "libusb_get_string_descriptor_ascii 256", "libusb_free_device_list 1"}));
   transport::dev_t* const dev = owner.get();
   ASSERT_NE(dev, nullptr);
   transport::libusb_msg control{0x21, 9, 0x0305, 2, {}, 8, 500};
   EXPECT_EQ(dev_send_cmd(dev, "control", reinterpret_cast<uint8_t*>(&control), 0), 8);
   EXPECT_EQ(fake_usb::calls().back(), "libusb_control_transfer 33 9 773 2 8 500");
   control.wLength = 256;
-  EXPECT_EQ(dev_send_cmd(dev, "control", reinterpret_cast<uint8_t*>(&control), 0), 256);
+  EXPECT_EQ(dev_send_cmd(dev, nullptr, reinterpret_cast<uint8_t*>(&control), 0), 256);
   control.wLength = 257;  // more than there is room for
   const auto refused = calls_of([&] {
     EXPECT_EQ(dev_send_cmd(dev, "control", reinterpret_cast<uint8_t*>(&control), 0), -2);
@@ -98,7 +114,14 @@ TEST_F(RawUsb, PassesTransfersThrough) {
             (std::vector<std::string>{"libusb_reset_device", "libusb_release_interface 1",
                                       "libusb_close", "libusb_exit"}));
   EXPECT_EQ(transport::libusb_dev_send_cmd(nullptr, "control", nullptr, 0), -19);
-  capture([&] { EXPECT_EQ(transport::libusb_dev_close(nullptr), -1); });
+  transport::dev_t closed{};
+  for (transport::dev_t* const none : {&closed, static_cast<transport::dev_t*>(nullptr)}) {
+    const printed refusal = capture([&] { EXPECT_EQ(transport::libusb_dev_close(none), -1); });
+    EXPECT_EQ(refusal.err, "[E] libusb_dev_close(#): device is null\n");
+  }
+  EXPECT_EQ(transport::libusb_send_packet(nullptr, 0, nullptr, 0), 0);
+  EXPECT_EQ(transport::libusb_recv_packet(nullptr, 0, nullptr, 0), 0);
+  EXPECT_EQ(transport::libusb_flush(nullptr), 0);
 }
 
 }  // namespace

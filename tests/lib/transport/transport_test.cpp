@@ -39,27 +39,39 @@ TEST_F(Transport, OpensTheFirstMatchThatLetsItself) {
 }
 
 TEST_F(Transport, DrainsEveryReplyIdAtOpenFlushAndClose) {
-  fake_usb::play("device\nqueued 01 aa\nqueued 05 bb\nqueued 07 cc");
+  fake_usb::play("device\nqueued 01 aa\nqueued 05\nqueued 07 cc");
   handle dev = open_hid();
-  const std::vector<std::string> opening(fake_usb::calls().begin() + 3, fake_usb::calls().end());
   const std::vector<std::string> quiet = {"read 64 id 1 100 -> 0", "read 64 id 3 100 -> 0",
                                           "read 64 id 5 100 -> 0"};
-  std::vector<std::string> expected(3, "read 64 id 1 100 -> 2");  // whatever id comes
+  std::vector<std::string> expected = {"init",
+                                       "enumerate 0 0",
+                                       "open /dev/fake0",
+                                       "free",
+                                       "name 255",
+                                       "name 255",
+                                       "name 255",
+                                       "read 64 id 1 100 -> 2",  // whatever id comes
+                                       "read 64 id 1 100 -> 1",
+                                       "read 64 id 1 100 -> 2"};
   expected.insert(expected.end(), quiet.begin(), quiet.end());
-  EXPECT_EQ(opening, expected);
+  EXPECT_EQ(fake_usb::calls(), expected);
 
   EXPECT_EQ(calls_of([&] { EXPECT_EQ(dev_flush(dev.get()), 0); }), quiet);
   expected = quiet;
   expected.insert(expected.end(), {"close", "exit"});
-  EXPECT_EQ(calls_of([&] { dev.reset(); }), expected);
+  EXPECT_EQ(calls_of([&] {
+              EXPECT_EQ(transport::hid_dev_close(dev.get()), 0);
+              EXPECT_EQ(transport::hid_dev_close(dev.get()), 0) << "closed already";
+              dev.reset();
+            }),
+            expected);
 }
 
 TEST_F(Transport, EndsTheDrainOfADeviceThatIsNeverQuiet) {
   fake_usb::play("device\nflood 50");
   const handle dev = open_hid();
   ASSERT_NE(dev, nullptr);
-  EXPECT_LE(fake_usb::calls().size(), 3U * 256 + 3);
-  EXPECT_GE(fake_usb::calls().size(), 3U * 63);  // what the kernel may have queued
+  EXPECT_EQ(fake_usb::calls().size(), 7 + 3U * 256);  // the kernel may have queued 63
 }
 
 TEST_F(Transport, SendsWholeReportsFilledWithFF) {
@@ -115,6 +127,67 @@ TEST_F(Transport, RefusesCommandsThatFitNoPacket) {
   refuses(nullptr, 32, "[E] _dev_send_cmd(#): invalid command\n");
   refuses("elevenchars", 32, "[E] _dev_send_cmd(#): command string to long: 11 > 11\n");
   EXPECT_TRUE(fake_usb::writes().empty());
+}
+
+TEST_F(Transport, RefusesPacketsOfNoKind) {
+  fake_usb::play("device");
+  const handle dev = open_hid();
+  uint8_t byte = 0;
+  const auto refuses = [&](auto transfer, uint8_t type, uint32_t len, const std::string& err) {
+    const printed text = capture([&] { EXPECT_EQ(transfer(dev.get(), type, &byte, len), -1); });
+    EXPECT_EQ(text.err, err);
+  };
+  const std::string got = "[E] hid_recv_packet(#): ";
+  refuses(transport::hid_send_packet, transport::PKTYPE_RESET, 32, "");
+  refuses(transport::hid_recv_packet, transport::PKTYPE_CMD, 4, got + "invalid cmd length: 4\n");
+  refuses(transport::hid_recv_packet, transport::PKTYPE_DATA, 0,
+          got + "length mismatch, report_len :1 request: 0\n");
+  refuses(transport::hid_recv_packet, transport::PKTYPE_RESET, 1,
+          got + "hid_recv_packet: invalid packet type\n" + got + "hidapi: Success\n");
+  EXPECT_DEATH(transport::hid_dev_open(nullptr, nullptr), "invalid device handle");
+
+  transport::libhid_priv other{0x1209, 0x0002, 2};
+  dev_t none{};
+  EXPECT_EQ(transport::hid_dev_open(&none, &other), -1);
+  constexpr uint8_t kNoBackend = 1;
+  const handle idle(transport::dev_open(kNoBackend, nullptr));
+  ASSERT_NE(idle, nullptr);
+  EXPECT_EQ(idle->send_cmd, nullptr);
+}
+
+// A backend that takes whatever length a command has.
+int taken = 0;
+std::string seen;
+
+TEST_F(Transport, GivesZerosForWhatAReplyDoesNotHold) {
+  fake_usb::play("device");
+  const handle dev = open_hid();
+  dev->send_pkv = [](dev_t*, uint8_t, uint8_t* buf, uint32_t len) {
+    seen.assign(buf, buf + len);
+    return 0;
+  };
+  dev->recv_pkv = [](dev_t*, uint8_t, uint8_t* buf, uint32_t) {
+    std::copy(seen.begin(), seen.end(), buf);
+    return taken;
+  };
+  std::string data(130, 'x');
+  const auto send = [&] {
+    return dev_send_cmd(dev.get(), "rbget", reinterpret_cast<uint8_t*>(data.data()), 130);
+  };
+  taken = 0;  // no type, though no failure either
+  const printed text = capture([&] { EXPECT_EQ(send(), -1); });
+  EXPECT_EQ(text.err, "[E] _dev_send_cmd(#): Wrong packet type: 0x00 \n");
+  taken = transport::PKTYPE_CMD;
+  EXPECT_EQ(send(), 0);
+  EXPECT_EQ(seen.size(), 128U);
+  EXPECT_EQ(data, std::string(52, 'x') + std::string(78, '\0'));
+}
+
+TEST_F(Transport, KeepsItsNumbers) {
+  using namespace transport;
+  const int numbers[] = {PKTYPE_NONE,    PKTYPE_RESET, PKTYPE_CMD, PKTYPE_DATA,
+                         PKTYPE_INVALID, kRawUsb,      kHid};
+  EXPECT_EQ(testing::PrintToString(numbers), "{ 0, 1, 2, 3, 255, 0, 2 }");
 }
 
 TEST_F(Transport, ReportsEveryFaultOfAnExchangeAndKeepsTheData) {
@@ -188,16 +261,18 @@ TEST_F(Transport, ReportsDataPacketsThatAreNotAcknowledged) {
     const printed text =
         capture([&] { EXPECT_EQ(transport::dev_send_data(&dev, data.data(), 64), result); });
     EXPECT_EQ(text.out, out);
+    EXPECT_EQ(text.err.empty(), answer >= 0 || accepted < 0) << text.err;
     EXPECT_EQ(data, result == 0 ? buffer{} : counting_up());
   };
   acknowledgement = 0;
   accepted = -7;
   expect(-7, "dev_send_data: send packet error\n");
-  accepted = 1;
+  accepted = 0;
   answer = -1;
   expect(-1, "dev_send_data:  recv timeout\n");
-  answer = 2;
-  expect(-1, "Wrong packet type: 0x00 \n");
+  for (answer = 0; answer <= transport::PKTYPE_CMD; answer++) {
+    expect(-1, "Wrong packet type: 0x00 \n");
+  }
   answer = transport::PKTYPE_DATA;
   expect(0, "");
   acknowledgement = 9;
