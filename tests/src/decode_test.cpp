@@ -2,6 +2,7 @@
 // decode, and the printers that it and listen share.
 #include "src/cmds/decode.h"
 
+#include "tests/support/contract.h"
 #include "tests/support/decode_test.h"
 
 namespace {
@@ -109,7 +110,14 @@ TEST_F(Decode, CutsLongPatterns) {
   expect_cut("--raw=" + repeated("+600 ", 128), "decode_raw", "600 ", 1);
   const std::string words = repeated(" 0017", 128);
   expect_cut("--pronto=0000 006D 0040 0000" + words, "pronto_buf_to_raw", "598 ", 2);
-  expect_cut("--pronto=0000 006D 0040 0001" + words + " 1 1", "pronto_buf_to_raw", "598 ", 2);
+  const std::string both = "--pronto=0000 006D 0040 0001" + words + " 1 1";
+  expect_cut(both, "pronto_buf_to_raw", "598 ", 2);
+  EXPECT_TRUE(decode(both).out.ends_with("++++\n\n" + block("", "", "0000 006D 0001 0000 0000")))
+      << "the first sequence leaves no room for the second";
+  for (const std::string& full : {"--raw=" + repeated("+600 ", 100),
+                                  "--pronto=0000 006D 0032 0000" + repeated(" 0017", 100)}) {
+    EXPECT_EQ(decode(full).err, "") << "it just fits";
+  }
 }
 
 TEST_F(Decode, ReadsAFileLineByLine) {
@@ -188,6 +196,16 @@ TEST_F(Decode, PrintsProntoInCarrierPeriods) {
   // The longest gap needs more digits.
   expect(packet_of({14000}, 65535), unknown + "0x0002B5EC\n0000 006D 0001 0000 021A 267600\n");
   expect(packet_of({560, 14001}), "error: invalid packet\n");
+
+  // Every code of the NEC family ends in a repeat frame: NEC32, NEC, NECX.
+  for (const int subdevice : {0xFB, 9}) {
+    for (const int second : {~8 & 0xFF, 9}) {
+      ir_packet packet = packet_of(
+          contract::frame("NEC1-f16", {{"D", 4}, {"S", subdevice}, {"F", 8}, {"E", second}}));
+      EXPECT_TRUE(
+          capture([&] { print_pronto(&packet); }).out.ends_with(" 05F1 0156 0056 0015 0E4A\n"));
+    }
+  }
 }
 
 // A packet from the device can be longer than the decoders' events: they see its beginning.

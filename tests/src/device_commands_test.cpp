@@ -82,6 +82,7 @@ TEST_F(DeviceCommands, DecodesWhatTheDeviceHears) {
   begin(std::string("device version=4.7.0\nat 1000 signal 9000 4500 560") + kReturnsTooOld);
   const run_result live = run("decode --listen");
   EXPECT_NE(session.dev, nullptr) << "the stop hook closes what came back";
+  EXPECT_EQ(commands(), "getversion usb_if getversion");
   EXPECT_EQ(live.status, 1);
   EXPECT_TRUE(live.out.starts_with("RAW:    +9000 -4500 +560 \nPRONTO: ")) << live.out;
   EXPECT_TRUE(live.out.ends_with(std::string("++++\n\n") + kEnd)) << live.out;
@@ -264,7 +265,8 @@ TEST_F(DeviceCommands, SurviveADeviceThatFailsInATransmission) {
 }
 
 TEST(Transmit, KnowsTheCarrier) {
-  const std::pair<uint16_t, int> cases[] = {{0x006D, 38}, {0x0073, 36}, {0x0048, 58}, {0, 0}};
+  const std::pair<int, int> cases[] = {{0x006D, 38}, {0x0073, 36}, {0x0048, 58},
+                                       {0, 0},       {-1, 0},      {0x10000, 0}};
   for (const auto& [word, khz] : cases) EXPECT_EQ(toFrequencyKHz(word), khz);
 }
 

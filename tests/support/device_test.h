@@ -40,8 +40,15 @@ class DeviceTest : public testing::Test {
     EXPECT_EQ(fake_usb::open_devices(), 0);
   }
 
-  /// What was written since the session began, but for its "usb_if".
+  /// What was written since the session began, but for its "usb_if". Every one of those asks for
+  /// reports.
   static std::string commands() {
+    const std::string wanted = "02 75 73 62 5f 69 66" + zeros(6) + " 01 00 00 00 01" + zeros(15);
+    for (const std::string& report : fake_usb::writes()) {
+      if (report.starts_with(wanted.substr(0, 20))) {
+        EXPECT_EQ(report, wanted);
+      }
+    }
     const std::string all = fake_usb::commands();
     constexpr std::string_view kStart = "usb_if";
     return all.starts_with(kStart) ? all.substr(std::min(all.size(), kStart.size() + 1)) : all;
