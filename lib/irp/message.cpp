@@ -92,10 +92,8 @@ class Reading {
   /// Bits that what the others say decides.
   size_t check_bits() const { return bits_ - learnt_bits_; }
 
-  /// Nothing when a constant differs, a parameter stays unknown or out of its range, or fewer than
-  /// `wanted` bits are left to check.
-  std::optional<Message> message(size_t wanted) const {
-    if (check_bits() < wanted) return {};
+  /// Nothing when a constant differs, or a parameter stays unknown or out of its range.
+  std::optional<Message> message() const {
     Parameters given;
     for (const auto& [name, bits] : learnt_) given[name] = bits.value;
     try {
@@ -166,6 +164,7 @@ class Reading {
 struct MessageReader::Layout {
   const Protocol* protocol;
   std::vector<LayoutSection> sections;
+  std::vector<size_t> check_bits;  // up to each section and with it
 
   /// How many sections of the definition the signal begins with.
   size_t fitting(std::span<const Piece> signal) const {
@@ -191,10 +190,11 @@ struct MessageReader::Layout {
 
   std::optional<Message> read(std::span<const Piece> signal) const {
     const bool part = signal.size() < sections.size() || signal[0].section.lead_in.empty();
+    const size_t wanted = part ? kFewestCheckBitsOfPart : kFewestCheckBits;
+    if (check_bits[signal.size() - 1] < wanted) return {};
     Reading reading(*protocol);
     for (size_t i = 0; i < signal.size(); ++i) reading.add(signal[i].section, sections[i]);
-    std::optional<Message> found =
-        reading.message(part ? kFewestCheckBitsOfPart : kFewestCheckBits);
+    std::optional<Message> found = reading.message();
     if (!found) return {};
     found->first = signal.front().place;
     found->last = signal.back().place;
@@ -208,11 +208,14 @@ MessageReader::MessageReader(const Protocols& protocols) {
     auto found = layout(*protocol);
     if (!found) continue;
     Reading any(*protocol);
+    std::vector<size_t> check_bits;
     for (const LayoutSection& section : *found) {
       any.add({.lead_in = {}, .bits = std::vector<bool>(section.bits)}, section);
+      check_bits.push_back(any.check_bits());
     }
-    if (any.check_bits() < kFewestCheckBits) continue;
-    layouts_[found->front().bits].push_back({protocol.get(), std::move(*found)});
+    if (check_bits.back() < kFewestCheckBits) continue;
+    layouts_[found->front().bits].push_back(
+        {protocol.get(), std::move(*found), std::move(check_bits)});
   }
 }
 
