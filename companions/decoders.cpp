@@ -61,6 +61,10 @@ std::optional<program_answer> ask_program(std::span<const int> durations, int el
 }
 
 std::vector<analysis_answer> ask_analysis(std::span<const int> durations) {
+  return ask_analysis(durations, analysis::kCarrierHz);
+}
+
+std::vector<analysis_answer> ask_analysis(std::span<const int> durations, int carrier_hz) {
   using namespace analysis;
   std::vector<int> bursts(durations.begin(), durations.end());
   bursts.push_back(kFinalSpaceUs);
@@ -73,7 +77,7 @@ std::vector<analysis_answer> ask_analysis(std::span<const int> durations) {
     std::array<char, kTextSize> misc{};
     std::array<char, kTextSize> error{};
     analysis_answer found{{}, -1, -1, -1, {-1, -1, -1, -1}, {}};
-    Signal signal(context.data(), bursts.data(), kCarrierHz, count, 0, protocol.data(),
+    Signal signal(context.data(), bursts.data(), carrier_hz, count, 0, protocol.data(),
                   &found.device, &found.subdevice, &found.obc, found.hex.data(), misc.data(),
                   error.data());
     signal.decode2();

@@ -52,6 +52,8 @@ std::optional<program_answer> ask_program(std::span<const int> durations, int el
 
 /// Every successive interpretation of a signal of any length, the one that vantrel shows first.
 std::vector<analysis_answer> ask_analysis(std::span<const int> durations);
+/// The same where the carrier is known, which vantrel cannot measure.
+std::vector<analysis_answer> ask_analysis(std::span<const int> durations, int carrier_hz);
 
 /// The answer of the mark/space matchers, nothing for a frame too short or too long for them.
 /// REQUIRES: takes_frame(durations).

@@ -40,11 +40,14 @@ analysis_answer answer_of(const json& object) {
 /// Whether the answer is what the signal analysis says of these numbers' signal.
 bool decodes_to(const key_code& code, const analysis_answer& wanted) {
   try {
-    const auto pieces = received_pieces(render_press(*code.protocol, code.parameters, 0).whole);
+    const press sent = render_press(*code.protocol, code.parameters, 0);
+    const auto says_it = [&](const analysis_answer& one) { return same(one, wanted); };
+    const auto pieces = received_pieces(sent.whole);
     return std::ranges::any_of(pieces, [&](const std::vector<int>& piece) {
       if (piece.size() > kMostDurations) return false;
-      const auto answers = ask_analysis(piece);
-      return std::ranges::any_of(answers, [&](const auto& one) { return same(one, wanted); });
+      // Pioneer's code is told from NEC's by its carrier or its haste.
+      return std::ranges::any_of(ask_analysis(piece), says_it) ||
+             std::ranges::any_of(ask_analysis(piece, sent.carrier_hz), says_it);
     });
   } catch (const irp::Error&) {
     return false;  // these numbers are not the protocol's
@@ -81,18 +84,24 @@ std::vector<int64_t> numbers_in(std::string_view name) {
   return found;
 }
 
+/// The parameters that are neither told nor have a default.
+std::vector<const irp::Parameter*> untold(const irp::Protocol& protocol,
+                                          const irp::Parameters& told) {
+  std::vector<const irp::Parameter*> open;
+  for (const irp::Parameter& one : protocol.parameters()) {
+    if (!one.preset && !told.contains(one.name)) open.push_back(&one);
+  }
+  return open;
+}
+
 /// The numbers with which this protocol sends the answer, if it does.
 std::optional<key_code> sends(const irp::Protocol& protocol, const analysis_answer& answer,
                               const irp::Parameters& told) {
   key_code code{&protocol, {}};
-  std::vector<const irp::Parameter*> open;  // neither told nor with a default
-  for (const irp::Parameter& parameter : protocol.parameters()) {
-    if (const auto known = told.find(parameter.name); known != told.end()) {
-      code.parameters.insert(*known);
-    } else if (!parameter.preset) {
-      open.push_back(&parameter);
-    }
+  for (const irp::Parameter& one : protocol.parameters()) {
+    if (const auto known = told.find(one.name); known != told.end()) code.parameters.insert(*known);
   }
+  auto open = untold(protocol, told);
   const auto named = numbers_in(answer.protocol);
   if (open.size() > 1 && open.size() == named.size()) {
     for (size_t i = 0; i < open.size(); ++i) code.parameters[open[i]->name] = named[i];
@@ -119,6 +128,19 @@ std::optional<key_code> find(const irp::Protocols& protocols, const analysis_ans
   return {};
 }
 
+/// "Keeprite without E, G, H" where the answer does not tell these.
+std::string what_cannot_be_sent(const irp::Protocols& protocols, const analysis_answer& answer) {
+  std::string text = answer.protocol;
+  if (const irp::Protocol* const named = protocols.find(answer.protocol)) {
+    const char* between = " without ";
+    for (const irp::Parameter* const one : untold(*named, told_by(answer))) {
+      text.append(between).append(one->name);
+      between = ", ";
+    }
+  }
+  return text;
+}
+
 key_code code_of_message(const irp::Protocols& protocols, const json& message) {
   const auto name = message.at("name").get<std::string>();
   const irp::Protocol* protocol = protocols.find(name);
@@ -137,7 +159,7 @@ key_code code_of(const irp::Protocols& protocols, const json& record) {
   for (const json& one : *analysis) {
     const analysis_answer answer = answer_of(one);
     if (auto code = find(protocols, answer)) return *code;
-    names.append(names.empty() ? "" : ", ").append(answer.protocol);
+    names.append(names.empty() ? "" : "; ").append(what_cannot_be_sent(protocols, answer));
   }
   throw irp::Error(names.empty() ? "a signal of no known protocol"
                                  : "no definition sends " + names);
