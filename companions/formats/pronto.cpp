@@ -21,10 +21,31 @@ bool is_word(std::string_view text) {
   return text.size() == kDigits && number(text, pronto::kBase);
 }
 
-bool begins(std::string_view line) {
+bool begins_durations(std::string_view line) {
   const auto tokens = split(line.substr(0, 4 * kDigits), kSeparators);
   return tokens.size() >= 2 && (tokens[0].text == "0000" || tokens[0].text == "0100") &&
          is_word(tokens[1].text);
+}
+
+/// Whether the line is a code of another format, such as RC5 by its number,
+/// 5000 0000 0000 0001 0005 0023: without this it would be a list of durations.
+bool is_foreign(std::string_view line) {
+  constexpr size_t kLongest = 8 * (kDigits + 1);
+  if (line.size() > kLongest) return false;
+  const auto tokens = split(line, kSeparators);
+  if (!std::all_of(tokens.begin(), tokens.end(), [](auto& t) { return is_word(t.text); })) {
+    return false;
+  }
+  std::vector<uint16_t> words;
+  for (const token& t : tokens) {
+    words.push_back(static_cast<uint16_t>(number(t.text, pronto::kBase).value_or(0)));
+  }
+  const size_t header = pronto::kHeaderWords;
+  return words.size() > header && words.size() == header + size_t{2} * (words[2] + words[3]);
+}
+
+bool begins(std::string_view line) {
+  return begins_durations(line) || is_foreign(line);
 }
 
 class reader : public form_reader {
@@ -32,7 +53,7 @@ class reader : public form_reader {
   [[nodiscard]] bool takes(std::string_view line) const override {
     if (!short_of_words()) return false;
     const auto tokens = split(line, kSeparators);
-    return !tokens.empty() && !begins(line) &&
+    return !tokens.empty() && !begins_durations(line) &&
            std::all_of(tokens.begin(), tokens.end(), [](auto& t) { return is_word(t.text); });
   }
 
@@ -73,12 +94,20 @@ class reader : public form_reader {
       return out.fault(places_[0].line, {1, "a Pronto text of fewer than 4 words"});
     }
     pronto::code parts;
-    if (pronto::parse_code(words_, &parts) != pronto::result::kGood) {
+    const pronto::result found_parts = pronto::parse_code(words_, &parts);
+    if (found_parts == pronto::result::kForeign) {
+      return out.fault(places_[0].line,
+                       {places_[0].column, "a Pronto format that holds no durations"});
+    }
+    if (found_parts != pronto::result::kGood) {
       const place& counts = places_[kCountsWord];
       return out.fault(counts.line,
                        {counts.column, "the pair counts do not fit the number of Pronto words"});
     }
     const double period = pronto::exact_period_us(parts.frequency);
+    if (period == 0) {
+      return out.fault(places_[1].line, {places_[1].column, "a carrier of 0, the unit of all"});
+    }
     for (const pronto::sequence& part : {parts.once, parts.repeat}) {
       for (const uint16_t& word : part.frame) {
         if (word * period <= kLongestDurationUs) continue;
