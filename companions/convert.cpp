@@ -83,7 +83,8 @@ const char* fitting::text_of(loss what) {
 
 void fitting::lose(loss what, const std::string& place, const std::string& detail) {
   if (losses_[static_cast<size_t>(what)]++ > 0) return;
-  messages_ << place << ": " << to_.name << ' ' << text_of(what) << ": " << detail << '\n';
+  messages_ << place << ": " << to_.name << ' ' << text_of(what) << ": " << printable(detail)
+            << '\n';
 }
 
 void fitting::report() const {

@@ -9,6 +9,8 @@
 #include <fstream>
 #include <iostream>
 
+#include "companions/formats/text.h"
+
 namespace companions {
 
 namespace {
@@ -35,8 +37,8 @@ bool read_one(std::istream& text, const std::string& source, const form* from, b
 }  // namespace
 
 void print_fault(const input& where, const bad_line& what) {
-  std::cerr << where.source << ':' << where.read.line << ':' << what.column << ": " << what.what
-            << '\n';
+  std::cerr << where.source << ':' << where.read.line << ':' << what.column << ": "
+            << printable(what.what) << '\n';
 }
 
 bool read_inputs(std::vector<std::string> names, const std::function<verdict(const input&)>& use,

@@ -40,6 +40,14 @@ std::optional<int> duration(std::string_view text) {
   return text.empty() ? std::nullopt : std::optional(us);
 }
 
+std::string printable(std::string_view text) {
+  std::string shown(text);
+  constexpr char kDelete = 0x7F;
+  std::replace_if(
+      shown.begin(), shown.end(), [](char c) { return (c >= 0 && c < ' ') || c == kDelete; }, '?');
+  return shown;
+}
+
 bad_line no(const token& t, std::string_view what) {
   constexpr size_t kMostShown = 20;
   std::string text(1, '"');

@@ -5,6 +5,7 @@
 #include <array>
 #include <optional>
 #include <ostream>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -50,6 +51,9 @@ std::optional<int> number(std::string_view text, int base = 10);
 
 /// The whole text as a duration.
 std::optional<int> duration(std::string_view text);
+
+/// The text with a "?" for every control character, which a terminal would obey.
+std::string printable(std::string_view text);
 
 /// A fault of this word, which `what` the word is not.
 bad_line no(const token& t, std::string_view what);

@@ -160,6 +160,8 @@ TEST(VantrelConvert, ConvertsAsItReads) {
   EXPECT_EQ(run(VANTREL_CONVERT, {"--to", "nonsense"}).status, 1);
   EXPECT_EQ(run(VANTREL_CONVERT, {"--from", "mode2"}, "1,2,3\n").err,
             "-:1:1: expected pulse, space, timeout or carrier\n");
+  EXPECT_EQ(run(VANTREL_CONVERT, {}, "9000,\x1b[2J\n").err,
+            "-:1:6: \"?[2J\" is no duration of 0 to 16777215\n");
 }
 
 }  // namespace
