@@ -102,7 +102,9 @@ bool write_svg(const std::string& path, const std::function<void(std::ostream&)>
   std::ostream& out = to_stdout ? std::cout : file;
   draw(out);
   out.flush();
-  if (!out) std::fprintf(stderr, "vantrel-plot: could not write %s\n", path.c_str());
+  if (!to_stdout && !out) {
+    std::fprintf(stderr, "vantrel-plot: could not write %s\n", path.c_str());
+  }
   return static_cast<bool>(out);
 }
 
