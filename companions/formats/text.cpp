@@ -81,7 +81,7 @@ void append(std::vector<int>& durations, bool mark, int us) {
   if (durations.empty() || last_is_mark != mark) {
     durations.push_back(us);
   } else {
-    durations.back() += us;
+    durations.back() = std::min(durations.back() + us, kLongestDurationUs);
   }
 }
 

@@ -69,7 +69,8 @@ void write_signed(std::ostream& out, const std::vector<int>& durations, std::str
 /// A number in so many upper-case hexadecimal digits.
 void write_hex(std::ostream& out, uint32_t number, int digits);
 
-/// Adds a mark or a space behind the durations; it lengthens the last one of its own kind.
+/// Adds a mark or a space behind the durations; it lengthens the last one of its own kind, up to
+/// the longest there is.
 void append(std::vector<int>& durations, bool mark, int us);
 
 }  // namespace companions

@@ -34,6 +34,7 @@ TEST(PatternReader, TellsTheFormsApart) {
       {"+9000 -4500 +560 # timeout 125000, carrier 38000\n",
        "1: ir-ctl 9000 4500 560 125000 38000 Hz\n"},
       {"  5000 9000 4500 560\n", "1: ir-ctl 5000 9000 4500 560\n"},
+      {"Received Raw: 9000000, 9000000, -500, 560\n", "1: esphome 16777215 500 560\n"},
       {"-5000 +9000 -4500 -10 +560 # timeout 2\n", "1: ir-ctl 9000 4510 560 2\n"},
   };
   for (const auto& [text, patterns] : cases) EXPECT_EQ(read_all(text), patterns) << text;
