@@ -16,11 +16,11 @@ int rounded(int length) {
 
 }  // namespace
 
-int round_up_nicely(double us) {
-  int power = 1;
-  while (power * 10 < us) power *= 10;
+int64_t round_up_nicely(double us) {
+  int64_t power = 1;
+  while (static_cast<double>(power * 10) < us) power *= 10;
   for (const int factor : {1, 2, 5}) {
-    if (factor * power >= us) return factor * power;
+    if (static_cast<double>(factor * power) >= us) return factor * power;
   }
   return 10 * power;
 }

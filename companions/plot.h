@@ -39,7 +39,7 @@ void plot_svg(std::ostream& out, const std::vector<plotted>& signals);
 void bytes_text(std::ostream& out, const std::vector<plotted>& signals, bit_order order);
 
 /// A round number of µs (1, 2 or 5 times a power of ten), at least `us`.
-int round_up_nicely(double us);
+int64_t round_up_nicely(double us);
 
 /// A kind of length, and how often each of them occurs, in µs.
 struct length_kind {

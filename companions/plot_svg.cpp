@@ -162,7 +162,7 @@ void draw_signal(svg& picture, const plotted& signal, double top, double pixels_
 }
 
 void draw_axis(svg& picture, double y, double to_us, double pixels_per_us) {
-  const int step = round_up_nicely(70 / pixels_per_us);
+  const int64_t step = round_up_nicely(70 / pixels_per_us);
   picture.line(kMargin, y, kMargin + to_us * pixels_per_us, y);
   for (int64_t us = 0; static_cast<double>(us) <= to_us; us += step) {
     const double x = kMargin + static_cast<double>(us) * pixels_per_us;

@@ -16,6 +16,7 @@ namespace {
 
 constexpr int kFewestColumns = 20;
 constexpr int kColumnsPerTick = 10;
+constexpr double kMostColumns = 1e6;  // of one signal, whose silences may be of any length
 constexpr std::string_view kMark = "█";
 constexpr std::string_view kSpace = "▁";
 constexpr std::string_view kPlainColour = "\x1b[0m";
@@ -44,7 +45,7 @@ std::string_view colour_of(role r) {
 /// One row of the wave: columns first to end - 1, `step` µs each.
 struct row {
   int first, end;
-  int step;
+  int64_t step;
 };
 
 /// Walks a pattern in step with the columns.
@@ -68,7 +69,7 @@ class cursor {
 void draw_wave(std::ostream& out, const plotted& signal, const row& r, cursor& walk, bool colour) {
   role shown = role::kPlain;
   for (int column = r.first; column < r.end; ++column) {
-    const size_t entry = walk.at(int64_t{column} * r.step + r.step / 2);
+    const size_t entry = walk.at(column * r.step + r.step / 2);
     if (const role its = signal.form.roles[entry]; colour && its != shown) {
       out << colour_of(its);
       shown = its;
@@ -100,7 +101,7 @@ void draw_axis(std::ostream& out, const row& r) {
     const bool tick = column % kColumnsPerTick == 0;
     ticks += tick ? "┬" : "─";
     const auto place = static_cast<size_t>(column - r.first);
-    const std::string label = std::to_string(int64_t{column} * r.step);
+    const std::string label = std::to_string(column * r.step);
     if (tick && place >= labels.size() && column + static_cast<int>(label.size()) <= r.end) {
       labels.resize(place, ' ');
       labels += label + ' ';
@@ -121,7 +122,7 @@ void draw_bars(std::ostream& out, const length_kind& kind, const screen& to) {
   auto at = kind.counts.begin();
   for (const cluster& c : clusters) {
     // Within a cluster one line for each part of its range that holds anything.
-    const int step = round_up_nicely(std::max(1.0, c.mean / 20));
+    const auto step = static_cast<int>(round_up_nicely(std::max(1.0, c.mean / 20)));
     out << "  about " << std::lround(c.mean) << " us: " << c.count << '\n';
     while (at != kind.counts.end() && at->first <= c.high) {
       const int low = at->first / step * step;
@@ -151,8 +152,9 @@ void plot_text(std::ostream& out, const plotted& signal, const screen& to) {
   auto sorted = signal.durations;
   const auto tenth = sorted.begin() + static_cast<std::ptrdiff_t>(sorted.size() / 10);
   std::nth_element(sorted.begin(), tenth, sorted.end());
-  const int step = round_up_nicely(std::max(1.0, *tenth / 3.0));
   const auto total = std::accumulate(signal.durations.begin(), signal.durations.end(), int64_t{0});
+  const double least = static_cast<double>(total) / kMostColumns;
+  const int64_t step = round_up_nicely(std::max({1.0, *tenth / 3.0, least}));
   const int columns = static_cast<int>((total + step - 1) / step);
   const int width = std::max(to.columns, kFewestColumns) / kColumnsPerTick * kColumnsPerTick;
 

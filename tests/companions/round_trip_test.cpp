@@ -6,6 +6,7 @@
 #include <fstream>
 #include <regex>
 
+#include "companions/plot.h"
 #include "tests/support/companion_run.h"
 
 namespace {
@@ -107,6 +108,12 @@ TEST(VantrelPlot, DrawsToScaleAndFolds) {
             "████▁▁▁▁▁▁▁▁▁███\n"
             "┬─────────┬─────\n"
             "2000      3000\n\n");
+}
+
+TEST(VantrelPlot, RoundsScalesOfAnyLength) {
+  EXPECT_EQ(companions::round_up_nicely(0.3), 1);
+  EXPECT_EQ(companions::round_up_nicely(21), 50);
+  EXPECT_EQ(companions::round_up_nicely(6e11), 1'000'000'000'000);
 }
 
 TEST(VantrelPlot, WritesTheBitsAndTheResultLineIntoTheSvg) {
