@@ -2,10 +2,10 @@
 #include "lib/ir/analyzer.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdio>
 #include <iterator>
-#include <limits>
+
+#include "lib/ir/last_signal.h"
 
 namespace {
 
@@ -38,22 +38,7 @@ size_t score_each(std::span<const uint16_t> durations, ir_t* ir, IR_PROTOCOL_ANA
   return i;
 }
 
-/// The signal that was scored last. A pattern is printed and then decoded, so it often comes twice.
-class last_signal {
- public:
-  /// Makes this one the last; whether it was before.
-  bool is(std::span<const uint16_t> durations) {
-    if (std::ranges::equal(durations, std::span(kept_).first(count_))) return true;
-    count_ = durations.size();
-    std::ranges::copy(durations, kept_.begin());
-    return false;
-  }
-
- private:
-  std::array<uint16_t, std::numeric_limits<uint8_t>::max()> kept_ = {};
-  size_t count_ = 0;
-};
-
+// A pattern is printed and then decoded, so it often comes twice.
 constinit last_signal last;
 
 /// Scores a whole signal; `again`: the one that was scored last.

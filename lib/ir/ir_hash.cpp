@@ -4,9 +4,11 @@
 #include <algorithm>
 #include <span>
 
+#include "lib/ir/last_signal.h"
+
 namespace {
 
-constexpr size_t kMostTimings = 255;
+constexpr size_t kMostTimings = last_signal::kMostDurations;
 constexpr int kPasses = 3;
 constexpr uint32_t kHashSeed = 5381;
 constexpr uint32_t kHashFactor = 33;
@@ -64,10 +66,7 @@ uint16_t find_threshold(std::span<const uint16_t> timings, uint16_t max_edge) {
   return mid;
 }
 
-}  // namespace
-
-uint32_t ir_hash(const uint16_t* buf, size_t len, uint16_t max_edge) {
-  const std::span timings(buf, std::min(len, kMostTimings));
+uint32_t hash_of(std::span<const uint16_t> timings, uint16_t max_edge) {
   // The first mark is often part of a lead and says nothing about the bits.
   const uint16_t threshold =
       timings.empty() ? uint16_t{0} : find_threshold(timings.subspan(1), max_edge);
@@ -77,4 +76,21 @@ uint32_t ir_hash(const uint16_t* buf, size_t len, uint16_t max_edge) {
     hash = hash * kHashFactor + static_cast<uint8_t>(letter);
   }
   return hash;
+}
+
+struct {
+  last_signal signal;
+  uint16_t max_edge = 0;
+  uint32_t hash = kHashSeed;  // of no timings
+} constinit last;
+
+}  // namespace
+
+uint32_t ir_hash(const uint16_t* buf, size_t len, uint16_t max_edge) {
+  const std::span timings(buf, std::min(len, kMostTimings));
+  if (!last.signal.is(timings) || last.max_edge != max_edge) {
+    last.max_edge = max_edge;
+    last.hash = hash_of(timings, max_edge);
+  }
+  return last.hash;
 }

@@ -50,6 +50,15 @@ TEST(Hash, CountsEveryPassInItsMeans) {
   EXPECT_EQ(hash_of({1440, 900, 1600, 1000, 1000, 2300, 1700, 1800}), djb2("SSLSSLLL"));
 }
 
+TEST(Hash, IsTheSameAgainButForAnotherLargestEdge) {
+  const std::vector<uint16_t> timings = {500, 1500, 500};
+  for (int turn = 0; turn < 2; ++turn) {
+    EXPECT_EQ(hash_of(timings), djb2("SLS"));
+    EXPECT_EQ(hash_of(timings), djb2("SLS"));
+    EXPECT_EQ(hash_of(timings, 1000), djb2("SGS"));
+  }
+}
+
 TEST(Hash, LooksAtNoMoreThan255Timings) {
   std::vector<uint16_t> timings(300, 500);
   timings[1] = 1500;
