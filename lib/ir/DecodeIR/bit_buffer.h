@@ -56,9 +56,8 @@ class bit_buffer {
   /// One bit that its caller has read, or all bits of another buffer.
   void append(bool bit) {
     if (nBit_ >= kMostBits) overrun("nBit+1 <= sizeof(cBits)*8", __func__);
-    cBits_[static_cast<size_t>(nBit_ / 8)] |=
-        static_cast<uint8_t>(static_cast<int>(bit) << nBit_ % 8);
-    ++nBit_;
+    const auto n = static_cast<unsigned>(nBit_++);
+    cBits_[n / 8] |= static_cast<uint8_t>(static_cast<unsigned>(bit) << n % 8);
   }
   void append(const bit_buffer& more);
 
@@ -68,7 +67,8 @@ class bit_buffer {
 
   /// REQUIRES: 0 <= n < kMostBits.
   [[nodiscard]] unsigned getBit(int n) const {
-    return static_cast<unsigned>(cBits_[static_cast<size_t>(n / 8)] >> n % 8) & 1U;
+    const auto place = static_cast<unsigned>(n);
+    return unsigned{cBits_[place / 8]} >> place % 8 & 1U;
   }
   /// `count` bits from bit `first` on as a number, the first one sent the lowest.
   /// REQUIRES: count <= 32, first + count <= kMostBits.

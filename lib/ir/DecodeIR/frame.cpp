@@ -23,12 +23,19 @@ void frame::begin(const float* at, int bursts, float gap) {
 }
 
 void frame::grow_to(int bursts) {
+  // Copies, so that the loop keeps them in registers.
+  setOn on = on_times;
+  setOff off = off_times;
+  float sum_us = total_us;
   for (; length < bursts; ++length) {
     const float* const next = first + 2 * length;
-    off_times.insert(next - 1);
-    on_times.insert(next);
-    total_us += next[-1] + next[0];
+    off.insert(next - 1);
+    on.insert(next);
+    sum_us += next[-1] + next[0];
   }
+  on_times = on;
+  off_times = off;
+  total_us = sum_us;
   take_gaps();
   largest_us = std::max(on_times.largest, off_times.largest);
   framing_gap = std::min(trailing_gap, gap_before);

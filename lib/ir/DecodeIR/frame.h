@@ -106,8 +106,8 @@ struct frame_bounds {
 
   [[nodiscard]] bool hold(const frame& seen) const {
     const float behind = ends_in_data ? seen.trailing_gap : seen.gap_behind();
-    return seen.length >= min_bursts && seen.length <= max_bursts && behind >= min_gap &&
-           seen.gap_before >= min_gap_before;
+    return behind >= min_gap && seen.gap_before >= min_gap_before && seen.length >= min_bursts &&
+           seen.length <= max_bursts;
   }
 };
 

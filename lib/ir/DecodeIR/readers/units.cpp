@@ -156,15 +156,27 @@ bool slicer::estimate(const float* durations, const slice_rule& rule, fit_range 
   float ks = 0;
   float dk = 0;
   float ds = 0;
-  float sign = is_mark(range.first) ? 1.0F : -1.0F;
-  float bias = sign * bias_;
-  for (int i = range.first; i < range.end; ++i, sign = -sign, bias = -bias) {
-    const float k = counter.nearest(durations[i] - bias) * rule.unit_us;
+  const auto add_mark = [&](float us) {
+    const float k = counter.nearest(us - bias_) * rule.unit_us;
     kk += k * k;
-    ks += k * sign;
-    dk += k * durations[i];
-    ds += sign * durations[i];
+    ks += k;
+    dk += k * us;
+    ds += us;
+  };
+  const auto add_space = [&](float us) {
+    const float k = counter.nearest(us + bias_) * rule.unit_us;
+    kk += k * k;
+    ks -= k;
+    dk += k * us;
+    ds -= us;
+  };
+  int i = range.first;
+  if (!is_mark(i)) add_space(durations[i++]);
+  for (; i + 1 < range.end; i += 2) {
+    add_mark(durations[i]);
+    add_space(durations[i + 1]);
   }
+  if (i < range.end) add_mark(durations[i]);
   const auto n = static_cast<float>(range.end - range.first);
   const float determinant = kk * n - ks * ks;
   if (determinant <= kTooAlike * kk * n) return false;
