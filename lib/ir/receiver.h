@@ -12,6 +12,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cstdint>
 
 namespace receiver {
 
@@ -61,7 +62,7 @@ constexpr double jitter_us(double sent_us) {
 /// by up to 10 % or grows by up to 25 %, clock, bias and jitter aside. Wider, and a lead-in of
 /// another length is taken; tighter, and a first key press is lost. Captured frames reach -8 and +9
 /// %.
-constexpr bool first_mark_is_plausible(int us, int sent_us) {
+constexpr bool first_mark_is_plausible(int64_t us, int64_t sent_us) {
   constexpr int kShortestPercent = 80;
   constexpr int kLongestPercent = 130;
   return 100 * (us + kMostShorterUs) >= kShortestPercent * sent_us &&

@@ -74,7 +74,8 @@ bool expected_frame::fits_noisily(const frame& seen, const fit_rule& rule, int f
     squares += off * off;
   }
   return squares <= receiver::kSpread * receiver::kSpread * static_cast<float>(last - 1) &&
-         receiver::first_mark_is_plausible(static_cast<int>(frame[0]), static_cast<int>(us(0))) &&
+         receiver::first_mark_is_plausible(static_cast<int64_t>(frame[0]),
+                                           static_cast<int64_t>(us(0))) &&
          receiver::first_space_is_plausible(as, as.mark_off(frame[0], us(0)), frame[1], us(1)) &&
          receiver::last_mark_is_plausible(frame[2 * last] - found.bias, us(2 * last), false) &&
          is_likely(seen, found, rule);

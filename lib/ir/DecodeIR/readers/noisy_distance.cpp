@@ -46,8 +46,8 @@ class noisy_reader {
     fit_ = {};
     if (receiver::is_flash(wire_.mark * wire_.unit, wire_.zero * wire_.unit)) return flashes_fit();
     if (wire_.has_lead() &&
-        !receiver::first_mark_is_plausible(static_cast<int>(frame_[0]),
-                                           static_cast<int>(wire_.lead.on * wire_.unit))) {
+        !receiver::first_mark_is_plausible(static_cast<int64_t>(frame_[0]),
+                                           static_cast<int64_t>(wire_.lead.on * wire_.unit))) {
       return refuse({reason::lead_in, 0, frame_[0]});
     }
     const float longer = std::max(sent_us(false), sent_us(true));

@@ -42,8 +42,8 @@ class unit_counter {
 bool may_be_lead_in(float mark_us, const slice_rule& rule) {
   return rule.lead_space == 0 ||
          receiver::first_mark_is_plausible(
-             static_cast<int>(mark_us),
-             static_cast<int>(static_cast<float>(rule.lead) * rule.unit_us));
+             static_cast<int64_t>(mark_us),
+             static_cast<int64_t>(static_cast<float>(rule.lead) * rule.unit_us));
 }
 
 }  // namespace

@@ -191,4 +191,10 @@ TEST(PulseWidth, ReadsPairsAndRefusesOthers) {
   }
 }
 
+TEST(Receiver, DoesNotMakeALeadInOfAMinuteOfLight) {
+  EXPECT_TRUE(receiver::first_mark_is_plausible(9000, 9000));
+  EXPECT_FALSE(receiver::first_mark_is_plausible(9000 + 42'949'672, 9000))
+      << "2^32 hundredths more";
+}
+
 }  // namespace
