@@ -84,7 +84,8 @@ void add_parameter(std::string_view text, irp::Parameters& parameters) {
   if (!value || equals == 0) {
     throw irp::Error("'" + std::string(text) + "' is not NAME=NUMBER");
   }
-  parameters[std::string(text.substr(0, equals))] = *value;
+  const auto [its, is_new] = parameters.emplace(text.substr(0, equals), *value);
+  if (!is_new) throw irp::Error(its->first + " is given twice");
 }
 
 }  // namespace companions

@@ -12,6 +12,7 @@
 #include "companions/convert.h"
 #include "companions/encode.h"
 #include "companions/encode_json.h"
+#include "companions/formats/inputs.h"
 #include "companions/options.h"
 #include "companions/sendir.h"
 #include "companions/supported.h"
@@ -43,8 +44,10 @@ bool complain(const std::string& what) {
 bool load(const arguments& wanted, irp::Protocols& protocols) {
   protocols = irp::installed_protocols();
   if (wanted.definitions.empty()) return true;
-  std::ifstream file(wanted.definitions);
-  if (!file) throw irp::Error("cannot read " + wanted.definitions);
+  std::ifstream file;
+  if (const std::string fault = open_file(wanted.definitions, file); !fault.empty()) {
+    throw irp::Error(wanted.definitions + ": " + fault);
+  }
   bool good = true;
   for (const irp::BadDefinition& fault : protocols.add(file)) {
     good = complain(wanted.definitions + ':' + std::to_string(fault.line) + ':' +
@@ -160,9 +163,8 @@ bool encode_files(encoder& to, const irp::Protocols& protocols,
   bool good = true;
   for (const std::string& name : names) {
     std::ifstream file;
-    if (name != "-") file.open(name);
-    if (!file) {
-      good = complain("cannot read " + name);
+    if (const std::string fault = name == "-" ? "" : open_file(name, file); !fault.empty()) {
+      good = complain(name + ": " + fault);
       continue;
     }
     std::istream& text = name == "-" ? std::cin : file;
@@ -173,6 +175,7 @@ bool encode_files(encoder& to, const irp::Protocols& protocols,
 
 bool run_wanted(const arguments& wanted) {
   if (wanted.json && !wanted.list) throw irp::Error("--json goes with --list only");
+  if (wanted.list && !wanted.words.empty()) throw irp::Error("--list goes without a protocol");
   if (wanted.send && (wanted.list || wanted.from_json)) {
     throw irp::Error("--send goes with a protocol and its numbers only");
   }

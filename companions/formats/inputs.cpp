@@ -41,6 +41,17 @@ void print_fault(const input& where, const bad_line& what) {
             << printable(what.what) << '\n';
 }
 
+std::string open_file(const std::string& name, std::ifstream& file) {
+  errno = 0;
+  file.open(name);
+  // A folder opens, but cannot be read; an empty file is no fault.
+  if (file && (file.peek() != std::ifstream::traits_type::eof() || errno == 0)) {
+    file.clear();
+    return {};
+  }
+  return std::strerror(errno);
+}
+
 bool read_inputs(std::vector<std::string> names, const std::function<verdict(const input&)>& use,
                  const form* from) {
   if (names.empty()) names.emplace_back("-");
@@ -52,14 +63,10 @@ bool read_inputs(std::vector<std::string> names, const std::function<verdict(con
       if (!read_one(std::cin, source, from, ok, use)) return ok;
       continue;
     }
-    errno = 0;
-    std::ifstream file(source);
-    if (!file || file.peek() == std::ifstream::traits_type::eof()) {
-      // An empty file is no fault; a folder opens but cannot be read.
-      if (errno != 0) {
-        std::cerr << source << ": " << std::strerror(errno) << '\n';
-        ok = false;
-      }
+    std::ifstream file;
+    if (const std::string fault = open_file(source, file); !fault.empty()) {
+      std::cerr << source << ": " << fault << '\n';
+      ok = false;
       continue;
     }
     if (!read_one(file, source, from, ok, use)) return ok;

@@ -2,6 +2,7 @@
 // The files that a companion program was given, pattern by pattern.
 #pragma once
 
+#include <fstream>
 #include <functional>
 #include <string>
 #include <vector>
@@ -19,6 +20,9 @@ struct input {
 };
 
 enum class verdict { kGoOn, kFailed, kStop };
+
+/// Opens a file for reading; empty, or the reason why it cannot be read.
+std::string open_file(const std::string& name, std::ifstream& file);
 
 /// Hands every pattern and fault of the named files ("-" and no name: standard input) to `use`,
 /// as their lines arrive, until it says stop. Unreadable files are named on standard error.

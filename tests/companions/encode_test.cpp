@@ -135,8 +135,10 @@ TEST(VantrelEncode, SaysWhatIsWrong) {
       {"NEC1 D=4 F=8 --send --to ir",
        "--send goes with the forms of sendir only: raw, csv and pronto"},
       {"--from-json --send", "--send goes with a protocol and its numbers only"},
-      {"--from-json /nowhere", "cannot read /nowhere"},
-      {"NEC1 --definitions /nowhere", "cannot read /nowhere"},
+      {"NEC1 D=4 D=5 F=8", "D is given twice"},
+      {"--list NEC1", "--list goes without a protocol"},
+      {"--from-json /", "/: Is a directory"},
+      {"NEC1 --definitions /nowhere", "/nowhere: No such file or directory"},
   };
   for (const auto& [line, fault] : kCases) {
     const auto result = encode(words(line));
