@@ -6,7 +6,6 @@
 #include <array>
 #include <chrono>
 #include <cstdio>
-#include <ctime>
 #include <iostream>
 #include <optional>
 #include <string>
@@ -14,6 +13,7 @@
 
 #include "companions/formats/inputs.h"
 #include "companions/json_record.h"
+#include "companions/json_text.h"
 #include "companions/options.h"
 #include "lib/irp/error.h"
 #include "lib/irp/installed.h"
@@ -83,18 +83,6 @@ class progress {
   std::string text_;
   bool drawn_ = false;
 };
-
-/// The time of day, such as "2026-11-21T18:29:27.042Z".
-std::string now_text() {
-  timespec now{};
-  clock_gettime(CLOCK_REALTIME, &now);
-  tm utc{};
-  gmtime_r(&now.tv_sec, &utc);
-  std::array<char, 40> text;
-  const size_t size = std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%S", &utc);
-  std::snprintf(text.data() + size, text.size() - size, ".%03ldZ", now.tv_nsec / 1'000'000);
-  return text.data();
-}
 
 /// The definitions of messages. Without them signals are read all the same.
 irp::Protocols definitions() {

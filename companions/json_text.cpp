@@ -2,6 +2,8 @@
 #include "companions/json_text.h"
 
 #include <algorithm>
+#include <cstdio>
+#include <ctime>
 #include <nlohmann/json.hpp>
 
 namespace companions {
@@ -38,6 +40,17 @@ json_text& json_text::value(std::string_view text) {
   text_.append(1, '"').append(text).append(1, '"');
   needs_comma_ = true;
   return *this;
+}
+
+std::string now_text() {
+  timespec now{};
+  clock_gettime(CLOCK_REALTIME, &now);
+  tm utc{};
+  gmtime_r(&now.tv_sec, &utc);
+  std::array<char, 40> text;
+  const size_t size = std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%S", &utc);
+  std::snprintf(text.data() + size, text.size() - size, ".%03ldZ", now.tv_nsec / 1'000'000);
+  return text.data();
 }
 
 }  // namespace companions

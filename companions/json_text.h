@@ -49,4 +49,7 @@ class json_text {
   bool needs_comma_ = false;
 };
 
+/// The time of day, such as "2026-11-21T18:29:27.042Z".
+std::string now_text();
+
 }  // namespace companions

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "companions/remote/remote_file.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
@@ -10,6 +12,7 @@
 #include <stdexcept>
 
 #include "companions/formats/form.h"
+#include "companions/formats/inputs.h"
 
 namespace companions {
 namespace {
@@ -53,10 +56,13 @@ std::string lines_of(const pattern& key) {
 }  // namespace
 
 remote_file::remote_file(std::string path) : path_(std::move(path)), head_(kHead) {
+  // Before a key is learnt that could not be kept.
+  const std::filesystem::path folder = std::filesystem::path(path_).parent_path();
+  if (access(folder.empty() ? "." : folder.c_str(), W_OK) != 0) fail(path_, std::strerror(errno));
   std::error_code unknown;
   if (!std::filesystem::exists(path_, unknown)) return;
-  std::ifstream file(path_);
-  if (!file) fail(path_, std::strerror(errno));
+  std::ifstream file;
+  if (const std::string fault = open_file(path_, file); !fault.empty()) fail(path_, fault);
   head_.clear();
   std::string line;
   while (std::getline(file, line)) {

@@ -23,8 +23,8 @@ namespace companions {
 
 class remote_file {
  public:
-  /// Reads the file, which need not exist yet. Throws std::runtime_error when it cannot be read or
-  /// is no .ir file.
+  /// Reads the file, which need not exist yet. Throws std::runtime_error when it cannot be read, is
+  /// no .ir file, or is in a folder that cannot be written.
   explicit remote_file(std::string path);
 
   [[nodiscard]] const std::string& path() const { return path_; }

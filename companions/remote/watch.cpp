@@ -6,13 +6,11 @@
 #include <climits>
 #include <cstdint>
 #include <cstdlib>
-#include <ctime>
-#include <iomanip>
 #include <iostream>
 #include <nlohmann/json.hpp>
-#include <sstream>
 
 #include "companions/formats/reader.h"
+#include "companions/json_text.h"
 #include "companions/remote/child.h"
 #include "companions/remote/presses.h"
 #include "companions/remote/stored_keys.h"
@@ -21,18 +19,6 @@ namespace companions {
 namespace {
 
 using std::chrono::milliseconds;
-
-/// 2026-01-31T23:59:59.999Z
-std::string time_text() {
-  const auto now = std::chrono::floor<milliseconds>(std::chrono::system_clock::now());
-  const std::time_t seconds = std::chrono::system_clock::to_time_t(now);
-  std::tm parts{};
-  gmtime_r(&seconds, &parts);
-  std::ostringstream text;
-  text << std::put_time(&parts, "%FT%T.") << std::setfill('0') << std::setw(3)
-       << now.time_since_epoch().count() % milliseconds::period::den << 'Z';
-  return text.str();
-}
 
 std::vector<known_key> known_keys(const std::vector<std::string>& files, bool& good) {
   std::vector<known_key> keys;
@@ -64,7 +50,7 @@ class quiet_clock {
 };
 
 void print(const press_event& event) {
-  const nlohmann::ordered_json line{{"time", time_text()},
+  const nlohmann::ordered_json line{{"time", now_text()},
                                     {"remote", event.key->remote},
                                     {"key", event.key->name},
                                     {"event", event.count == 1 ? "pressed" : "held"},
@@ -78,7 +64,12 @@ void print(const press_event& event) {
 
 bool watch(const std::vector<std::string>& files, const transceiver& with) {
   bool good = true;
-  press_tracker presses(known_keys(files, good));
+  std::vector<known_key> keys = known_keys(files, good);
+  if (keys.empty()) {
+    std::cerr << "vantrel-remote: no keys to watch for\n";
+    return false;
+  }
+  press_tracker presses(std::move(keys));
   child listener(with.hear_command());
   pattern_reader reader(listener.output());
   quiet_clock clock;

@@ -17,7 +17,8 @@ namespace companions {
 ///   event    "pressed", or "held" for what follows while the key is held
 ///   count    the frames of the press so far
 ///
-/// Goes on until nothing more is heard; false when what hears failed, or a file could not be read.
+/// Goes on until nothing more is heard; false when what hears failed, a file could not be read, or
+/// none of them has a key.
 bool watch(const std::vector<std::string>& files, const transceiver& with);
 
 }  // namespace companions

@@ -117,6 +117,18 @@ TEST_F(RemoteTest, SaysWhatItCouldNotLearn) {
   EXPECT_EQ(other.status, 1);
   EXPECT_EQ(other.err, "vantrel-remote: " + file_.string() +
                            ": no .ir remote file, its first line is no \"Filetype:\"\n");
+  const std::string lost = folder_ / "none" / "tv.ir";
+  EXPECT_EQ(remote({"learn", lost}, "", "Power\n").err,
+            "vantrel-remote: " + lost + ": No such file or directory\n");
+  EXPECT_EQ(remote({"learn", folder_}, "", "Power\n").err,
+            "vantrel-remote: " + folder_.string() + ": Is a directory\n");
+}
+
+TEST_F(RemoteTest, WatchesForNothingWithoutKeys) {
+  write(kHead);
+  const auto result = remote({"watch", file_}, "");
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(result.err, "vantrel-remote: no keys to watch for\n");
 }
 
 TEST_F(RemoteTest, SendsKeysByName) {
