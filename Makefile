@@ -3,7 +3,7 @@
 PREFIX ?= /usr/local
 
 .PHONY: all tools setup demo test sanitize clang valgrind coverage lint cppcheck bench fuzz install \
-  dist package package-test reproducible distributions soak mutants clean
+  dist package package-test reproducible distributions arm64 soak mutants clean
 all: tools
 	cmake --preset release
 	cmake --build --preset release
@@ -109,6 +109,10 @@ reproducible:
 distributions:
 	packaging/install-dependencies distributions
 	packaging/distributions
+
+arm64:
+	packaging/install-dependencies arm64
+	packaging/try-arm64
 
 clean:
 	rm -rf build build-*
