@@ -120,9 +120,10 @@ void Signal::decode2() {
 }
 
 /// Completes the remark.
-void Signal::tellPress(held_key* held) const {
+void Signal::tellPress(held_key* held) {
   held->kept.remark.add(held->kept.aside.view());
   if (held->kept.tell_press == nullptr) return;
+  widenTo(lastBurst_);
   analysis::press whole = held->whole;
   whole.end = {burstAt(held->last.start()), burstAt(lastBurst_)};
   // A repeat part is sent again, although its second copy is not searched.

@@ -17,6 +17,16 @@ constexpr int kMostCountdown = 0xFFF;
 constexpr int kMostLength = 0xFFFF + 2;
 constexpr int kHighestLevel = 9;
 
+// Bursts that are widened at a time, and those from its start on that the readers of a frame look
+// at, but for its dittos.
+constexpr int kWidened = 1024;
+constexpr int kInSight = 4 * analysis::frame::kMostBursts;
+constexpr int kMostDittoBursts = 32;
+
+float widen(int us) {
+  return static_cast<float>(us);
+}
+
 /// Whether the burst at `at` looks like a lead-in: its mark and all of it are longer than the next.
 /// It may be longer than the gap to what another sender left before it.
 bool isLeadIn(const float* at) {
@@ -57,17 +67,20 @@ Signal::Signal(unsigned int* context, const int* bursts, int freq, int singleCou
     return;
   }
   const auto size = static_cast<size_t>(2 * total) + kZerosBehind;
-  if (size > kInPlace) allocated_ = std::make_unique<float[]>(size);
+  if (size > kInPlace) allocated_ = std::make_unique_for_overwrite<float[]>(size);
   bursts_ = allocated_ != nullptr ? allocated_.get() : in_place_.data();
-  float* to = bursts_;
-  const int* const repeat = bursts + 2 * nSingle_;
-  const int* const extra = repeat + 2 * nRepeat_;
-  const auto widen = [](int us) { return static_cast<float>(us); };
-  to = std::transform(bursts, repeat, to, widen);
-  to = std::transform(repeat, extra, to, widen);
-  to = std::transform(repeat, extra, to, widen);
-  to = std::transform(extra, extra + 2 * nExtra_, to, widen);
-  std::fill_n(to, kZerosBehind, 0.0F);
+  std::fill_n(bursts_ + 2 * total, kZerosBehind, 0.0F);
+  if (nRepeat_ == 0 && total > kWidened) {
+    narrow_ = bursts;
+  } else {
+    float* to = bursts_;
+    const int* const repeat = bursts + 2 * nSingle_;
+    const int* const extra = repeat + 2 * nRepeat_;
+    to = std::transform(bursts, repeat, to, widen);
+    to = std::transform(repeat, extra, to, widen);
+    to = std::transform(repeat, extra, to, widen);
+    std::transform(extra, extra + 2 * nExtra_, to, widen);
+  }
 
   lastBurst_ = nSingle_ + 2 * nRepeat_;
   secondCopy_ = nSingle_ + nRepeat_;
@@ -80,9 +93,39 @@ Signal::Signal(unsigned int* context, const int* bursts, int freq, int singleCou
   }
   if (nRepeat_ == 0) {
     float& end = bursts_[2 * nSingle_ - 1];
+    if (narrow_ != nullptr) end = widen(bursts[2 * nSingle_ - 1]);
     if (end > kNoSpaceUs && end < receiver::kShortestGapUs) cut_us_ = end;
     end = kEndGapUs;
   }
+}
+
+/// Bursts from the frame's first one on, of those that are there, without a second copy.
+int Signal::sentBursts() const {
+  const int sent = narrow_ != nullptr ? widenedTo_ : nSingle_ + nRepeat_;
+  return sent - frame_.before;
+}
+
+/// Whether the dittos that were found reach to where bursts are still missing.
+bool Signal::dittosMayGoOn(const analysis::answer& found) const {
+  return narrow_ != nullptr && widenedTo_ < nSingle_ && found.dittos > 0 &&
+         found.length + kMostDittoBursts > frame_.sent;
+}
+
+/// Makes the bursts that a search from `first` on begins with: two before it are looked at.
+void Signal::widenFrom(int first) {
+  if (narrow_ == nullptr) return;
+  first = std::max(first - 2, 0);
+  if (first < widenedFrom_ || first > widenedTo_) widenedFrom_ = widenedTo_ = first;
+}
+
+/// Makes the bursts up to this one, as far as there are so many.
+void Signal::widenTo(int end) {
+  if (narrow_ == nullptr || std::min(end, nSingle_) <= widenedTo_) return;
+  end = std::min(std::max(end, widenedTo_ + kWidened), nSingle_);
+  const ptrdiff_t from = ptrdiff_t{2} * widenedTo_;
+  const ptrdiff_t to = std::min(2 * end, 2 * nSingle_ - 1);  // the last space is kEndGapUs
+  std::transform(narrow_ + from, narrow_ + to, bursts_ + from, widen);
+  widenedTo_ = end;
 }
 
 void Signal::setPreempt(int level) {
@@ -109,12 +152,15 @@ void Signal::decode() {
   frame_.length = static_cast<int>(context_[1] >> 16) + 2;
   recogniserIndex_ = static_cast<int>(context_[1] & 0xFF);
   preemptLevel_ = static_cast<int>(context_[1] >> 8 & 0xFF);
-  searchFrom(static_cast<int>(context_[0] & kStartMask));
+  const auto start = static_cast<int>(context_[0] & kStartMask);
+  widenFrom(start);
+  searchFrom(start);
 }
 
 void Signal::searchFrom(int start) {
   const int lastStart = nRepeat_ < 2 ? nSingle_ + 2 * nRepeat_ - 1 : nSingle_ + nRepeat_;
   for (frame_.before = start; frame_.before < lastStart; ++frame_.before) {
+    widenTo(frame_.before + kInSight);
     const float* const at = burstAt(frame_.before);
     float gap = frame_.before == 0 ? analysis::frame::kSilenceUs : at[-1];
     if (frame_.before == nSingle_ && nRepeat_ > 0) {
@@ -138,7 +184,7 @@ bool Signal::tryFrame(const float* at, float gap) {
     return false;
   }
   frame_.reach = lastBurst_ - frame_.before;
-  frame_.sent = nSingle_ + nRepeat_ - frame_.before;
+  frame_.sent = sentBursts();
   frame_.preempt_level = preemptLevel_;
   const int longest = std::min(analysis::frame::kMostBursts, frame_.reach);
   if (frame_.length > longest) return false;
@@ -170,7 +216,12 @@ bool Signal::callRecognisers() {
 bool Signal::recognise(int index) {
   recogniserIndex_ = index;
   if (frame_.listener != nullptr) frame_.listener->asked(frame_);
-  const auto found = recognisers_[static_cast<size_t>(index)].ask(frame_);
+  auto found = recognisers_[static_cast<size_t>(index)].ask(frame_);
+  while (found && dittosMayGoOn(*found)) {
+    widenTo(widenedTo_ + (widenedTo_ - widenedFrom_));
+    frame_.sent = sentBursts();
+    found = recognisers_[static_cast<size_t>(index)].ask(frame_);
+  }
   if (found) claim(*found);
   return found.has_value();
 }

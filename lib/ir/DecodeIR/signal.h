@@ -104,6 +104,10 @@ class Signal {
   [[nodiscard]] const float* burstAt(int i) const {
     return bursts_ + 2 * static_cast<ptrdiff_t>(i);
   }
+  void widenFrom(int first);
+  void widenTo(int end);
+  [[nodiscard]] int sentBursts() const;
+  [[nodiscard]] bool dittosMayGoOn(const analysis::answer& found) const;
   void searchFrom(int start);
   bool tryFrame(const float* at, float gap);
   bool callRecognisers();
@@ -113,7 +117,7 @@ class Signal {
   [[nodiscard]] result currentResult() const;
   [[nodiscard]] verdict judge(const held_key& held, const result& next) const;
   static void count(const result& next, verdict judged, held_key* held);
-  void tellPress(held_key* held) const;
+  void tellPress(held_key* held);
   static bool belongsToSolidtek(const result& kept, const result& next);
   void writeResults(const analysis::answer& found);
   void finish(const result& kept, const place& last, int frames);
@@ -134,8 +138,12 @@ class Signal {
   static constexpr size_t kZerosBehind = 4;
   static constexpr size_t kInPlace = 256 + kZerosBehind;  // durations: those of a packet
   std::array<float, kInPlace> in_place_;
-  std::unique_ptr<float[]> allocated_;          // for a longer one
-  float* bursts_ = nullptr;                     // single, repeat, repeat again, extra, zeros
+  std::unique_ptr<float[]> allocated_;  // for a longer one
+  float* bursts_ = nullptr;             // single, repeat, repeat again, extra, zeros
+  // Of a long single part as many bursts are there as the search has come to need: a caller that
+  // asks for press after press would have all of it copied for each.
+  const int* narrow_ = nullptr;  // the caller's, null when all are there
+  int widenedFrom_ = 0, widenedTo_ = 0;
   int nSingle_, nRepeat_, nExtra_;              // bursts
   int lastBurst_;                               // bursts that a frame may reach to (exclusive)
   int extraStart_ = 0;                          // first burst of the extra part, 0 for none

@@ -100,6 +100,17 @@ TEST(Sequence, LongSignalsAreOnePress) {
   EXPECT_EQ(text(held.next()), " []");
 }
 
+TEST(Sequence, FindsEveryPressOfALongSignal) {
+  std::vector<int> keys;
+  std::string expected;
+  for (int i = 0; i < 500; ++i) {
+    append(keys, signal("NEC1", {{"D", 4}, {"F", i % 200}}, 0));
+    append(keys, times({9024, 2256, 564, 96000}, i % 7));
+    expected += "NEC " + std::to_string(i % 200) + "; ";
+  }
+  EXPECT_EQ(all_of(Press(keys)), expected);
+}
+
 // The resume state has no room for such lengths; it says as much as it can.
 TEST(Sequence, ManyDittosAreOnePress) {
   std::vector<int> nec = signal("NEC1", {{"D", 4}, {"F", 8}}, 0);
