@@ -204,7 +204,8 @@ double scale_of(const std::vector<plotted>& signals, double longest_us) {
 
 /// A label over its line, in the lowest row that has room for it.
 struct placed_label {
-  double x;
+  double x;       // of the line
+  double middle;  // of the text, which stays within the picture
   size_t row;
   std::string text;
 };
@@ -216,12 +217,13 @@ std::vector<placed_label> place_labels(const std::vector<cluster>& clusters, dou
     const double x = kMargin + c.mean * pixels_per_us;
     std::string text = std::to_string(std::lround(c.mean)) + " (" + std::to_string(c.count) + ")";
     const double half = label_row::width_of(text) / 2;
-    const auto free =
-        std::find_if(taken_to.begin(), taken_to.end(), [&](double end) { return end <= x - half; });
+    const double middle = std::clamp(x, half, std::max(half, kWidth - half));
+    const auto free = std::find_if(taken_to.begin(), taken_to.end(),
+                                   [&](double end) { return end <= middle - half; });
     const auto row = static_cast<size_t>(free - taken_to.begin());
     if (free == taken_to.end()) taken_to.push_back(0);
-    taken_to[row] = x + half;
-    placed.push_back({x, row, std::move(text)});
+    taken_to[row] = middle + half;
+    placed.push_back({x, middle, row, std::move(text)});
   }
   return placed;
 }
@@ -246,7 +248,7 @@ class panel {
     for (const placed_label& label : labels_) {
       const double y = top + kTitleHeight + kLabelHeight * static_cast<double>(rows_ - label.row);
       picture.line(label.x, y, label.x, top + ground());
-      picture.text(label.x, y - 3, "small", label.text);
+      picture.text(label.middle, y - 3, "small", label.text);
     }
     draw_axis(picture, top + ground(), to_us_, pixels_per_us_);
   }
