@@ -148,7 +148,7 @@ constexpr float kMostBiasOfSpace = 0.75F;   // as a fraction of the shortest spa
 constexpr float kMostExpectedBiasUs = 180;  // of a frame compared with what it should look like
 constexpr float kMostDittoBiasUs = 150;     // of a repeat frame, which has two marks to tell it by
 constexpr float kMostUnitBiasUs = 250;      // of durations in whole units ...
-constexpr float kMostUnitBias = 0.65F;      // ... and as a fraction of a unit: beyond it another
+constexpr float kMostUnitBias = 0.8F;      // ... and as a fraction of a unit: beyond it another
                                             // number of units is as likely
 
 /// By how much the clocks that two symbols of a code tell may differ: a fraction, and a time by the

@@ -12,7 +12,9 @@
 // Sample, D = 0, S = 0, F = 0, T = 0:
 //   210,420,210,210,210,210,210,210,210,210,210,210,210,210,210,210,210,210,210,210,210,315,105
 // Facts: public protocol definitions in IRP notation.
+#include <algorithm>
 #include <cmath>
+#include <iterator>
 
 #include "lib/ir/DecodeIR/protocols/protocols.h"
 #include "lib/ir/DecodeIR/readers/levels.h"
@@ -22,8 +24,8 @@ namespace {
 
 constexpr slice_rule kRule{
     .unit_us = 105, .longest = 6, .tolerance = 0.4F, .spread = 0.2F, .lead = 2};
-constexpr slice_rule kBiased{
-    .unit_us = 105, .longest = 6, .tolerance = 0.4F, .spread = 0.2F, .bias = 0.55F, .lead = 2};
+// The unit is so short that a receiver's bias can look like one unit more or less.
+constexpr float kBiases[] = {0, 0.65F, -0.65F};  // units
 constexpr float kLeadMarkUs = 2 * 105;
 constexpr float kLeadToleranceUs = 130;
 constexpr int kSymbols = 11;
@@ -56,8 +58,13 @@ std::optional<answer> humax(const frame& seen) {
         refusal::off(reason::lead_in, 0, seen.on(0), kLeadMarkUs, kLeadToleranceUs));
   }
   bit_buffer bits;
-  // The unit is so short that a receiver's bias can look like one unit more or less.
-  if (!read_frame(seen, kRule, &bits) && !read_frame(seen, kBiased, &bits)) return {};
+  if (!std::any_of(std::begin(kBiases), std::end(kBiases), [&](float bias) {
+        slice_rule rule = kRule;
+        rule.bias = bias;
+        return read_frame(seen, rule, &bits);
+      })) {
+    return {};
+  }
   bits.makeMsb();
   const unsigned toggle = bits.getMsb(12, 2);
   if (bits.getMsb(20, 1) == bits.getMsb(21, 1) || toggle > 1) return seen.refused({reason::check});

@@ -12,7 +12,6 @@ constexpr int kMostSymbols = 16;
 
 // Fractions of a nominal duration that the lead-in and the marks may be off.
 constexpr float kLeadError = 0.2F;
-constexpr float kShortestMark = 0.55F;
 constexpr float kLongestMark = 1.7F;
 constexpr float kLongestStopMark = 2.5F;
 
@@ -24,7 +23,8 @@ bool lead_fits(const frame& seen, const pair_code& code) {
 
 bool marks_fit(const frame& seen, const pair_code& code) {
   for (int i = 1; i < seen.length - 1; ++i) {
-    if (seen.on(i) < kShortestMark * code.mark_us || seen.on(i) > kLongestMark * code.mark_us)
+    if (seen.on(i) < receiver::kShortestOfMark * code.mark_us ||
+        seen.on(i) > kLongestMark * code.mark_us)
       return false;
   }
   return seen.on(seen.length - 1) <= kLongestStopMark * code.mark_us;

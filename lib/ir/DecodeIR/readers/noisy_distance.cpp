@@ -44,6 +44,7 @@ class noisy_reader {
 
   bool run() {
     fit_ = {};
+    fit_.noisy = true;
     if (receiver::is_flash(wire_.mark * wire_.unit, wire_.zero * wire_.unit)) return flashes_fit();
     if (wire_.has_lead() &&
         !receiver::first_mark_is_plausible(static_cast<int64_t>(frame_[0]),
@@ -140,6 +141,8 @@ class noisy_reader {
            refuse({reason::symbol});
   }
 
+  [[nodiscard]] bool is_flash() const { return wire_.mark * wire_.unit < receiver::kLeastUs; }
+
   void read_symbols() {
     const float middle = (sent_us(false) + sent_us(true)) / 2;
     for (int i = 0; i < wire_.bits; ++i) {
@@ -181,15 +184,20 @@ class noisy_reader {
       }
     }
     spread_ = std::sqrt(relative / wire_.bits);
-    fit_.damaged = fit_.loose > 0 || spread_ < kLeastNoise;
+    fit_.damaged = fit_.loose > 0 || (spread_ < kLeastNoise && !is_flash());
     return squares <= receiver::kSpread * receiver::kSpread * static_cast<float>(wire_.bits) ||
            refuse({reason::symbol});
   }
 
   bool clock_fits() {
     const auto out = static_cast<float>(kClockNoise * spread_ / std::sqrt(wire_.bits));
-    if (fit_.scale < wire_.fastest - out || fit_.scale > wire_.slowest + out) {
-      return refuse({reason::clock, -1, fit_.scale, wire_.fastest - out, wire_.slowest + out});
+    const float fastest = wire_.fastest - out;
+    // A flash that comes out longer makes its burst longer.
+    const float slowest =
+        wire_.slowest + out +
+        (is_flash() ? receiver::kMostFlashBiasUs / std::min(sent_us(false), sent_us(true)) : 0);
+    if (fit_.scale < fastest || fit_.scale > slowest) {
+      return refuse({reason::clock, -1, fit_.scale, fastest, slowest});
     }
     if (sent_[0] <= 0 || sent_[1] <= 0) return true;
     fit_.skew = found_[0] / sent_[0] - found_[1] / sent_[1];

@@ -123,6 +123,7 @@ struct distance_fit {
   float skew = 0;        // the clock by the zeros less that by the ones; 0 without both
   int loose = 0;         // symbols beyond the bounds for frames without checks
   bool damaged = false;  // the lead-in or a symbol is out of line
+  bool noisy = false;    // the symbols' clocks tell little
   refusal why = {};      // it does not fit
   int unsure_bit = -1;   // of a symbol so far out of line that it may be the other; -1: none
 };

@@ -6,6 +6,20 @@ namespace {
 
 constexpr float kSameUnits = 0.5F;  // of durations that are whole numbers of units
 
+/// Slices a frame without lead-in whose first mark has grown while the receiver's gain settled: its
+/// first burst is one of the pairs.
+bool slice_settled(const frame& seen, const pulse_width& wire, slicer* frame) {
+  if (wire.lead > 0 || wire.pair.zero_mark == wire.pair.one_mark) return false;
+  slice_rule rule = wire.units;
+  const auto begins_with = [&](int mark, int space) {
+    rule.lead = mark;
+    rule.lead_space = space;
+    return frame->slice(seen, rule);
+  };
+  return begins_with(wire.pair.zero_mark, wire.pair.zero_space) ||
+         begins_with(wire.pair.one_mark, wire.pair.one_space);
+}
+
 }  // namespace
 
 bool read_pulse_width(const frame& seen, const pulse_width& wire, bit_buffer* bits, refusal* why) {
@@ -20,7 +34,7 @@ bool read_pulse_width(const frame& seen, const pulse_width& wire, bit_buffer* bi
     *why = off(reason::lead_in, 0, wire.units.lead);
     return false;  // before it costs more
   }
-  if (!frame.slice(seen, wire.units)) {
+  if (!frame.slice(seen, wire.units) && !slice_settled(seen, wire, &frame)) {
     *why = frame.why();
   } else if (wire.whole_lead && frame.units(0) != wire.units.lead) {
     *why = off(reason::lead_in, 0, wire.units.lead);

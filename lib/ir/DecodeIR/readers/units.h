@@ -83,7 +83,7 @@ class slicer {
   [[nodiscard]] const refusal& why() const { return why_; }
   /// Whether the bias is one of an ordinary receiver, for codes that have few checks.
   [[nodiscard]] bool has_ordinary_bias(const slice_rule& rule) const {
-    return bias_ >= -0.3F * rule.unit_us && bias_ <= 0.5F * rule.unit_us;
+    return bias_ >= -0.4F * rule.unit_us && bias_ <= 0.5F * rule.unit_us;
   }
 
  private:
