@@ -144,12 +144,13 @@ bool readPid0083(const reading& read, answer* out) {
   return true;
 }
 
-// A Matsui frame's long symbol is exactly twice the short one, an Akai frame's a little more.
+// A Matsui frame's long symbol is exactly twice the short one, an Akai frame's a little more. Where
+// noise hides that, such a mark is rather Matsui's.
 bool readAkai(const reading& read, answer*) {
   constexpr float kHalfway = 0.007F;
   const pulse_distance& wire = *read.from->wire.distance();
   const float mark = wire.mark * wire.unit * read.fit.scale + read.fit.bias;
-  return mark < kMatsuiShortestMarkUs || read.fit.skew < kHalfway;
+  return mark < kMatsuiShortestMarkUs || (!read.fit.noisy && read.fit.skew < kHalfway);
 }
 
 bool readAnthem(const reading& read, answer* out) {

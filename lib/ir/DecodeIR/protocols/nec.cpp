@@ -53,6 +53,7 @@ bool isPioneer(const reading& read, const answer& out) {
 }
 
 constexpr int kAddressBits = 16;
+constexpr float kSlowestAlone = 1.03F;  // half of the way to Anthem's clock
 
 /// A code that no complement checks has to be undamaged.
 bool undamaged(const reading& read) {
@@ -104,6 +105,8 @@ bool readNec(const reading& read, answer* out) {
     out->name = "Ortek_NEClike";
     return true;
   }
+  // Anthem's lead-in, grown as long as NEC's while the receiver's gain settled.
+  if (read.fit.scale > kSlowestAlone && anthemSum(read)) return false;
   dropComplement(out);
   if (!apple && last == ((low ^ 0xF) << 4 | (high ^ 0xF))) {
     out->suffix = "-rnc";

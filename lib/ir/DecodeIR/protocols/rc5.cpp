@@ -61,8 +61,8 @@ bool slice(const frame& seen, bool paused, slicer* frame) {
              : !frame->slice(seen, kPlain) && !frame->slice(seen, kFast)) {
     return false;
   }
-  // Sony's ones alone would do for the bits after a damaged first mark, with a bias that none has.
-  return !frame->first_damaged() || std::abs(frame->bias()) <= kMostBiasUs;
+  // Sony's ones alone would do for the bits behind the first mark, with a bias that no remote has.
+  return std::abs(frame->bias()) <= kMostBiasUs;
 }
 
 bool read_bits(const slicer& frame, bool paused, bit_buffer* bits) {
