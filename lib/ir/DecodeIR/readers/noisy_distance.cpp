@@ -26,6 +26,9 @@ constexpr double kApart = 2.2;
 // A symbol or a mark may be off by so many times jitter where checks prove the frame.
 constexpr double kOdd = 1.5;
 constexpr int kMostOdd = 2;
+// A mark may be off by so many times jitter where its burst is surely a symbol.
+constexpr double kSure = 0.5;
+constexpr double kMostEdge = 2;
 // Less spread of each symbol than this, as a fraction, is no noise: such a frame came through a
 // good receiver, and what is off in it was sent so. Only checks prove the code then.
 constexpr double kLeastNoise = 0.005;
@@ -177,7 +180,9 @@ class noisy_reader {
       squares += burst_off * burst_off;
       const auto kind = static_cast<size_t>(bits_.getBit(i) != 0);
       relative += std::pow(length(at) / sent - found_[kind] / sent_[kind], 2);
-      if (within(burst_off, 1) && within(mark_off, 1)) continue;
+      // The edge between mark and space carries nothing, so it may be further off.
+      if (within(burst_off, 1) && within(mark_off, within(burst_off, kSure) ? kMostEdge : 1))
+        continue;
       if (++fit_.loose > kMostOdd || !within(burst_off, kOdd) || !within(mark_off, kOdd)) {
         return refuse(refusal::off(reason::symbol, at, length(at), fit_.scale * sent,
                                    static_cast<float>(jitter_us(sent))));
