@@ -62,7 +62,8 @@ bool slice(const frame& seen, bool paused, slicer* frame) {
     return false;
   }
   // Sony's ones alone would do for the bits behind the first mark, with a bias that no remote has.
-  return std::abs(frame->bias()) <= kMostBiasUs;
+  const bool alike = seen.off_times.largest < 1.5F * kUnitUs;
+  return (!alike && !frame->first_damaged()) || std::abs(frame->bias()) <= kMostBiasUs;
 }
 
 bool read_bits(const slicer& frame, bool paused, bit_buffer* bits) {
