@@ -116,15 +116,23 @@ constexpr bool is_flash(float mark_us, float space_us) {
   return mark_us < kLeastUs && space_us < 10 * kLeastUs;
 }
 
+/// What the bursts of a frame scatter together at most, as a root mean square of fractions of
+/// jitter. Wider, and lengths on both sides of a symbol's are read as that symbol; tighter, and
+/// receivers with a spread of 4 % are lost. It rests on frames with that spread and a grid of 50
+/// µs; captured frames reach 0.39.
+constexpr double kSpread = 0.42;
+
+/// What a damaged symbol may be off by, in terms of jitter, so that it is surely no other, and how
+/// many of them a frame may have that checks prove: an edge that came late shows in two.
+constexpr double kDamagedBurst = 1.5;
+constexpr int kMostDamaged = 2;
+/// What a mark that carries no bit may be off by, as a fraction, where its burst holds. Wider, and
+/// codes of other marks are read; tighter, and learners that blur edges lose frames.
+constexpr double kMarkWithoutBit = 0.5;
+
 // --- The signal analysis -----------------------------------------------------------------------
 // Its readers hold each duration to narrower bounds than the matchers, since they look at every
 // stretch of a signal; so the limits of what a receiver does to all of a frame are its own.
-
-/// What the bursts of a frame through a bad receiver scatter together, as a root mean square of
-/// fractions of jitter. Wider, and lengths on both sides of a symbol's are read as that symbol;
-/// tighter, and receivers with a spread of 4 % are lost. It rests on frames with that spread and a
-/// grid of 50 µs.
-constexpr float kSpread = 0.42F;
 
 /// By how much the first mark may be longer while the gain settles: a fraction of the mark, and at
 /// most a fraction of the space behind it, which pays for it. Wider, and the edge between the two
@@ -148,7 +156,7 @@ constexpr float kMostBiasOfSpace = 0.75F;   // as a fraction of the shortest spa
 constexpr float kMostExpectedBiasUs = 180;  // of a frame compared with what it should look like
 constexpr float kMostDittoBiasUs = 150;     // of a repeat frame, which has two marks to tell it by
 constexpr float kMostUnitBiasUs = 250;      // of durations in whole units ...
-constexpr float kMostUnitBias = 0.8F;      // ... and as a fraction of a unit: beyond it another
+constexpr float kMostUnitBias = 0.8F;       // ... and as a fraction of a unit: beyond it another
                                             // number of units is as likely
 
 /// By how much the clocks that two symbols of a code tell may differ: a fraction, and a time by the

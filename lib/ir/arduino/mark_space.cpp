@@ -46,9 +46,8 @@ void read_symbols(const mark_space& row, std::span<const uint16_t> durations, re
 // little has to have many symbols for one of them to be damaged: three of 2,151 captured
 // frames of 28 bits and more have one.
 unsigned most_damaged(const mark_space& row, bool proven) {
-  constexpr unsigned kProven = 2;
   constexpr unsigned kSymbolsForOne = 24;
-  return proven ? kProven : row.bits / kSymbolsForOne;
+  return proven ? receiver::kMostDamaged : row.bits / kSymbolsForOne;
 }
 
 // Whether the bursts behind the first one of a lead-in fit, each and, as a root mean square, all of
@@ -57,9 +56,6 @@ unsigned most_damaged(const mark_space& row, bool proven) {
 // that carries no bit may be off by half where its burst holds.
 bool bursts_fit(const mark_space& row, std::span<const uint16_t> durations, const reading& r,
                 bool proven) {
-  constexpr double kDamagedBurst = 1.5;    // times jitter
-  constexpr double kSpread = 0.42;         // times jitter
-  constexpr double kMarkWithoutBit = 0.5;  // of the mark
   const bool marks_carry = row.zero.mark_us != row.one.mark_us;
   unsigned damaged = 0;
   unsigned bursts = 0;
@@ -69,14 +65,17 @@ bool bursts_fit(const mark_space& row, std::span<const uint16_t> durations, cons
     const double tolerance = jitter_us(sent_us);
     const double burst_off = r.found.burst_off(durations[i] + durations[i + 1], sent_us);
     const double mark_off = r.found.mark_off(durations[i], r.sent[i]);
-    const double mark_tolerance = marks_carry ? jitter_us(r.sent[i]) : kMarkWithoutBit * r.sent[i];
-    if (!within(burst_off, kDamagedBurst * tolerance) || !within(mark_off, mark_tolerance))
+    const double mark_tolerance =
+        marks_carry ? jitter_us(r.sent[i]) : receiver::kMarkWithoutBit * r.sent[i];
+    if (!within(burst_off, receiver::kDamagedBurst * tolerance) ||
+        !within(mark_off, mark_tolerance))
       return false;
     if (!within(burst_off, tolerance)) damaged++;
     squares += burst_off * burst_off / (tolerance * tolerance);
     bursts++;
   }
-  return damaged <= most_damaged(row, proven) && squares <= kSpread * kSpread * bursts;
+  return damaged <= most_damaged(row, proven) &&
+         squares <= receiver::kSpread * receiver::kSpread * bursts;
 }
 
 // The last mark has no space to be measured with, and is the one that receivers cut or stretch

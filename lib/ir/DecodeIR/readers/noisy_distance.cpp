@@ -23,12 +23,6 @@ using receiver::within;
 
 // Two symbols have to be so many times jitter apart: else one is as likely as the other.
 constexpr double kApart = 2.2;
-// A symbol or a mark may be off by so many times jitter where checks prove the frame.
-constexpr double kOdd = 1.5;
-constexpr int kMostOdd = 2;
-// A mark may be off by so many times jitter where its burst is surely a symbol.
-constexpr double kSure = 0.5;
-constexpr double kMostEdge = 2;
 // Less spread of each symbol than this, as a fraction, is no noise: such a frame came through a
 // good receiver, and what is off in it was sent so. Only checks prove the code then.
 constexpr double kLeastNoise = 0.005;
@@ -169,21 +163,21 @@ class noisy_reader {
   }
 
   bool symbols_fit() {
+    const double mark = wire_.mark * wire_.unit;
+    const double most_mark_off = std::max(receiver::kMarkWithoutBit * mark, jitter_us(mark));
     double squares = 0;   // in terms of jitter
     double relative = 0;  // as fractions
     for (int i = 0; i < wire_.bits; ++i) {
       const int at = burst_of(i);
       const float sent = sent_us(bits_.getBit(i) != 0);
       const double burst_off = found_as_.burst_off(length(at), sent) / jitter_us(sent);
-      const float mark = wire_.mark * wire_.unit;
-      const double mark_off = found_as_.mark_off(burst(at)[0], mark) / jitter_us(mark);
+      const double mark_off = found_as_.mark_off(burst(at)[0], mark);
       squares += burst_off * burst_off;
       const auto kind = static_cast<size_t>(bits_.getBit(i) != 0);
       relative += std::pow(length(at) / sent - found_[kind] / sent_[kind], 2);
-      // The edge between mark and space carries nothing, so it may be further off.
-      if (within(burst_off, 1) && within(mark_off, within(burst_off, kSure) ? kMostEdge : 1))
-        continue;
-      if (++fit_.loose > kMostOdd || !within(burst_off, kOdd) || !within(mark_off, kOdd)) {
+      if (!within(burst_off, 1)) ++fit_.loose;
+      if (fit_.loose > receiver::kMostDamaged || !within(burst_off, receiver::kDamagedBurst) ||
+          !within(mark_off, most_mark_off)) {
         return refuse(refusal::off(reason::symbol, at, length(at), fit_.scale * sent,
                                    static_cast<float>(jitter_us(sent))));
       }
