@@ -154,7 +154,7 @@ constexpr float kMostBiasOfMark = 1.05F;    // as a fraction of the mark ...
 constexpr float kMostFlashBiasUs = 100;     // ... of which flashes are longer
 constexpr float kMostBiasOfSpace = 0.75F;   // as a fraction of the shortest space
 constexpr float kMostExpectedBiasUs = 180;  // of a frame compared with what it should look like
-constexpr float kMostDittoBiasUs = 150;     // of a repeat frame, which has two marks to tell it by
+constexpr float kMostDittoBiasUs = 150;     // of a repeat frame or equal bursts, which tell little
 constexpr float kMostUnitBiasUs = 250;      // of durations in whole units ...
 constexpr float kMostUnitBias = 0.8F;       // ... and as a fraction of a unit: beyond it another
                                             // number of units is as likely

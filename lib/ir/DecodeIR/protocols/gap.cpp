@@ -29,7 +29,6 @@ constexpr int kMostLoose = 1;
 // Equal bursts have one length, which has to be the right one: remotes keep their clock within a
 // per cent or two.
 constexpr float kUniformClockError = 0.025F;
-constexpr float kUniformBiasUs = 150;
 
 /// A frame without data that says "the key is still held".
 struct lone_ditto {
@@ -59,7 +58,7 @@ bool is_uniform(const reading& fitted) {
 bool is_sure(const reading& fitted) {
   if (fitted.from->redundancy() < kFewestCheckBits && is_uniform(fitted) &&
       (std::abs(fitted.fit.scale - 1) > kUniformClockError ||
-       std::abs(fitted.fit.bias) > kUniformBiasUs)) {
+       std::abs(fitted.fit.bias) > receiver::kMostDittoBiasUs)) {
     return false;
   }
   const int unsure = fitted.fit.unsure_bit;
