@@ -27,7 +27,7 @@ inline bool take_digits(std::string_view& text, int64_t& value) {
   const char* const begin = text.data();
   const char* const end = begin + std::min(text.size(), kMostDigits + 1);
   const char* at = begin;
-  int64_t sum = 0;
+  uint64_t sum = 0;  // also of a digit more
   for (; at != end; ++at) {
     const unsigned digit = static_cast<unsigned char>(*at) - unsigned{'0'};
     if (digit > 9) break;
@@ -36,7 +36,7 @@ inline bool take_digits(std::string_view& text, int64_t& value) {
   const auto digits = static_cast<size_t>(at - begin);
   if (digits == 0 || digits > kMostDigits) return false;
   text.remove_prefix(digits);
-  value = sum;
+  value = static_cast<int64_t>(sum);
   return true;
 }
 
