@@ -60,6 +60,7 @@ coding find_coding(std::span<const int> durations) {
 
 std::vector<unsigned char> bytes_of(std::string_view bits, bit_order order) {
   std::vector<unsigned char> bytes;
+  bytes.reserve(bits.size() / 8 + 1);
   for (; !bits.empty(); bits.remove_prefix(std::min<size_t>(bits.size(), 8))) {
     const std::string_view byte = bits.substr(0, 8);
     unsigned value = 0;

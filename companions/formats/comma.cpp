@@ -43,6 +43,8 @@ std::optional<bad_line> read_comma_list(std::string_view line, std::vector<int>&
   if (const size_t empty = line.find(",,"); empty != line.npos || line[0] == ',') {
     return bad_line{empty == line.npos ? 1 : empty + 2, "an empty field"};
   }
+  constexpr size_t kUsualChars = 4;  // of a duration and its comma
+  durations.reserve(line.size() / kUsualChars);
   word_reader fields(line, kSeparators);
   while (const auto field = fields.next()) {
     const auto us = duration(field->text);
