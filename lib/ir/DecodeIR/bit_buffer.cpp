@@ -88,7 +88,7 @@ void bit_buffer::decodeRaw(int bitsRequested) {
   if (nBit_ + bitsRequested >= kMostBits) {
     overrun("nBit+bitsRequested < sizeof(cBits)*8", __func__);
   }
-  while (bitsRequested > 0 && !atEnd()) {
+  while (bitsRequested > 0 && !at_end()) {
     const int levels = std::max(static_cast<int>(std::lround(*at_ / threshold)), 1);
     const bool mark = (at_ - begin_) % 2 == 0;
     for (; bitsRequested > 0 && counter_ < levels; ++counter_, --bitsRequested) append(mark);
@@ -99,18 +99,18 @@ void bit_buffer::decodeRaw(int bitsRequested) {
   for (; bitsRequested > 0; --bitsRequested) append(false);
 }
 
-bool bit_buffer::decodeAsync(const float* durations, int count, int words, double bitUs,
-                             double tolerance, int dataBits, int stopBits) {
-  if (nBit_ + words * dataBits > kMostBits) overrun("nBit+count <= sizeof(cBits)*8", __func__);
-  serial_line line(durations, count, bitUs, tolerance);
+bool bit_buffer::decodeAsync(const float* durations, int count, int words, double bit_us,
+                             double tolerance, int data_bits, int stop_bits) {
+  if (nBit_ + words * data_bits > kMostBits) overrun("nBit+count <= sizeof(cBits)*8", __func__);
+  serial_line line(durations, count, bit_us, tolerance);
   for (; words > 0; --words) {
     if (!line.start() || !line.takes(0, true)) return false;
-    for (int n = 1; n <= dataBits; ++n) {
+    for (int n = 1; n <= data_bits; ++n) {
       if (!line.takes(n)) return false;
       append(!line.mark());
     }
-    for (int n = 1; n <= stopBits; ++n) {
-      if (!line.takes(dataBits + n, false)) return false;
+    for (int n = 1; n <= stop_bits; ++n) {
+      if (!line.takes(data_bits + n, false)) return false;
     }
   }
   return true;

@@ -31,7 +31,7 @@ class bit_buffer {
   /// Forgets all bits and goes back to the first duration.
   void cleanup();
   /// Goes on with this duration; even ones are marks.
-  void skipTo(int duration) {
+  void skip_to(int duration) {
     at_ = begin_ + duration;
     counter_ = 0;
   }
@@ -47,12 +47,12 @@ class bit_buffer {
   /// One bit for each of `bitsRequested` levels of threshold's length, ones for marks. A duration
   /// holds the nearest number of levels, at least one; behind the last mark all is space.
   void decodeRaw(int bitsRequested);
-  /// Asynchronous serial words, which begin with a start bit (a mark), carry `dataBits` bits (a
-  /// space is a one), least significant first, and end with `stopBits` spaces or more. `count`
+  /// Asynchronous serial words, which begin with a start bit (a mark), carry `data_bits` bits (a
+  /// space is a one), least significant first, and end with `stop_bits` spaces or more. `count`
   /// durations from `durations` on are read, `words` words of them; an edge may be `tolerance` of a
-  /// bit of bitUs from its place. False where a word is none.
-  bool decodeAsync(const float* durations, int count, int words, double bitUs, double tolerance,
-                   int dataBits, int stopBits);
+  /// bit of bit_us from its place. False where a word is none.
+  bool decodeAsync(const float* durations, int count, int words, double bit_us, double tolerance,
+                   int data_bits, int stop_bits);
   /// One bit that its caller has read, or all bits of another buffer.
   void append(bool bit) {
     if (nBit_ >= kMostBits) overrun("nBit+1 <= sizeof(cBits)*8", __func__);
@@ -62,7 +62,7 @@ class bit_buffer {
   void append(const bit_buffer& more);
 
   /// Whether every mark has been read by the level.
-  [[nodiscard]] bool atEnd() const { return at_ >= end_; }
+  [[nodiscard]] bool at_end() const { return at_ >= end_; }
   [[nodiscard]] int size() const { return nBit_; }
 
   /// REQUIRES: 0 <= n < kMostBits.

@@ -24,7 +24,7 @@ constexpr std::array<const char*, 51> kProtocols = {
     "Sharp",      "Somfy",    "SONY",    "Sunfire", "TDC",           "XMP",      "Zenith5",
     "Zenith6",    "Zenith7"};
 
-char* copyText(char* out, const char* text) {
+char* copy_text(char* out, const char* text) {
   std::memcpy(out, text, std::strlen(text) + 1);
   return out;
 }
@@ -42,7 +42,7 @@ void _DecodeIR(unsigned int* context, int* bursts, int freq, int singleCount, in
 
 char* EnumerateProtocols(int index, char* out) {
   const bool listed = index >= 0 && index < static_cast<int>(kProtocols.size());
-  return copyText(out, listed ? kProtocols[static_cast<size_t>(index)] : "");
+  return copy_text(out, listed ? kProtocols[static_cast<size_t>(index)] : "");
 }
 
 int ProtocolSupportLevel(char* name) {
@@ -52,5 +52,5 @@ int ProtocolSupportLevel(char* name) {
 }
 
 char* Version(char* out) {
-  return copyText(out, kVersion);
+  return copy_text(out, kVersion);
 }

@@ -37,16 +37,16 @@ class hex_byte {
   analysis::short_text<2> text_;
 };
 
-bool isSolidtekFrame(std::string_view name) {
+bool is_solidtek_frame(std::string_view name) {
   return name == "Solidtek16" || name == "Solidtek20";
 }
 
-bool isGap(std::string_view name) {
+bool is_gap(std::string_view name) {
   return name.starts_with("Gap-");
 }
 
 /// Whether the remark of an asynchronous reading shows the two pulse widths of a Sony frame.
-bool isSonyByProduct(std::string_view remark) {
+bool is_sony_by_product(std::string_view remark) {
   if (!remark.starts_with("80")) return false;
   for (const size_t at : {3U, 6U, 9U}) {
     if (remark.size() < at + 2) return false;
@@ -84,7 +84,7 @@ struct Signal::held_key {
   explicit held_key(const result& first) : kept(first), last(first) { whole.note(first.part); }
 };
 
-Signal::result Signal::currentResult() const {
+Signal::result Signal::current_result() const {
   return {{{context_[0], context_[1]},
            frame_.trailing_gap,
            found_->dittos > 0,
@@ -96,7 +96,7 @@ void Signal::decode2() {
   decode();
   if (*error_ != '\0' || *protocol_ == '\0') return;
 
-  held_key held(currentResult());
+  held_key held(current_result());
   bool absorbed = false;
   for (;;) {
     if (!absorbed) held.over |= held.last.ends_press();
@@ -104,14 +104,14 @@ void Signal::decode2() {
     // The next call goes on behind the last counted frame, so it sees absorbed results again.
     exhausted_ = *protocol_ == '\0' && !absorbed;
     if (*protocol_ == '\0') break;
-    const result next = currentResult();
+    const result next = current_result();
     const verdict judged = judge(held, next);
     if (judged == verdict::kEnd) break;
     absorbed = judged == verdict::kAbsorbed;
     if (!absorbed) count(next, judged, &held);
   }
-  tellPress(&held);
-  writeResults(held.kept);
+  tell_press(&held);
+  write_results(held.kept);
   place_ = {held.kept.start(), held.kept.end() - held.kept.start(),
             held.kept.has_dittos ? 0 : held.whole.frames, held.kept.layout};
   context_[0] = held.last.context[0];
@@ -120,12 +120,12 @@ void Signal::decode2() {
 }
 
 /// Completes the remark.
-void Signal::tellPress(held_key* held) {
+void Signal::tell_press(held_key* held) {
   held->kept.remark.add(held->kept.aside.view());
   if (held->kept.tell_press == nullptr) return;
-  widenTo(lastBurst_);
+  widen_to(lastBurst_);
   analysis::press whole = held->whole;
-  whole.end = {burstAt(held->last.start()), burstAt(lastBurst_)};
+  whole.end = {burst_at(held->last.start()), burst_at(lastBurst_)};
   // A repeat part is sent again, although its second copy is not searched.
   if (nRepeat_ > 0 && held->last.end() >= nSingle_ + nRepeat_) ++whole.frames;
   held->kept.tell_press(whole, &held->kept);
@@ -154,52 +154,52 @@ Signal::verdict Signal::judge(const held_key& held, const result& next) const {
   const result& kept = held.kept;
   const place& last = held.last;
   const std::string_view name = next.name.view();
-  const std::string_view keptName = kept.name.view();
+  const std::string_view kept_name = kept.name.view();
   // Counted dittos leave the recorded length one burst short; a stray mark between two copies
   // belongs to neither.
-  const float* const behind = burstAt(last.end());
-  const bool oneBetween =
+  const float* const behind = burst_at(last.end());
+  const bool one_between =
       (last.by_ditto_recogniser && last.has_dittos) || receiver::is_stray(behind[0], behind[1]);
-  const bool startsAtEnd =
-      last.end() == next.start() || (oneBetween && last.end() == next.start() - 1);
-  const bool sameNumbers = next.device == kept.device && next.subdevice == kept.subdevice &&
-                           next.function == kept.function &&
-                           next.remark.view() == kept.remark.view();
+  const bool starts_at_end =
+      last.end() == next.start() || (one_between && last.end() == next.start() - 1);
+  const bool same_numbers = next.device == kept.device && next.subdevice == kept.subdevice &&
+                            next.function == kept.function &&
+                            next.remark.view() == kept.remark.view();
   // A start frame begins a press, and continues one that began with another copy of it.
-  const bool startsAnew = next.part == analysis::press_part::first && !held.whole.has_first;
+  const bool starts_anew = next.part == analysis::press_part::first && !held.whole.has_first;
 
-  if (name == keptName && sameNumbers && !next.has_dittos && !next.variant && startsAtEnd &&
-      !startsAnew && !held.over) {
+  if (name == kept_name && same_numbers && !next.has_dittos && !next.variant && starts_at_end &&
+      !starts_anew && !held.over) {
     return verdict::kCopy;
   }
   const int after = next.start() - last.start();  // bursts
-  if (isGap(keptName) && !isGap(name) && after == 1) return verdict::kSupersedes;
-  if (isGap(name) && (after == 0 || after == 1)) return verdict::kAbsorbed;
+  if (is_gap(kept_name) && !is_gap(name) && after == 1) return verdict::kSupersedes;
+  if (is_gap(name) && (after == 0 || after == 1)) return verdict::kAbsorbed;
 
   const bool piece =
-      name.starts_with("S:") || (name.starts_with("Solidtek") && !isSolidtekFrame(name));
+      name.starts_with("S:") || (name.starts_with("Solidtek") && !is_solidtek_frame(name));
   if (piece && next.end() <= last.end()) return verdict::kAbsorbed;
-  if (isSolidtekFrame(keptName) && (name.starts_with("S:") || name == "Blaupunkt{prefix}" ||
-                                    name == "XX" || name == "DirecTV")) {
-    return belongsToSolidtek(kept, next) ? verdict::kAbsorbed : verdict::kEnd;
+  if (is_solidtek_frame(kept_name) && (name.starts_with("S:") || name == "Blaupunkt{prefix}" ||
+                                       name == "XX" || name == "DirecTV")) {
+    return belongs_to_solidtek(kept, next) ? verdict::kAbsorbed : verdict::kEnd;
   }
-  if (keptName.starts_with("Sony") && name.starts_with("Async") &&
-      isSonyByProduct(next.remark.view())) {
+  if (kept_name.starts_with("Sony") && name.starts_with("Async") &&
+      is_sony_by_product(next.remark.view())) {
     return verdict::kAbsorbed;
   }
-  if (name == "X10" && keptName.starts_with("X10") && next.function == kept.function &&
+  if (name == "X10" && kept_name.starts_with("X10") && next.function == kept.function &&
       next.hex.first == kept.hex.first) {
     return verdict::kX10Copy;
   }
-  if ((keptName == "XMP" || keptName.starts_with("XMP-")) && xmpFlag_) {
-    if (name.starts_with("XMP") && startsAtEnd && hasRepeatInfo_) return verdict::kCopy;
+  if ((kept_name == "XMP" || kept_name.starts_with("XMP-")) && xmpFlag_) {
+    if (name.starts_with("XMP") && starts_at_end && hasRepeatInfo_) return verdict::kCopy;
     if (name == "Mitsubishi" && after == 0) return verdict::kAbsorbed;
   }
   return verdict::kEnd;
 }
 
 /// Whether a result inside a Solidtek frame is a reading of that frame's own bits.
-bool Signal::belongsToSolidtek(const result& kept, const result& next) {
+bool Signal::belongs_to_solidtek(const result& kept, const result& next) {
   const int low = kept.name.view() == "Solidtek16" ? kept.function : kept.subdevice;
   const unsigned check = analysis::msb(static_cast<unsigned>(kept.device), 4) * 8 +
                          analysis::msb(static_cast<unsigned>(low), 3);
@@ -228,7 +228,7 @@ void Signal::finish(const result& kept, const place& last, int frames) {
   } else if (found.starts_with("RCA") && kept.variant) {
     name.add("(Old)");
     kind = kKindRcaOld;
-  } else if (isGap(found) || found.starts_with("??")) {
+  } else if (is_gap(found) || found.starts_with("??")) {
     kind = kKindUnknown;
   }
   name.copy_to(protocol_);
@@ -238,13 +238,13 @@ void Signal::finish(const result& kept, const place& last, int frames) {
   }
   if (extraStart_ > 0 && last.end() > extraStart_) context_[0] = kStartMask;
 
-  writeLevels(kept, last, (kept.repeat_kind2 + 1) << 24 | (kind + 1) << 16 | count);
-  describeRepeats(kept, frames);
+  write_levels(kept, last, (kept.repeat_kind2 + 1) << 24 | (kind + 1) << 16 | count);
+  describe_repeats(kept, frames);
   *error_ = '\0';
 }
 
 /// The further words of the context, each from an interface level on.
-void Signal::writeLevels(const result& kept, const place& last, int repeatWord) {
+void Signal::write_levels(const result& kept, const place& last, int repeat_word) {
   int band = 0;  // the highest band of words that was written
   if (interfaceLevel_ > 2) {
     int first = kept.start();
@@ -267,14 +267,14 @@ void Signal::writeLevels(const result& kept, const place& last, int repeatWord) 
     band = 8;
   }
   if (interfaceLevel_ > 8) {
-    context_[8] = static_cast<unsigned>(repeatWord);
+    context_[8] = static_cast<unsigned>(repeat_word);
     band = 9;
   }
   if (band > 0) context_[0] |= static_cast<unsigned>(2 - band) << kStartBits;
 }
 
 /// Puts "no repeat", "+ 2 copies" and so on in front of the remark.
-void Signal::describeRepeats(const result& kept, int frames) {
+void Signal::describe_repeats(const result& kept, int frames) {
   analysis::short_text<kMostMiscChars> text;
   if (!hasRepeatInfo_) {
     const int copies = frames - 1;

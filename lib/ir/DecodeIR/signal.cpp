@@ -29,7 +29,7 @@ float widen(int us) {
 
 /// Whether the burst at `at` looks like a lead-in: its mark and all of it are longer than the next.
 /// It may be longer than the gap to what another sender left before it.
-bool isLeadIn(const float* at) {
+bool is_lead_in(const float* at) {
   constexpr float kMark = 2;
   constexpr float kBurst = 1.4F;
   return at[0] > kMark * at[2] && at[0] + at[1] > kBurst * (at[2] + at[3]);
@@ -100,26 +100,26 @@ Signal::Signal(unsigned int* context, const int* bursts, int freq, int singleCou
 }
 
 /// Bursts from the frame's first one on, of those that are there, without a second copy.
-int Signal::sentBursts() const {
+int Signal::sent_bursts() const {
   const int sent = narrow_ != nullptr ? widenedTo_ : nSingle_ + nRepeat_;
   return sent - frame_.before;
 }
 
 /// Whether the dittos that were found reach to where bursts are still missing.
-bool Signal::dittosMayGoOn(const analysis::answer& found) const {
+bool Signal::dittos_may_go_on(const analysis::answer& found) const {
   return narrow_ != nullptr && widenedTo_ < nSingle_ && found.dittos > 0 &&
          found.length + kMostDittoBursts > frame_.sent;
 }
 
 /// Makes the bursts that a search from `first` on begins with: two before it are looked at.
-void Signal::widenFrom(int first) {
+void Signal::widen_from(int first) {
   if (narrow_ == nullptr) return;
   first = std::max(first - 2, 0);
   if (first < widenedFrom_ || first > widenedTo_) widenedFrom_ = widenedTo_ = first;
 }
 
 /// Makes the bursts up to this one, as far as there are so many.
-void Signal::widenTo(int end) {
+void Signal::widen_to(int end) {
   if (narrow_ == nullptr || std::min(end, nSingle_) <= widenedTo_) return;
   end = std::min(std::max(end, widenedTo_ + kWidened), nSingle_);
   const ptrdiff_t from = ptrdiff_t{2} * widenedTo_;
@@ -145,7 +145,7 @@ void Signal::setzContext() {
 
 void Signal::decode() {
   found_.reset();
-  writeResults({});
+  write_results({});
   *misc_ = *error_ = '\0';
 
   preemptCountdown_ = static_cast<int>(context_[0] >> kStartBits);
@@ -153,24 +153,24 @@ void Signal::decode() {
   recogniserIndex_ = static_cast<int>(context_[1] & 0xFF);
   preemptLevel_ = static_cast<int>(context_[1] >> 8 & 0xFF);
   const auto start = static_cast<int>(context_[0] & kStartMask);
-  widenFrom(start);
-  searchFrom(start);
+  widen_from(start);
+  search_from(start);
 }
 
-void Signal::searchFrom(int start) {
-  const int lastStart = nRepeat_ < 2 ? nSingle_ + 2 * nRepeat_ - 1 : nSingle_ + nRepeat_;
-  for (frame_.before = start; frame_.before < lastStart; ++frame_.before) {
-    widenTo(frame_.before + kInSight);
-    const float* const at = burstAt(frame_.before);
+void Signal::search_from(int start) {
+  const int last_start = nRepeat_ < 2 ? nSingle_ + 2 * nRepeat_ - 1 : nSingle_ + nRepeat_;
+  for (frame_.before = start; frame_.before < last_start; ++frame_.before) {
+    widen_to(frame_.before + kInSight);
+    const float* const at = burst_at(frame_.before);
     float gap = frame_.before == 0 ? analysis::frame::kSilenceUs : at[-1];
     if (frame_.before == nSingle_ && nRepeat_ > 0) {
       gap = std::max(gap, bursts_[2 * (nSingle_ + nRepeat_) - 1]);
     }
-    const bool startsHere = frame_.before == 0 || frame_.before == nSingle_ ||
-                            at[-1] + 0.5F * at[-2] > at[0] + at[1] ||
-                            (at[-1] >= receiver::kShortestGapUs && isLeadIn(at)) ||
-                            at[0] > analysis::frame::kLongestInsideUs;
-    if (startsHere && tryFrame(at, gap)) return;
+    const bool starts_here = frame_.before == 0 || frame_.before == nSingle_ ||
+                             at[-1] + 0.5F * at[-2] > at[0] + at[1] ||
+                             (at[-1] >= receiver::kShortestGapUs && is_lead_in(at)) ||
+                             at[0] > analysis::frame::kLongestInsideUs;
+    if (starts_here && try_frame(at, gap)) return;
     frame_.length = 2;
     recogniserIndex_ = 0;
     if (--preemptCountdown_ < 1) preemptCountdown_ = preemptLevel_ = 0;
@@ -178,13 +178,13 @@ void Signal::searchFrom(int start) {
 }
 
 /// Lets the frame that starts at `at`, behind `gap` µs, grow until a recogniser names it.
-bool Signal::tryFrame(const float* at, float gap) {
+bool Signal::try_frame(const float* at, float gap) {
   // Only a gap gets longer by a stray mark in it.
   if (gap < std::min<float>(recognisers_.shortest_gap_before(), receiver::kShortestGapUs)) {
     return false;
   }
   frame_.reach = lastBurst_ - frame_.before;
-  frame_.sent = sentBursts();
+  frame_.sent = sent_bursts();
   frame_.preempt_level = preemptLevel_;
   const int longest = std::min(analysis::frame::kMostBursts, frame_.reach);
   if (frame_.length > longest) return false;
@@ -196,7 +196,7 @@ bool Signal::tryFrame(const float* at, float gap) {
       frame_.cut_us = bursts == frame_.reach ? cut_us_ : analysis::frame::kSilenceUs;
       frame_.carrier_hz =
           cycles_ != nullptr ? getFreq(frame_.before, frame_.before + bursts) : freq_;
-      if (frame_.is_possible() && callRecognisers()) return true;
+      if (frame_.is_possible() && call_recognisers()) return true;
     }
     recogniserIndex_ = 0;
   }
@@ -204,7 +204,7 @@ bool Signal::tryFrame(const float* at, float gap) {
 }
 
 /// Asks the recognisers from the current one on; whether one of them named the frame.
-bool Signal::callRecognisers() {
+bool Signal::call_recognisers() {
   constexpr int kEnd = analysis::recogniser_table::kCount;
   for (int i = recognisers_.next(recogniserIndex_, frame_); i < kEnd;
        i = recognisers_.next(i + 1, frame_)) {
@@ -217,9 +217,9 @@ bool Signal::recognise(int index) {
   recogniserIndex_ = index;
   if (frame_.listener != nullptr) frame_.listener->asked(frame_);
   auto found = recognisers_[static_cast<size_t>(index)].ask(frame_);
-  while (found && dittosMayGoOn(*found)) {
-    widenTo(widenedTo_ + (widenedTo_ - widenedFrom_));
-    frame_.sent = sentBursts();
+  while (found && dittos_may_go_on(*found)) {
+    widen_to(widenedTo_ + (widenedTo_ - widenedFrom_));
+    frame_.sent = sent_bursts();
     found = recognisers_[static_cast<size_t>(index)].ask(frame_);
   }
   if (found) claim(*found);
@@ -234,13 +234,13 @@ void Signal::claim(const analysis::answer& found) {
   }
   if (found.level > 0) setPreempt(found.level);
   if (found.xmp_repeat) xmpFlag_ = *found.xmp_repeat;
-  writeResults(found);
+  write_results(found);
   found.remark.copy_to(misc_);
   analysis::short_text<analysis::answer::kMostErrorChars>(found.error).copy_to(error_);
   setzContext();
 }
 
-void Signal::writeResults(const analysis::answer& found) {
+void Signal::write_results(const analysis::answer& found) {
   found.name.copy_to(protocol_);
   *device_ = found.device;
   *subDevice_ = found.subdevice;
@@ -254,14 +254,14 @@ void Signal::writeResults(const analysis::answer& found) {
 int Signal::getFreq(int first, int end) const {
   if (cycles_ == nullptr) return 0;
   int64_t cycles = 0;
-  double onTime = 0;
+  double on_time = 0;
   for (int i = first; i < end; ++i) {
     // The caller's data knows the repeat part once.
     const int slot = i < secondCopy_ ? i : i - copiedBursts_;
     cycles += cycles_[slot] & 0xFFFF;
-    onTime += static_cast<double>(bursts_[2 * i]);
+    on_time += static_cast<double>(bursts_[2 * i]);
   }
-  if (cycles == end - first || onTime <= 0) return 0;  // one cycle a burst: not modulated
-  const double hz = 1e6 * static_cast<double>(cycles) / onTime;
+  if (cycles == end - first || on_time <= 0) return 0;  // one cycle a burst: not modulated
+  const double hz = 1e6 * static_cast<double>(cycles) / on_time;
   return hz < INT_MAX ? static_cast<int>(hz) : INT_MAX;
 }

@@ -101,28 +101,28 @@ class Signal {
   /// What a further result is to the press that began with the kept one.
   enum class verdict { kCopy, kX10Copy, kSupersedes, kAbsorbed, kEnd };
 
-  [[nodiscard]] const float* burstAt(int i) const {
+  [[nodiscard]] const float* burst_at(int i) const {
     return bursts_ + 2 * static_cast<ptrdiff_t>(i);
   }
-  void widenFrom(int first);
-  void widenTo(int end);
-  [[nodiscard]] int sentBursts() const;
-  [[nodiscard]] bool dittosMayGoOn(const analysis::answer& found) const;
-  void searchFrom(int start);
-  bool tryFrame(const float* at, float gap);
-  bool callRecognisers();
+  void widen_from(int first);
+  void widen_to(int end);
+  [[nodiscard]] int sent_bursts() const;
+  [[nodiscard]] bool dittos_may_go_on(const analysis::answer& found) const;
+  void search_from(int start);
+  bool try_frame(const float* at, float gap);
+  bool call_recognisers();
   bool recognise(int index);
   void claim(const analysis::answer& found);
 
-  [[nodiscard]] result currentResult() const;
+  [[nodiscard]] result current_result() const;
   [[nodiscard]] verdict judge(const held_key& held, const result& next) const;
   static void count(const result& next, verdict judged, held_key* held);
-  void tellPress(held_key* held);
-  static bool belongsToSolidtek(const result& kept, const result& next);
-  void writeResults(const analysis::answer& found);
+  void tell_press(held_key* held);
+  static bool belongs_to_solidtek(const result& kept, const result& next);
+  void write_results(const analysis::answer& found);
   void finish(const result& kept, const place& last, int frames);
-  void writeLevels(const result& kept, const place& last, int repeatWord);
-  void describeRepeats(const result& kept, int frames);
+  void write_levels(const result& kept, const place& last, int repeat_word);
+  void describe_repeats(const result& kept, int frames);
 
   // --- Arguments and results --------------------------------------------------------------
   unsigned int* context_;

@@ -96,7 +96,7 @@ inline constexpr pulse_distance kVoltas = leadless(515, 2, 550 / 515.0F, 2530 / 
 inline constexpr pulse_distance kMitsubishi = leadless(300, 1, 3, 7, 16, 12000, 0.06F);
 // As fast as JVC's repeats, whose marks are half of the short burst, not a quarter.
 inline constexpr pulse_distance kMitsubishiFast = leadless(264, 1, 3, 7, 16, 12000, 0.07F).marks(0, kJvcShortestMarkUs);
-// Alike but for the marks; where a receiver has brought these together readAkai tells.
+// Alike but for the marks; where a receiver has brought these together read_akai tells.
 inline constexpr pulse_distance kAkai = pulse_distance{289, {}, 1, 2.6F, 6.3F, 10}
     .gaps(3600, 3600).clock(0.93F, 1.05F).marks(0, kAkaiLongestMarkUs);
 inline constexpr pulse_distance kMatsui = pulse_distance{525, {}, 1, 1, 3, 10}

@@ -63,14 +63,14 @@ void tell_bytes(const bit_buffer& bits, answer* out) {
 
 }  // namespace
 
-bool greeState(const reading& read) {
+bool gree_state(const reading& read) {
   const unsigned kind = nibble(read.bits, 7);
   bit_buffer second;
   return (kind == 5 || kind == 7 || kind == 0xA) &&
          (is_state(read.bits) || read_second(read, &second));
 }
 
-bool readGree(const reading& read, answer* out) {
+bool read_gree(const reading& read, answer* out) {
   tell_bytes(read.bits, out);
   bit_buffer second;
   if (read_second(read, &second)) {
@@ -81,7 +81,7 @@ bool readGree(const reading& read, answer* out) {
   return true;
 }
 
-bool readGreeNext(const reading& read, answer* out) {
+bool read_gree_next(const reading& read, answer* out) {
   out->remark = "second block, ";
   tell_bytes(read.bits, out);
   return true;

@@ -46,10 +46,10 @@ std::optional<answer> grundig16(const frame& seen) {
   }
   if (!frame.slice(seen.first + 2, seen.durations() - 2, kRule)) return seen.refused(frame.why());
   bit_buffer levels = frame.bits();
-  levels.skipTo(1);
+  levels.skip_to(1);
   levels.decodeRaw(kSymbols * kCode.units);
   bit_buffer bits;
-  if (!levels.atEnd() || !read_phases(levels, 0, kSymbols, kCode, &bits)) {
+  if (!levels.at_end() || !read_phases(levels, 0, kSymbols, kCode, &bits)) {
     return seen.refused({reason::edge});
   }
   bits.makeMsb();

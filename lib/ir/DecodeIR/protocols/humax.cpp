@@ -42,7 +42,7 @@ bool read_frame(const frame& seen, const slice_rule& rule, bit_buffer* bits) {
   bit_buffer levels = frame.bits();
   levels.decodeRaw((1 + kSymbols) * kCode.units);
   bits->cleanup();
-  if (levels.atEnd() && levels.getLsb(0, kCode.units) == kLead &&
+  if (levels.at_end() && levels.getLsb(0, kCode.units) == kLead &&
       read_phases(levels, kCode.units, kSymbols, kCode, bits)) {
     return true;
   }

@@ -45,7 +45,7 @@ std::optional<answer> lutron(const frame& seen) {
   if (frame.first_damaged() || frame.last_damaged()) return seen.refused({reason::damage});
   bit_buffer bits = frame.bits();
   bits.decodeRaw(kStartLevels + kCodeLevels);
-  if (!bits.atEnd() || bits.getLsb(0, kStartLevels) != 0xFF) return {};
+  if (!bits.at_end() || bits.getLsb(0, kStartLevels) != 0xFF) return {};
   bits.makeMsb();
   const unsigned code = bits.getMsb(kStartLevels, kCodeLevels);
   if (has_long_run(code) || has_long_run(~code & ((1U << kCodeLevels) - 1))) return {};

@@ -36,24 +36,24 @@ bool pairs_differ(const reading& read, int first) {
 
 }  // namespace
 
-bool allBytesComplemented(const reading& read) {
+bool all_bytes_complemented(const reading& read) {
   return pairs_differ(read, 0);
 }
 
-bool stateComplemented(const reading& read) {
+bool state_complemented(const reading& read) {
   return pairs_differ(read, 3 * kMessageByte);
 }
 
-bool lastByteIsSum(const reading& read) {
+bool last_byte_is_sum(const reading& read) {
   const int before = read.bits.size() / kMessageByte - 1;
   return byte_sum(read, before) == read.get({kMessageByte * before, kMessageByte});
 }
 
-bool bytesAddUpTo255(const reading& read) {
+bool bytes_add_up_to_255(const reading& read) {
   return byte_sum(read, read.bits.size() / kMessageByte) == 0xFF;
 }
 
-bool toshibaXor(const reading& read) {
+bool toshiba_xor(const reading& read) {
   unsigned all = 0;
   for (int at = 4 * kMessageByte; at < read.bits.size(); at += kMessageByte) {
     all ^= read.get({at, kMessageByte});
@@ -61,7 +61,7 @@ bool toshibaXor(const reading& read) {
   return all == 0;
 }
 
-bool samsungCount(const reading& read) {
+bool samsung_count(const reading& read) {
   constexpr int kCountAt = 12;
   int ones = 0;
   for (int i = 0; i < read.bits.size(); ++i) {
@@ -71,7 +71,7 @@ bool samsungCount(const reading& read) {
   return read.get({kCountAt, kMessageByte}) == static_cast<unsigned>(0xFF - ones);
 }
 
-bool tellBytes(const reading& read, answer* out) {
+bool tell_bytes(const reading& read, answer* out) {
   if (out->subdevice == 0xFF - out->device) out->subdevice = -1;
   for (int at = 0; at + kMessageByte <= read.bits.size(); at += kMessageByte) {
     out->remark.print("%02X", read.get({at, kMessageByte}));

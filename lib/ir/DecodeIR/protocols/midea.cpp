@@ -37,13 +37,13 @@ bool has_complement(const reading& read) {
 
 }  // namespace
 
-bool mideaSum(const reading& read) {
+bool midea_sum(const reading& read) {
   unsigned sum = 0;
   for (int first = 0; first < read.bits.size(); first += 8) sum += read.bits.getLsb(first, 8);
   return sum % 256 == 0;
 }
 
-bool readMidea(const reading& read, answer* out) {
+bool read_midea(const reading& read, answer* out) {
   if (has_complement(read)) {
     out->length = 2 * read.seen.length;
     out->layout.split = read.seen.length - 1;

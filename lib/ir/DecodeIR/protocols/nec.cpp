@@ -20,7 +20,7 @@
 namespace analysis {
 namespace {
 
-unsigned byteAt(const reading& read, int first) {
+unsigned byte_at(const reading& read, int first) {
   return read.get({first, 8});
 }
 
@@ -38,11 +38,11 @@ constexpr int kPioneerCarrierLeast = 39500;
 constexpr int kPioneerCarrierMost = 41000;
 
 /// Apple's bit below F makes the parity of all four bytes odd.
-bool hasAppleParity(const reading& read) {
-  return byteAt(read, 8) == kAppleSub && (std::popcount(read.bits.getLsb(0, 32)) & 1) == 1;
+bool has_apple_parity(const reading& read) {
+  return byte_at(read, 8) == kAppleSub && (std::popcount(read.bits.getLsb(0, 32)) & 1) == 1;
 }
 
-bool isPioneer(const reading& read, const answer& out) {
+bool is_pioneer(const reading& read, const answer& out) {
   if (out.subdevice != -1 || out.device < kPioneerFirst || out.device > kPioneerLast) return false;
   const float unit = read.fit.scale * read.from->wire.distance()->unit;
   const float lead = read.seen.burst(0);
@@ -61,31 +61,31 @@ bool undamaged(const reading& read) {
 }
 
 /// Of a plain code the address has to be sure, unless its second byte checks the first.
-bool addressSure(const reading& read) {
+bool address_sure(const reading& read) {
   const int unsure = read.fit.unsure_bit;
-  const unsigned difference = byteAt(read, 0) ^ byteAt(read, 8);
+  const unsigned difference = byte_at(read, 0) ^ byte_at(read, 8);
   return unsure < 0 || unsure >= kAddressBits || difference == 0xFF || difference == 0;
 }
 
 /// In the NEC family a subdevice that is the complement of the device is none.
-void dropComplement(answer* out) {
+void drop_complement(answer* out) {
   if (out->subdevice == 255 - out->device) out->subdevice = -1;
 }
 
 }  // namespace
 
 // D:8 S:8 F:8 and a fourth byte that tells the relatives apart.
-bool readNec(const reading& read, answer* out) {
-  const unsigned function = byteAt(read, 16);
-  const unsigned last = byteAt(read, 24);
+bool read_nec(const reading& read, answer* out) {
+  const unsigned function = byte_at(read, 16);
+  const unsigned last = byte_at(read, 24);
   const unsigned wrong = function ^ last ^ 0xFF;  // bits that break the complement
   const unsigned high = function >> 4;
   const unsigned low = function & 0xF;
 
   if (wrong == 0) {
-    if (!addressSure(read)) return false;
-    dropComplement(out);
-    if (isPioneer(read, *out)) out->name = "Pioneer";
+    if (!address_sure(read)) return false;
+    drop_complement(out);
+    if (is_pioneer(read, *out)) out->name = "Pioneer";
     return true;
   }
   if (!undamaged(read)) return false;
@@ -94,7 +94,7 @@ bool readNec(const reading& read, answer* out) {
     out->remark.print("U=%u", last & 0xF);
     return true;
   }
-  const bool apple = hasAppleParity(read);
+  const bool apple = has_apple_parity(read);
   if (apple && out->device == kAppleDevice) {
     out->name = "Apple";
     out->function = static_cast<int>(function >> 1);
@@ -106,8 +106,8 @@ bool readNec(const reading& read, answer* out) {
     return true;
   }
   // Anthem's lead-in, grown as long as NEC's while the receiver's gain settled.
-  if (read.fit.scale > kSlowestAlone && anthemSum(read)) return false;
-  dropComplement(out);
+  if (read.fit.scale > kSlowestAlone && anthem_sum(read)) return false;
+  drop_complement(out);
   if (!apple && last == ((low ^ 0xF) << 4 | (high ^ 0xF))) {
     out->suffix = "-rnc";
   } else if (!apple && (wrong & ~0x81U) == 0) {
@@ -121,14 +121,14 @@ bool readNec(const reading& read, answer* out) {
   return true;
 }
 
-bool isNotNec(const reading& read, answer*) {
-  return (byteAt(read, 16) ^ byteAt(read, 24)) != 0xFF;
+bool is_not_nec(const reading& read, answer*) {
+  return (byte_at(read, 16) ^ byte_at(read, 24)) != 0xFF;
 }
 
-bool readNecx(const reading& read, answer* out) {
-  dropComplement(out);
-  const unsigned last = byteAt(read, 24);
-  if ((byteAt(read, 16) ^ last) == 0xFF) return addressSure(read);
+bool read_necx(const reading& read, answer* out) {
+  drop_complement(out);
+  const unsigned last = byte_at(read, 24);
+  if ((byte_at(read, 16) ^ last) == 0xFF) return address_sure(read);
   if (!undamaged(read)) return false;
   out->suffix = "-f16";
   out->hex.second = read.code_byte({24, 8});
@@ -136,9 +136,9 @@ bool readNecx(const reading& read, answer* out) {
   return true;
 }
 
-bool read48Nec(const reading& read, answer* out) {
-  dropComplement(out);
-  return addressSure(read);
+bool read_48_nec(const reading& read, answer* out) {
+  drop_complement(out);
+  return address_sure(read);
 }
 
 }  // namespace analysis

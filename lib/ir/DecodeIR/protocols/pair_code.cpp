@@ -38,7 +38,7 @@ bool read_pair_code(const frame& seen, const pair_code& code, bit_buffer* bits) 
   std::array<uint8_t, kMostSymbols> symbols{};
   step_line line{code.symbols.base_us, code.symbols.step_us};
   refusal why;
-  if (!readSteps(seen.first + 2, count, code.symbols, &line, symbols.data(), &why)) {
+  if (!read_steps(seen.first + 2, count, code.symbols, &line, symbols.data(), &why)) {
     if (why.burst >= 0) ++why.burst;  // behind the lead-in
     seen.refused(why);
     return false;

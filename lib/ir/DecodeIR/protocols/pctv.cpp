@@ -57,7 +57,7 @@ std::optional<answer> pctv(const frame& seen) {
   if (!frame.slice(seen, kRule)) return seen.refused(frame.why());
   bit_buffer bits = frame.bits();
   bits.decodeRaw(kLeadLevels + kDataBits + kStopLevels);
-  if (!bits.atEnd() || msb(bits.getLsb(0, kLeadLevels), kLeadLevels) != kLead ||
+  if (!bits.at_end() || msb(bits.getLsb(0, kLeadLevels), kLeadLevels) != kLead ||
       bits.getLsb(kLeadLevels + kDataBits, kStopLevels) != kStop) {
     return seen.refused({reason::edge});
   }

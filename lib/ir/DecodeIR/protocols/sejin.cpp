@@ -48,7 +48,7 @@ std::optional<answer> sejin(const frame& seen) {
   bit_buffer levels = frame.bits();
   levels.decodeRaw(kMostUnits);
   bit_buffer bits;
-  if (!levels.atEnd() || levels.getLsb(0, kLeadLevels) != kLead ||
+  if (!levels.at_end() || levels.getLsb(0, kLeadLevels) != kLead ||
       !read_phases(levels, kLeadLevels, kSymbols, kCode, &bits)) {
     return seen.refused({reason::edge});
   }

@@ -39,10 +39,10 @@ class half_bits {
   half_bits(const float* frame, int bursts) : frame_(frame), durations_(2 * bursts - 1) {
     left_ = 1;  // of the double space behind the lead-in mark the first half belongs to it
   }
-  [[nodiscard]] bool atEnd() const { return at_ >= durations_; }
+  [[nodiscard]] bool at_end() const { return at_ >= durations_; }
   /// 1 for a mark, 0 for a space; behind the last mark all is space.
   int next() {
-    if (atEnd()) return 0;
+    if (at_end()) return 0;
     const int level = at_ % 2 == 0 ? 1 : 0;
     if (--left_ == 0 && ++at_ < durations_) left_ = halves(at_);
     return level;
@@ -64,7 +64,7 @@ bool read_frame(const frame& seen, bit_buffer* bits) {
   expected.mark(kLeadMarkUs);
   expected.space(kLeadSpaceUs);
   half_bits halves(seen.first, seen.length);
-  while (!halves.atEnd()) {
+  while (!halves.at_end()) {
     const int first = halves.next();
     if (bits->size() == kMostBits || halves.next() == first) return false;
     if (first == 1) {

@@ -45,7 +45,7 @@ std::optional<answer> somfy(const frame& seen) {
   if (seen.off_times.largest > kBurstUs) return {};
   bit_buffer bits(seen.first, 2 * seen.length);
   bits.threshold = kBetweenMarksUs;
-  bits.skipTo(2);
+  bits.skip_to(2);
   bits.decodeX(kBits);
   const unsigned function = bits.getLsb(0, 2);
   const unsigned device = bits.getLsb(2, 3);

@@ -35,15 +35,15 @@ constexpr float kLoneHalfGapUs = 16000;
 struct key_codes {
   int high, low;
 
-  [[nodiscard]] bool usesBoth() const { return high != 0 && low != 0; }
+  [[nodiscard]] bool uses_both() const { return high != 0 && low != 0; }
   [[nodiscard]] int obc() const { return high == 0 ? low : high; }
   [[nodiscard]] const char* name() const {
-    if (usesBoth()) return "XMP";
+    if (uses_both()) return "XMP";
     return low == 0 ? "XMP-1" : "XMP-2";
   }
   /// Adds what `obc` leaves out.
   void tell_low(const char* separator, answer* found) const {
-    if (!usesBoth()) return;
+    if (!uses_both()) return;
     found->remark.print("%sOBC2 = %d Hex2 = %02X", separator, low, static_cast<unsigned>(low));
     found->hex.second = low;
   }
@@ -60,10 +60,10 @@ std::optional<answer> read_whole(const frame& seen) {
   if (!halves) return {};
   const auto& [first, second] = *halves;
   const key_codes codes = function_of(second);
-  answer found{codes.name(), first.byte(6), first.subDeviceOfFirst(), codes.obc(), {codes.obc()}};
+  answer found{codes.name(), first.byte(6), first.subdevice_of_first(), codes.obc(), {codes.obc()}};
   found.remark.print("OEM = %d", first.byte(4));
   codes.tell_low(", ", &found);
-  found.xmp_repeat = second.isRepeat();
+  found.xmp_repeat = second.is_repeat();
   found.level = kExtendedLevel;
   found.length = kFrameBursts;
   found.layout = kBothHalves;
@@ -73,28 +73,28 @@ std::optional<answer> read_whole(const frame& seen) {
 answer velodyne(const xmp_half& only) {
   return answer{.name = "Velodyne",
                 .device = only.digit[4],
-                .subdevice = only.subDeviceOfFirst(),
+                .subdevice = only.subdevice_of_first(),
                 .function = only.byte(6),
                 .hex = {only.byte(6)},
                 .layout = kHalf};
 }
 
 answer lone_first(const xmp_half& first) {
-  answer found{.device = first.byte(6), .subdevice = first.subDeviceOfFirst(), .layout = kHalf};
-  found.name.print("XMP:%d.%03d-%s", first.subDeviceOfFirst(), first.byte(6), "device");
+  answer found{.device = first.byte(6), .subdevice = first.subdevice_of_first(), .layout = kHalf};
+  found.name.print("XMP:%d.%03d-%s", first.subdevice_of_first(), first.byte(6), "device");
   found.remark.print("first half, OEM = %d", first.byte(4));
   return found;
 }
 
 answer lone_second(const xmp_half& second) {
   const key_codes codes = function_of(second);
-  answer found{.subdevice = second.subDeviceOfSecond(),
+  answer found{.subdevice = second.subdevice_of_second(),
                .function = codes.obc(),
                .hex = {codes.obc()},
                .remark = "second half",
-               .xmp_repeat = second.isRepeat(),
+               .xmp_repeat = second.is_repeat(),
                .layout = kHalf};
-  found.name.print("XMP:%d.%03d-%s", second.subDeviceOfSecond(), codes.obc(), "function");
+  found.name.print("XMP:%d.%03d-%s", second.subdevice_of_second(), codes.obc(), "function");
   codes.tell_low(", ", &found);
   return found;
 }
@@ -115,9 +115,9 @@ std::optional<answer> xmp(const frame& seen) {
     if (only) return velodyne(*only);
     return seen.refused({reason::symbol});
   }
-  if (found->isFirst()) return lone_first(*found);
+  if (found->is_first()) return lone_first(*found);
   // Nothing but its sum speaks for a second half alone, and a piece of another code may have it.
-  if (found->isOfTwoLengths()) return {};
+  if (found->is_of_two_lengths()) return {};
   return lone_second(*found);
 }
 

@@ -20,7 +20,7 @@ constexpr unsigned kSumXmp = 0;
 constexpr unsigned kSumVelodyne = 7;
 constexpr uint8_t kLastOfPress = 9;  // the digit t
 
-bool marksFit(const float* frame) {
+bool marks_fit(const float* frame) {
   for (int i = 0; i < kDigits; ++i) {
     if (frame[2 * i] < kShortestMarkUs || frame[2 * i] > kLongestMarkUs) return false;
   }
@@ -37,20 +37,20 @@ step_line anchored(const float* frame) {
 }
 
 /// Reads a half with the clock of `line`, each burst as the nearest digit, and checks their sum.
-bool readDigits(const float* frame, step_line line, xmp_half* found) {
+bool read_digits(const float* frame, step_line line, xmp_half* found) {
   refusal why;
-  if (!readSteps(frame, kDigits, kDigitRule, &line, found->digit.data(), &why)) return false;
+  if (!read_steps(frame, kDigits, kDigitRule, &line, found->digit.data(), &why)) return false;
   if (found->sum() == kSumXmp) return true;
   // The digits 8 and 9 of a repeat are close enough for a learning remote to confuse them.
-  if (found->isFirst() || found->digit[2] != kLastOfPress || found->sum() != 1) return false;
+  if (found->is_first() || found->digit[2] != kLastOfPress || found->sum() != 1) return false;
   found->digit[2] = xmp_half::kRepeatBit;
   return true;
 }
 
 /// Whether the two halves belong together.
-bool makeFrame(const xmp_half& first, const xmp_half& second) {
-  return first.isFirst() && first.sum() == kSumXmp && second.sum() == kSumXmp &&
-         first.subDeviceOfFirst() == second.subDeviceOfSecond();
+bool make_frame(const xmp_half& first, const xmp_half& second) {
+  return first.is_first() && first.sum() == kSumXmp && second.sum() == kSumXmp &&
+         first.subdevice_of_first() == second.subdevice_of_second();
 }
 
 /// What puts bursts between digits: standard deviations, and how far readings may be off in squares
@@ -162,8 +162,8 @@ class likely_reading {
 
 std::optional<xmp_half> read_half(const float* bursts, const step_line& own) {
   xmp_half found{};
-  if (!marksFit(bursts)) return {};
-  if (readDigits(bursts, kNominal, &found) || readDigits(bursts, own, &found)) return found;
+  if (!marks_fit(bursts)) return {};
+  if (read_digits(bursts, kNominal, &found) || read_digits(bursts, own, &found)) return found;
   return {};
 }
 
@@ -174,8 +174,8 @@ std::optional<std::array<xmp_half, 2>> read_xmp_frame(const float* bursts) {
   const float* const behind = bursts + 2 * xmp_half::kBursts;
   const auto first = read_half(bursts, own);
   const auto second = read_half(behind, own);
-  if (first && second && makeFrame(*first, *second)) return {{*first, *second}};
-  if (!marksFit(bursts) || !marksFit(behind)) return {};
+  if (first && second && make_frame(*first, *second)) return {{*first, *second}};
+  if (!marks_fit(bursts) || !marks_fit(behind)) return {};
   for (const blur& by : {kMerged, kNoise}) {
     const likely_reading likely(bursts, 2, by);
     if (likely.is_clear()) return likely.halves;
@@ -188,7 +188,7 @@ std::optional<xmp_half> read_xmp_half(const float* bursts) {
 }
 
 std::optional<xmp_half> read_velodyne(const float* bursts) {
-  if (!marksFit(bursts)) return {};
+  if (!marks_fit(bursts)) return {};
   const likely_reading likely(bursts, 1, kNoise);
   if (!likely.is_clear()) return {};
   return likely.halves[0];

@@ -26,9 +26,9 @@ struct xmp_half {
     return sum % 16;
   }
   /// The fourth digit tells the halves apart where S is not 15.
-  [[nodiscard]] bool isFirst() const { return digit[3] == 15; }
+  [[nodiscard]] bool is_first() const { return digit[3] == 15; }
   /// Whether the digits are of two kinds, 8 or so apart: the shape of a pulse-distance frame.
-  [[nodiscard]] bool isOfTwoLengths() const {
+  [[nodiscard]] bool is_of_two_lengths() const {
     constexpr int kLeastApart = 7;
     constexpr int kMostApart = 9;
     const uint8_t low = *std::min_element(digit.begin(), digit.end());
@@ -37,9 +37,9 @@ struct xmp_half {
            std::all_of(digit.begin(), digit.end(),
                        [&](uint8_t d) { return d == low || d == high; });
   }
-  [[nodiscard]] int subDeviceOfFirst() const { return digit[0] << 4 | digit[2]; }
-  [[nodiscard]] bool isRepeat() const { return (digit[2] & kRepeatBit) != 0; }
-  [[nodiscard]] int subDeviceOfSecond() const { return digit[0] << 4 | digit[3]; }
+  [[nodiscard]] int subdevice_of_first() const { return digit[0] << 4 | digit[2]; }
+  [[nodiscard]] bool is_repeat() const { return (digit[2] & kRepeatBit) != 0; }
+  [[nodiscard]] int subdevice_of_second() const { return digit[0] << 4 | digit[3]; }
 };
 
 /// Reads the two halves of an XMP frame, which lie kBursts apart; nothing when they do not belong

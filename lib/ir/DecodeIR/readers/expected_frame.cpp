@@ -33,13 +33,13 @@ bool expected_frame::fits_closely(const frame& seen, const fit_rule& rule, int f
   for (int pass = 0; pass < 2; ++pass) {
     const estimate found = estimate_of(frame, 0, bursts(), damaged);
     int worst = -1;
-    float worstBy = 0;
+    float worst_by = 0;
     for (int i = 0; i < bursts(); ++i) {
       const float by = error(frame, i, found) - rule.tolerance_us;
       if (i == damaged || by <= 0) continue;
-      if (by > worstBy) {
+      if (by > worst_by) {
         worst = i;
-        worstBy = by;
+        worst_by = by;
       }
     }
     if (worst < 0) return is_likely(seen, found, rule);
@@ -97,45 +97,45 @@ bool expected_frame::is_likely(const frame& seen, const estimate& found, const f
 /// Of bursts `from` to `end` - 1, without the damaged one.
 expected_frame::estimate expected_frame::estimate_of(const float* frame, int from, int end,
                                                      int damaged) const {
-  float gotBursts = 0;
-  float wantBursts = 0;
-  float gotMarks = 0;
-  float wantMarks = 0;
+  float got_bursts = 0;
+  float want_bursts = 0;
+  float got_marks = 0;
+  float want_marks = 0;
   int marks = 0;
   for (int i = from; i < end; ++i) {
     if (i == damaged) continue;
-    gotMarks += frame[2 * i];
-    wantMarks += us(2 * i);
+    got_marks += frame[2 * i];
+    want_marks += us(2 * i);
     ++marks;
     if (i == bursts() - 1) continue;
-    gotBursts += frame[2 * i] + frame[2 * i + 1];
-    wantBursts += us(2 * i) + us(2 * i + 1);
+    got_bursts += frame[2 * i] + frame[2 * i + 1];
+    want_bursts += us(2 * i) + us(2 * i + 1);
   }
-  const float clock = wantBursts > 0 ? gotBursts / wantBursts : 1.0F;
-  return {clock, marks > 0 ? (gotMarks - clock * wantMarks) / static_cast<float>(marks) : 0.0F};
+  const float clock = want_bursts > 0 ? got_bursts / want_bursts : 1.0F;
+  return {clock, marks > 0 ? (got_marks - clock * want_marks) / static_cast<float>(marks) : 0.0F};
 }
 
 /// How far burst i is from what is expected, beyond what its length excuses.
 float expected_frame::error(const float* frame, int burst, const estimate& found) const {
   const float on = frame[2 * burst];
-  const float wantOn = us(2 * burst) * found.clock;
-  const float onError = std::abs(on - wantOn - found.bias) - kRelativeError * wantOn;
-  if (burst == bursts() - 1) return onError;
-  const float want = wantOn + us(2 * burst + 1) * found.clock;
-  const float burstError = std::abs(on + frame[2 * burst + 1] - want) - kRelativeError * want;
-  return std::max(onError, burstError);
+  const float want_on = us(2 * burst) * found.clock;
+  const float on_error = std::abs(on - want_on - found.bias) - kRelativeError * want_on;
+  if (burst == bursts() - 1) return on_error;
+  const float want = want_on + us(2 * burst + 1) * found.clock;
+  const float burst_error = std::abs(on + frame[2 * burst + 1] - want) - kRelativeError * want;
+  return std::max(on_error, burst_error);
 }
 
 /// The refusal of a burst: by its mark, or else by all of it.
 refusal expected_frame::off(const float* frame, int burst, const estimate& found,
                             const fit_rule& rule) const {
   const float on = frame[2 * burst];
-  const float wantOn = us(2 * burst) * found.clock;
-  const float tolerance = rule.tolerance_us + kRelativeError * wantOn;
-  if (burst == bursts() - 1 || std::abs(on - wantOn - found.bias) > tolerance) {
-    return refusal::off(reason::mark, burst, on, wantOn + found.bias, tolerance);
+  const float want_on = us(2 * burst) * found.clock;
+  const float tolerance = rule.tolerance_us + kRelativeError * want_on;
+  if (burst == bursts() - 1 || std::abs(on - want_on - found.bias) > tolerance) {
+    return refusal::off(reason::mark, burst, on, want_on + found.bias, tolerance);
   }
-  const float want = wantOn + us(2 * burst + 1) * found.clock;
+  const float want = want_on + us(2 * burst + 1) * found.clock;
   return refusal::off(reason::symbol, burst, on + frame[2 * burst + 1], want,
                       rule.tolerance_us + kRelativeError * want);
 }

@@ -55,7 +55,7 @@ bool read_pairs(const slicer& frame, int first, int count, const pulse_pair& pai
   const auto zero = static_cast<float>(by_mark ? pair.zero_mark : pair.zero_space);
   const auto one = static_cast<float>(by_mark ? pair.one_mark : pair.one_space);
   bit_buffer read = frame.bits();
-  read.skipTo(2 * first);
+  read.skip_to(2 * first);
   if (!read.checkDecodeX(by_mark ? 0 : 1, count, zero, one, kSameUnits)) return false;
   for (int i = 0; i < count; ++i) {
     const int other = 2 * (first + i) + (by_mark ? 1 : 0);

@@ -31,7 +31,7 @@ struct step_line {
 /// or one of them lies between two.
 /// `why` then says what stopped it, the first of the bursts counted as 0.
 /// REQUIRES: count > 1.
-bool readSteps(const float* bursts, int count, const step_rule& rule, step_line* line,
-               uint8_t* digits, refusal* why);
+bool read_steps(const float* bursts, int count, const step_rule& rule, step_line* line,
+                uint8_t* digits, refusal* why);
 
 }  // namespace analysis

@@ -86,12 +86,12 @@ TEST(Bits, RawLevelsAreMarksAndSpacesOfOneLength) {
   const std::vector<float> durations = {2100, 950, 1000, 3000, 400};
   bit_buffer bits = over(durations);
   bits.decodeRaw(2);  // a duration may be taken in pieces
-  EXPECT_FALSE(bits.atEnd());
+  EXPECT_FALSE(bits.at_end());
   bits.decodeRaw(8);
   EXPECT_EQ(sent(bits), "1101000100");
-  EXPECT_TRUE(bits.atEnd());
+  EXPECT_TRUE(bits.at_end());
   bits.cleanup();
-  bits.skipTo(3);
+  bits.skip_to(3);
   bits.decodeRaw(4);
   EXPECT_EQ(sent(bits), "0001");
 }

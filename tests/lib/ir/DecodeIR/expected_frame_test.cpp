@@ -128,7 +128,7 @@ TEST(StepReader, ReadsDigitsOfAnotherBaseAndClock) {
     std::array<uint8_t, 8> digits{};
     step_line line{kSteps.base_us, kSteps.step_us};
     refusal why;
-    ASSERT_EQ(readSteps(durations.data(), 8, kSteps, &line, digits.data(), &why), c.isRead)
+    ASSERT_EQ(read_steps(durations.data(), 8, kSteps, &line, digits.data(), &why), c.isRead)
         << c.what;
     if (c.isRead) {
       EXPECT_EQ(digits, kDigits) << c.what;

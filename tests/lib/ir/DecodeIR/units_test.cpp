@@ -159,7 +159,7 @@ TEST(LevelReader, ReadsRawLevels) {
   bit_buffer bits = frame.bits();
   bits.decodeRaw(8);
   EXPECT_EQ(sent(bits), "11101001");
-  EXPECT_TRUE(bits.atEnd());
+  EXPECT_TRUE(bits.at_end());
 }
 
 TEST(FourPhase, TakesSymbolsOfTwoBits) {
