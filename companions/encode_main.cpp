@@ -163,8 +163,8 @@ bool encode_files(encoder& to, const irp::Protocols& protocols,
   bool good = true;
   for (const std::string& name : names) {
     std::ifstream file;
-    if (const std::string fault = name == "-" ? "" : open_file(name, file); !fault.empty()) {
-      good = complain(name + ": " + fault);
+    if (std::string fault = name == "-" ? "" : open_file(name, file); !fault.empty()) {
+      good = complain(fault.insert(0, name + ": "));
       continue;
     }
     std::istream& text = name == "-" ? std::cin : file;

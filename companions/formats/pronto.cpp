@@ -36,10 +36,10 @@ bool is_foreign(std::string_view line) {
   if (!std::all_of(tokens.begin(), tokens.end(), [](auto& t) { return is_word(t.text); })) {
     return false;
   }
-  std::vector<uint16_t> words;
-  for (const token& t : tokens) {
-    words.push_back(static_cast<uint16_t>(number(t.text, pronto::kBase).value_or(0)));
-  }
+  std::vector<uint16_t> words(tokens.size());
+  std::transform(tokens.begin(), tokens.end(), words.begin(), [](const token& t) {
+    return static_cast<uint16_t>(number(t.text, pronto::kBase).value_or(0));
+  });
   const size_t header = pronto::kHeaderWords;
   return words.size() > header && words.size() == header + size_t{2} * (words[2] + words[3]);
 }
